@@ -1,0 +1,22 @@
+// The stable part of what the core's sources include.
+#pragma once
+#include <QByteArray>
+#include <QDateTime>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+#include <QUuid>
+#include <algorithm>
+#include <chrono>
+#include <coroutine>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <variant>

@@ -4,12 +4,12 @@
 
 namespace {
 
-QString plainText(const QUuid& id)
+QString plainText(const QUuid &id)
 {
     return id.toString(QUuid::WithoutBraces).toLower();
 }
 
-QString validated(const QString& text)
+QString validated(const QString &text)
 {
     const QUuid parsed = QUuid::fromString(text);
     return parsed.isNull() ? makeVeranoxIdentifier() : plainText(parsed);
@@ -27,7 +27,7 @@ VeranoxDiagnosticSession VeranoxDiagnosticSession::make()
     return with(makeVeranoxIdentifier(), makeVeranoxIdentifier());
 }
 
-VeranoxDiagnosticSession VeranoxDiagnosticSession::with(const QString& sessionID, const QString& componentInstanceID)
+VeranoxDiagnosticSession VeranoxDiagnosticSession::with(const QString &sessionID, const QString &componentInstanceID)
 {
     return {.sessionID = validated(sessionID), .componentInstanceID = validated(componentInstanceID)};
 }

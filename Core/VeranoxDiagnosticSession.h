@@ -11,9 +11,9 @@ struct VeranoxDiagnosticSession {
     static VeranoxDiagnosticSession make();
 
     // A session with the given identifiers; one that is no UUID is replaced by a fresh one.
-    static VeranoxDiagnosticSession with(const QString& sessionID, const QString& componentInstanceID);
+    static VeranoxDiagnosticSession with(const QString &sessionID, const QString &componentInstanceID);
 
-    bool operator==(const VeranoxDiagnosticSession&) const = default;
+    bool operator==(const VeranoxDiagnosticSession &) const = default;
 };
 
 // A fresh random UUID in lower case, without braces: the form of every identifier of this application.

@@ -33,9 +33,11 @@ add_library(veranox_warnings INTERFACE)
 target_compile_options(veranox_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Werror
   -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wconversion -Wsign-conversion -Wdouble-promotion
-  -Wnull-dereference -Wcast-align -Wformat=2 -Wimplicit-fallthrough -Wextra-semi -Wundef -Wunused
-  $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wshadow-all -Wno-shadow-field-in-constructor
-    -Wnewline-eof -Wrange-loop-analysis -Wunreachable-code -Wcomma -Wheader-hygiene>)
+  -Wnull-dereference -Wcast-align -Wformat=2 -Wimplicit-fallthrough -Wextra-semi -Wundef -Wunused)
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  target_compile_options(veranox_warnings INTERFACE
+    -Wnewline-eof -Wrange-loop-analysis -Wunreachable-code -Wcomma -Wheader-hygiene -Wsuggest-override)
+endif()
 
 # Qt as strict as it can be made: no silent text casts, no keywords as macros, no calls that are on their way out.
 add_library(veranox_qt_strict INTERFACE)

@@ -8,7 +8,7 @@ Clock::~Clock()
     Q_ASSERT_X(m_alarms.empty(), "Clock", "an alarm outlives its clock");
 }
 
-void Clock::arm(Alarm& alarm, Time at)
+void Clock::arm(Alarm &alarm, Time at)
 {
     if (alarm.m_clock)
         alarm.m_clock->disarm(alarm);
@@ -19,7 +19,7 @@ void Clock::arm(Alarm& alarm, Time at)
     deadlinesChanged();
 }
 
-void Clock::disarm(Alarm& alarm) noexcept
+void Clock::disarm(Alarm &alarm) noexcept
 {
     if (alarm.m_clock != this)
         return;
@@ -39,7 +39,7 @@ bool Clock::ringNext(Time upTo)
 {
     if (m_alarms.empty() || (*m_alarms.begin())->m_at > upTo)
         return false;
-    Alarm* alarm = *m_alarms.begin();
+    Alarm *alarm = *m_alarms.begin();
     m_alarms.erase(m_alarms.begin());
     alarm->m_clock = nullptr;
     alarm->ring();

@@ -18,8 +18,8 @@ public:
     // One deadline. Lives where it is used (a coroutine frame, a member); disarms itself when it dies.
     class Alarm {
     public:
-        Alarm(const Alarm&) = delete;
-        Alarm& operator=(const Alarm&) = delete;
+        Alarm(const Alarm &) = delete;
+        Alarm &operator=(const Alarm &) = delete;
         bool armed() const noexcept { return m_clock != nullptr; }
 
     protected:
@@ -33,18 +33,18 @@ public:
 
     private:
         friend class Clock;
-        Clock* m_clock = nullptr;
+        Clock *m_clock = nullptr;
         Time m_at{};
         std::uint64_t m_order = 0; // equal deadlines ring in the order in which they were armed
     };
 
-    Clock(const Clock&) = delete;
-    Clock& operator=(const Clock&) = delete;
+    Clock(const Clock &) = delete;
+    Clock &operator=(const Clock &) = delete;
     virtual ~Clock();
 
     virtual Time now() const noexcept = 0; // any thread
-    void arm(Alarm& alarm, Time at); // main thread only, as the rest
-    void disarm(Alarm& alarm) noexcept;
+    void arm(Alarm &alarm, Time at); // main thread only, as the rest
+    void disarm(Alarm &alarm) noexcept;
 
 protected:
     Clock() = default;
@@ -54,12 +54,12 @@ protected:
 
 private:
     struct Earlier {
-        bool operator()(const Alarm* a, const Alarm* b) const noexcept
+        bool operator()(const Alarm *a, const Alarm *b) const noexcept
         {
             return a->m_at != b->m_at ? a->m_at < b->m_at : a->m_order < b->m_order;
         }
     };
-    std::set<Alarm*, Earlier> m_alarms;
+    std::set<Alarm *, Earlier> m_alarms;
     std::uint64_t m_count = 0;
 };
 

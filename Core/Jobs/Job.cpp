@@ -10,10 +10,10 @@ namespace jobs {
 
 namespace {
 thread_local std::optional<QString> t_threadAmbient;
-thread_local std::optional<QString>* t_ambientSlot = nullptr; // the job's slot while a job runs
-detail::JobCore* s_current = nullptr; // main thread only
+thread_local std::optional<QString> *t_ambientSlot = nullptr; // the job's slot while a job runs
+detail::JobCore *s_current = nullptr; // main thread only
 
-std::optional<QString>& slot()
+std::optional<QString> &slot()
 {
     return t_ambientSlot ? *t_ambientSlot : t_threadAmbient;
 }
@@ -55,7 +55,7 @@ bool Inbox::waitForMail(std::chrono::milliseconds limit)
     std::unique_lock lock(m_mutex);
     return m_arrived.wait_for(lock, limit, [this] { return !m_mail.empty(); });
 }
-void Inbox::open(QObject* receiver)
+void Inbox::open(QObject *receiver)
 {
     const std::lock_guard lock(m_mutex);
     m_receiver = receiver;
@@ -69,21 +69,21 @@ void Inbox::close()
 }
 
 // ---- JobCore
-JobCore::JobCore(MainQueue& queue) : ambientSlot(ambient()), m_queue(queue) { }
+JobCore::JobCore(MainQueue &queue) : ambientSlot(ambient()), m_queue(queue) { }
 JobCore::~JobCore()
 {
     if (m_error && !m_seen) {
         try {
             std::rethrow_exception(m_error);
-        } catch (const JobAbandoned&) {
-        } catch (const std::exception& e) {
+        } catch (const JobAbandoned &) {
+        } catch (const std::exception &e) {
             qCritical("a job failed and nobody asked: %s", e.what());
         } catch (...) {
             qCritical("a job failed and nobody asked");
         }
     }
 }
-JobCore* JobCore::current() noexcept
+JobCore *JobCore::current() noexcept
 {
     return s_current;
 }
@@ -106,7 +106,7 @@ void JobCore::cancel()
     const Ref keep(this);
     m_cancelled = true;
     const auto linked = children; // a copy: a child may end while it is cancelled
-    for (JobCore* child : linked) {
+    for (JobCore *child : linked) {
         if (std::find(children.begin(), children.end(), child) != children.end())
             child->cancel();
     }
@@ -128,8 +128,8 @@ void JobCore::abandon()
 void JobCore::run()
 {
     const Ref keep(this);
-    JobCore* const outer = std::exchange(s_current, this);
-    auto* const outerSlot = std::exchange(t_ambientSlot, &ambientSlot);
+    JobCore *const outer = std::exchange(s_current, this);
+    auto *const outerSlot = std::exchange(t_ambientSlot, &ambientSlot);
     m_onStack = true;
     m_next = std::exchange(m_resume, nullptr);
     while (m_next) // a step: from frame to frame until one waits
@@ -152,9 +152,9 @@ void JobCore::end(Phase how)
     if (parent)
         std::erase(parent->children, this);
     parent = nullptr;
-    for (Suspension* waiter : std::exchange(waiters, {}))
+    for (Suspension *waiter : std::exchange(waiters, {}))
         waiter->wake();
-    if (JobScope* const s = std::exchange(scope, nullptr))
+    if (JobScope *const s = std::exchange(scope, nullptr))
         s->remove(*this); // last: it may drop the last reference but ours
 }
 void JobCore::rethrow()
@@ -164,7 +164,7 @@ void JobCore::rethrow()
 }
 
 // ---- Suspension
-void Suspension::suspend(JobCore& core, std::coroutine_handle<> at)
+void Suspension::suspend(JobCore &core, std::coroutine_handle<> at)
 {
     m_job = &core;
     m_at = at;
@@ -176,7 +176,7 @@ void Suspension::wake()
 {
     if (!m_job)
         return;
-    JobCore& core = *std::exchange(m_job, nullptr);
+    JobCore &core = *std::exchange(m_job, nullptr);
     core.m_wait = nullptr;
     core.m_resume = m_at;
     core.m_queue.ready(core);
@@ -194,7 +194,7 @@ JobScope::~JobScope()
 {
     m_closed = true;
     while (!m_jobs.empty()) {
-        detail::JobCore* const core = m_jobs.back();
+        detail::JobCore *const core = m_jobs.back();
         if (core->onStack()) {
             core->abandon();
             core->scope = nullptr;
@@ -205,7 +205,7 @@ JobScope::~JobScope()
         }
     }
 }
-void JobScope::add(detail::JobCore& core)
+void JobScope::add(detail::JobCore &core)
 {
     if (m_closed) {
         core.abandon();
@@ -216,7 +216,7 @@ void JobScope::add(detail::JobCore& core)
     m_jobs.push_back(&core);
     core.start();
 }
-void JobScope::remove(detail::JobCore& core) noexcept
+void JobScope::remove(detail::JobCore &core) noexcept
 {
     std::erase(m_jobs, &core);
     core.unref();
@@ -224,18 +224,18 @@ void JobScope::remove(detail::JobCore& core) noexcept
 void JobScope::cancelAll()
 {
     const auto jobs = m_jobs;
-    for (detail::JobCore* core : jobs)
+    for (detail::JobCore *core : jobs)
         core->cancel();
 }
 
 // ---- MainQueue
 class MainQueue::Receiver final : public QObject {
 public:
-    explicit Receiver(MainQueue& queue) : m_queue(queue) { }
+    explicit Receiver(MainQueue &queue) : m_queue(queue) { }
     void again() { m_timer.start(0, this); }
 
 protected:
-    bool event(QEvent* e) override
+    bool event(QEvent *e) override
     {
         if (e->type() == QEvent::Timer)
             m_timer.stop();
@@ -246,11 +246,11 @@ protected:
     }
 
 private:
-    MainQueue& m_queue;
+    MainQueue &m_queue;
     QBasicTimer m_timer;
 };
 
-MainQueue::MainQueue(Clock& clock)
+MainQueue::MainQueue(Clock &clock)
     : m_clock(clock),
       m_receiver(std::make_unique<Receiver>(*this)),
       m_inbox(std::make_shared<detail::Inbox>())
@@ -261,9 +261,9 @@ MainQueue::~MainQueue()
 {
     m_inbox->close();
     Q_ASSERT_X(
-        std::all_of(m_ready.begin(), m_ready.end(), [](auto* c) { return !c; }), "MainQueue", "a job outlives it");
+        std::all_of(m_ready.begin(), m_ready.end(), [](auto *c) { return !c; }), "MainQueue", "a job outlives it");
 }
-void MainQueue::ready(detail::JobCore& core)
+void MainQueue::ready(detail::JobCore &core)
 {
     Q_ASSERT_X(QThread::currentThread() == m_receiver->thread(), "MainQueue", "not the main thread");
     Q_ASSERT(core.queueSlots == 0);
@@ -274,10 +274,10 @@ void MainQueue::ready(detail::JobCore& core)
         QCoreApplication::postEvent(m_receiver.get(), new QEvent(QEvent::User));
     }
 }
-void MainQueue::forget(detail::JobCore& core) noexcept
+void MainQueue::forget(detail::JobCore &core) noexcept
 {
     if (std::exchange(core.queueSlots, 0))
-        std::replace(m_ready.begin(), m_ready.end(), &core, static_cast<detail::JobCore*>(nullptr));
+        std::replace(m_ready.begin(), m_ready.end(), &core, static_cast<detail::JobCore *>(nullptr));
 }
 void MainQueue::drain(bool bounded)
 {
@@ -287,11 +287,11 @@ void MainQueue::drain(bool bounded)
     m_posted = false;
     const QDeadlineTimer slice(bounded ? 4 : -1); // milliseconds of real time, then Qt gets its turn
     for (unsigned n = 1;; ++n) {
-        for (const auto& delivery : m_inbox->take())
+        for (const auto &delivery : m_inbox->take())
             delivery->deliver();
         if (m_ready.empty())
             break;
-        detail::JobCore* const core = m_ready.front();
+        detail::JobCore *const core = m_ready.front();
         m_ready.pop_front();
         if (core) {
             core->queueSlots = 0;

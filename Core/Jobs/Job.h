@@ -30,7 +30,7 @@ class JobScope;
 // What awaiting a job gives whose owner is gone. Ends the awaiting job quietly unless it is caught.
 class JobAbandoned : public std::exception {
 public:
-    const char* what() const noexcept override { return "the awaited job was abandoned with its owner"; }
+    const char *what() const noexcept override { return "the awaited job was abandoned with its owner"; }
 };
 
 enum class Sleep { Full, Cut }; // Cut: the job was cancelled; it may look and go on
@@ -41,11 +41,11 @@ class AmbientScope { // sets the ambient text of the job (or thread) at hand for
 public:
     explicit AmbientScope(std::optional<QString> text);
     ~AmbientScope();
-    AmbientScope(const AmbientScope&) = delete;
-    AmbientScope& operator=(const AmbientScope&) = delete;
+    AmbientScope(const AmbientScope &) = delete;
+    AmbientScope &operator=(const AmbientScope &) = delete;
 
 private:
-    std::optional<QString>* m_slot;
+    std::optional<QString> *m_slot;
     std::optional<QString> m_before;
 };
 
@@ -58,9 +58,9 @@ class Suspension;
 // The running state of one job, whatever its result type. Main thread only; counted without atomics.
 class JobCore {
 public:
-    JobCore(const JobCore&) = delete;
-    JobCore& operator=(const JobCore&) = delete;
-    static JobCore* current() noexcept;
+    JobCore(const JobCore &) = delete;
+    JobCore &operator=(const JobCore &) = delete;
+    static JobCore *current() noexcept;
 
     void ref() noexcept { ++m_refs; }
     void unref() noexcept;
@@ -70,7 +70,7 @@ public:
     void run(); // one step: from one wait to the next (the queue calls it)
     void become(std::coroutine_handle<> next) noexcept { m_next = next; }
 
-    MainQueue& queue() const noexcept { return m_queue; }
+    MainQueue &queue() const noexcept { return m_queue; }
     bool cancelled() const noexcept { return m_cancelled; }
     bool finished() const noexcept { return m_phase == Phase::Finished; }
     bool abandoned() const noexcept { return m_phase == Phase::Abandoned; }
@@ -80,14 +80,14 @@ public:
     bool failed() const noexcept { return m_error != nullptr; }
 
     std::optional<QString> ambientSlot;
-    JobCore* parent = nullptr; // a child is cancelled with its parent
-    std::vector<JobCore*> children;
-    std::vector<Suspension*> waiters; // jobs that wait for the end of this one, first come first woken
-    JobScope* scope = nullptr;
+    JobCore *parent = nullptr; // a child is cancelled with its parent
+    std::vector<JobCore *> children;
+    std::vector<Suspension *> waiters; // jobs that wait for the end of this one, first come first woken
+    JobScope *scope = nullptr;
     std::size_t queueSlots = 0; // how often the ready queue holds this job (0 or 1)
 
 protected:
-    explicit JobCore(MainQueue& queue);
+    explicit JobCore(MainQueue &queue);
     virtual ~JobCore();
     virtual std::coroutine_handle<> root() const noexcept = 0;
     virtual std::exception_ptr takeResult() = 0; // from the promise to the state
@@ -97,10 +97,10 @@ private:
     friend class Suspension;
     enum class Phase : unsigned char { New, Active, Finished, Abandoned };
     void end(Phase how);
-    MainQueue& m_queue;
+    MainQueue &m_queue;
     std::coroutine_handle<> m_next; // the frame that runs next in this step
     std::coroutine_handle<> m_resume; // the frame that begins the next step
-    Suspension* m_wait = nullptr; // where it waits
+    Suspension *m_wait = nullptr; // where it waits
     std::exception_ptr m_error;
     int m_refs = 0;
     Phase m_phase = Phase::New;
@@ -112,14 +112,14 @@ private:
 template <class C> class Ref { // intrusive pointer
 public:
     Ref() = default;
-    explicit Ref(C* c) noexcept : m_c(c)
+    explicit Ref(C *c) noexcept : m_c(c)
     {
         if (m_c)
             m_c->ref();
     }
-    Ref(const Ref& o) noexcept : Ref(o.m_c) { }
-    Ref(Ref&& o) noexcept : m_c(std::exchange(o.m_c, nullptr)) { }
-    Ref& operator=(Ref o) noexcept
+    Ref(const Ref &o) noexcept : Ref(o.m_c) { }
+    Ref(Ref &&o) noexcept : m_c(std::exchange(o.m_c, nullptr)) { }
+    Ref &operator=(Ref o) noexcept
     {
         std::swap(m_c, o.m_c);
         return *this;
@@ -129,36 +129,36 @@ public:
         if (m_c)
             m_c->unref();
     }
-    C* get() const noexcept { return m_c; }
-    C* operator->() const noexcept { return m_c; }
+    C *get() const noexcept { return m_c; }
+    C *operator->() const noexcept { return m_c; }
     explicit operator bool() const noexcept { return m_c != nullptr; }
 
 private:
-    C* m_c = nullptr;
+    C *m_c = nullptr;
 };
 
 // Base of every awaiter at which a job gives up the thread. Unhooks itself when its frame is destroyed.
 class Suspension {
 public:
-    Suspension(const Suspension&) = delete;
-    Suspension& operator=(const Suspension&) = delete;
+    Suspension(const Suspension &) = delete;
+    Suspension &operator=(const Suspension &) = delete;
     void wake(); // the job goes on, from the queue; a second wake does nothing
 
 protected:
     Suspension() = default;
     virtual ~Suspension();
-    void suspend(JobCore& core, std::coroutine_handle<> at);
-    JobCore* job() const noexcept { return m_job; }
+    void suspend(JobCore &core, std::coroutine_handle<> at);
+    JobCore *job() const noexcept { return m_job; }
 
 private:
     friend class JobCore;
     virtual void jobCancelled() { } // the job that waits here was cancelled (perhaps before it came here)
-    JobCore* m_job = nullptr;
+    JobCore *m_job = nullptr;
     std::coroutine_handle<> m_at;
 };
 
 struct PromiseBase {
-    JobCore* core = nullptr;
+    JobCore *core = nullptr;
     std::coroutine_handle<> continuation; // null for the root of a job
     std::exception_ptr error;
 
@@ -166,7 +166,7 @@ struct PromiseBase {
         bool await_ready() const noexcept { return false; }
         template <class P> void await_suspend(std::coroutine_handle<P> self) noexcept
         {
-            PromiseBase& p = self.promise();
+            PromiseBase &p = self.promise();
             p.core->become(p.continuation); // no symmetric transfer: g++ overflows the stack with it at -O0
         }
         void await_resume() const noexcept { }
@@ -181,7 +181,7 @@ template <class T> struct Promise : PromiseBase {
     Async<T> get_return_object() noexcept;
     template <class U>
         requires std::convertible_to<U, T>
-    void return_value(U&& v)
+    void return_value(U &&v)
     {
         value.emplace(std::forward<U>(v));
     }
@@ -239,8 +239,8 @@ public:
     using promise_type = detail::Promise<T>;
     using Handle = std::coroutine_handle<promise_type>;
     explicit Async(Handle h) noexcept : m_frame(h) { }
-    Async(Async&& o) noexcept : m_frame(std::exchange(o.m_frame, nullptr)) { }
-    Async& operator=(Async&&) = delete;
+    Async(Async &&o) noexcept : m_frame(std::exchange(o.m_frame, nullptr)) { }
+    Async &operator=(Async &&) = delete;
     ~Async()
     {
         if (m_frame)
@@ -253,7 +253,7 @@ public:
         bool await_ready() const noexcept { return false; }
         template <detail::JobPromise P> void await_suspend(std::coroutine_handle<P> parent) noexcept
         {
-            detail::PromiseBase& child = m_child.promise();
+            detail::PromiseBase &child = m_child.promise();
             child.core = parent.promise().core;
             child.continuation = parent;
             child.core->become(m_child);
@@ -291,21 +291,21 @@ namespace detail {
 template <class T> class JobState final : public JobCore {
 public:
     using Handle = std::coroutine_handle<Promise<T>>;
-    JobState(MainQueue& queue, Handle frame) : JobCore(queue), m_frame(frame)
+    JobState(MainQueue &queue, Handle frame) : JobCore(queue), m_frame(frame)
     {
         if (m_frame)
             m_frame.promise().core = this;
     }
     ~JobState() override { destroyFrame(); }
 
-    const Stored<T>& value() { return *m_value; }
+    const Stored<T> &value() { return *m_value; }
     Stored<T> takeValue() { return std::move(*m_value); }
 
 private:
     std::coroutine_handle<> root() const noexcept override { return m_frame; }
     std::exception_ptr takeResult() override
     {
-        auto& promise = m_frame.promise();
+        auto &promise = m_frame.promise();
         if (!promise.error)
             m_value.emplace(promise.take());
         return std::move(promise.error);
@@ -378,8 +378,8 @@ private:
 // ---- Child<T>: lives in a variable of the parent job; co_await moves the result out
 template <class T> class [[nodiscard("a Child that is not kept is destroyed at once")]] Child {
 public:
-    Child(Child&&) noexcept = default;
-    Child& operator=(Child&&) = delete;
+    Child(Child &&) noexcept = default;
+    Child &operator=(Child &&) = delete;
     ~Child()
     {
         if (m_state)
@@ -387,7 +387,7 @@ public:
     }
     bool running() const noexcept { return !m_state->over(); }
     void cancel() { m_state->cancel(); }
-    detail::JobCore& core() const noexcept { return *m_state.get(); }
+    detail::JobCore &core() const noexcept { return *m_state.get(); }
     detail::JoinAwaiter<T, true> operator co_await() & { return detail::JoinAwaiter<T, true>(m_state); }
     void operator co_await() && = delete; // keep it in a variable
 
@@ -400,7 +400,7 @@ private:
 // Starts body beside the job that calls this. It begins when that job next waits.
 template <class T> Child<T> fork(Async<T> body)
 {
-    auto* parent = detail::JobCore::current();
+    auto *parent = detail::JobCore::current();
     Q_ASSERT_X(parent, "fork", "called outside of a job");
     detail::Ref<detail::JobState<T>> state(new detail::JobState<T>(parent->queue(), body.release()));
     state->parent = parent;
@@ -415,10 +415,10 @@ template <class T> Child<T> fork(Async<T> body)
 // its destructor destroys the frames of all its jobs where they wait, and none of them ever runs again.
 class JobScope {
 public:
-    explicit JobScope(MainQueue& queue) : m_queue(queue) { }
+    explicit JobScope(MainQueue &queue) : m_queue(queue) { }
     ~JobScope();
-    JobScope(const JobScope&) = delete;
-    JobScope& operator=(const JobScope&) = delete;
+    JobScope(const JobScope &) = delete;
+    JobScope &operator=(const JobScope &) = delete;
 
     // Queues body as a job of its own; it does not run before the caller gives up the thread.
     template <class T> Job<T> start(Async<T> body)
@@ -429,14 +429,14 @@ public:
     }
     void cancelAll();
     std::size_t running() const noexcept { return m_jobs.size(); }
-    MainQueue& queue() const noexcept { return m_queue; }
+    MainQueue &queue() const noexcept { return m_queue; }
 
 private:
     friend class detail::JobCore;
-    void add(detail::JobCore& core);
-    void remove(detail::JobCore& core) noexcept;
-    MainQueue& m_queue;
-    std::vector<detail::JobCore*> m_jobs;
+    void add(detail::JobCore &core);
+    void remove(detail::JobCore &core) noexcept;
+    MainQueue &m_queue;
+    std::vector<detail::JobCore *> m_jobs;
     bool m_closed = false;
 };
 
@@ -444,10 +444,10 @@ private:
 namespace this_job {
 inline bool cancelled()
 {
-    const auto* j = detail::JobCore::current();
+    const auto *j = detail::JobCore::current();
     return j && j->cancelled();
 }
-inline Clock& clock()
+inline Clock &clock()
 {
     return detail::JobCore::current()->queue().clock();
 }
@@ -461,8 +461,8 @@ public:
     bool await_ready() const noexcept { return false; }
     template <JobPromise P> void await_suspend(std::coroutine_handle<P> h)
     {
-        JobCore& core = *h.promise().core;
-        Clock& clock = core.queue().clock();
+        JobCore &core = *h.promise().core;
+        Clock &clock = core.queue().clock();
         if (!core.cancelled())
             clock.arm(*this, clock.now() + m_duration);
         suspend(core, h);
@@ -503,9 +503,9 @@ inline detail::YieldAwaiter yield()
 // Cancels a child unless this variable dies first: a time limit.
 class CancelAfter final : private Clock::Alarm {
 public:
-    template <class T> CancelAfter(Child<T>& child, Clock::Duration d) : m_target(&child.core())
+    template <class T> CancelAfter(Child<T> &child, Clock::Duration d) : m_target(&child.core())
     {
-        Clock& clock = m_target->queue().clock();
+        Clock &clock = m_target->queue().clock();
         clock.arm(*this, clock.now() + d);
     }
     bool expired() const noexcept { return m_expired; }
@@ -523,7 +523,7 @@ private:
 // ---- Completion<T> / Resolver<T>: one value that arrives later, from any thread
 class ResolverDropped : public std::exception {
 public:
-    const char* what() const noexcept override { return "the callee dropped its Resolver without an answer"; }
+    const char *what() const noexcept override { return "the callee dropped its Resolver without an answer"; }
 };
 
 namespace detail {
@@ -536,7 +536,7 @@ template <class T> struct CompletionState final : Delivery {
     std::optional<Stored<T>> value; // written by the one who sets resolved, read after the delivery
     std::exception_ptr error;
     bool delivered = false; // the rest: main thread only
-    Suspension* waiter = nullptr;
+    Suspension *waiter = nullptr;
     void deliver() override
     {
         if (hop)
@@ -551,13 +551,13 @@ template <class T> struct CompletionState final : Delivery {
 template <class T> class Resolver { // copies share the one answer; the first one counts
 public:
     explicit Resolver(std::shared_ptr<detail::CompletionState<T>> s) : m_s(std::move(s)) { ++m_s->senders; }
-    Resolver(const Resolver& o) : m_s(o.m_s)
+    Resolver(const Resolver &o) : m_s(o.m_s)
     {
         if (m_s)
             ++m_s->senders;
     }
-    Resolver(Resolver&& o) noexcept = default;
-    Resolver& operator=(Resolver o) noexcept
+    Resolver(Resolver &&o) noexcept = default;
+    Resolver &operator=(Resolver o) noexcept
     {
         std::swap(m_s, o.m_s);
         return *this;
@@ -567,7 +567,7 @@ public:
         if (m_s && --m_s->senders == 0)
             fail(std::make_exception_ptr(ResolverDropped()));
     }
-    template <class... U> void resolve(U&&... u) const
+    template <class... U> void resolve(U &&...u) const
     {
         if (!m_s->resolved.exchange(true)) {
             m_s->value.emplace(std::forward<U>(u)...);
@@ -591,15 +591,15 @@ template <class T = void> class [[nodiscard]] Completion {
     using State = detail::CompletionState<T>;
 
 public:
-    explicit Completion(MainQueue& queue, bool threadHop = false) : m_s(std::make_shared<State>())
+    explicit Completion(MainQueue &queue, bool threadHop = false) : m_s(std::make_shared<State>())
     {
         m_s->inbox = queue.inbox();
         m_s->hop = threadHop;
         if (threadHop)
             ++m_s->inbox->outstanding;
     }
-    Completion(Completion&&) noexcept = default;
-    Completion& operator=(Completion&&) = delete;
+    Completion(Completion &&) noexcept = default;
+    Completion &operator=(Completion &&) = delete;
     ~Completion()
     {
         if (m_s && !m_s->delivered)

@@ -25,7 +25,7 @@ public:
     void put(std::shared_ptr<Delivery> delivery); // any thread
     std::vector<std::shared_ptr<Delivery>> take();
     bool waitForMail(std::chrono::milliseconds limit);
-    void open(QObject* receiver);
+    void open(QObject *receiver);
     void close();
     std::atomic<int> outstanding = 0; // thread hops on their way; a virtual clock stands still for them
 
@@ -33,34 +33,34 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_arrived;
     std::vector<std::shared_ptr<Delivery>> m_mail;
-    QObject* m_receiver = nullptr;
+    QObject *m_receiver = nullptr;
 };
 } // namespace detail
 
 class MainQueue {
 public:
-    explicit MainQueue(Clock& clock);
+    explicit MainQueue(Clock &clock);
     ~MainQueue();
-    MainQueue(const MainQueue&) = delete;
-    MainQueue& operator=(const MainQueue&) = delete;
+    MainQueue(const MainQueue &) = delete;
+    MainQueue &operator=(const MainQueue &) = delete;
 
-    Clock& clock() const noexcept { return m_clock; }
+    Clock &clock() const noexcept { return m_clock; }
     bool idle() const noexcept { return m_ready.empty(); }
     // Tests: runs all that can run now, waits for thread hops, runs what they brought. Never waits for time.
     void settle();
 
     // used by jobs
-    void ready(detail::JobCore& core);
-    void forget(detail::JobCore& core) noexcept;
-    const std::shared_ptr<detail::Inbox>& inbox() const noexcept { return m_inbox; }
+    void ready(detail::JobCore &core);
+    void forget(detail::JobCore &core) noexcept;
+    const std::shared_ptr<detail::Inbox> &inbox() const noexcept { return m_inbox; }
 
 private:
     class Receiver;
     void drain(bool bounded);
-    Clock& m_clock;
+    Clock &m_clock;
     std::unique_ptr<Receiver> m_receiver;
     std::shared_ptr<detail::Inbox> m_inbox;
-    std::deque<detail::JobCore*> m_ready; // FIFO; null where a job was destroyed meanwhile
+    std::deque<detail::JobCore *> m_ready; // FIFO; null where a job was destroyed meanwhile
     bool m_draining = false;
     bool m_posted = false;
 };

@@ -5,7 +5,7 @@ class VirtualClock final : public Clock {
 public:
     Time now() const noexcept override { return Time(Duration(m_now.load())); }
     // Runs everything that is due until `span` has passed, in order, without waiting.
-    void advance(MainQueue& queue, Duration span)
+    void advance(MainQueue &queue, Duration span)
     {
         const Time until = now() + span;
         for (;;) {

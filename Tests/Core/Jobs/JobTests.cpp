@@ -13,9 +13,9 @@ using namespace jobs;
 namespace {
 
 struct Owner { // an object with jobs; not copyable because of its scope
-    explicit Owner(World& w) : world(w), jobs(w.queue) { }
-    void note(const std::string& s) { log.push_back(s + "@" + std::to_string(static_cast<int>(world.seconds() * 10))); }
-    World& world;
+    explicit Owner(World &w) : world(w), jobs(w.queue) { }
+    void note(const std::string &s) { log.push_back(s + "@" + std::to_string(static_cast<int>(world.seconds() * 10))); }
+    World &world;
     std::vector<std::string> log;
     int launches = 0;
     Job<int> shared;
@@ -63,7 +63,7 @@ TEST(Job, StartsLaterThanItsStarterAndInOrder)
     World w;
     Owner o(w);
     struct L {
-        static Async<> go(Owner* o, std::string s)
+        static Async<> go(Owner *o, std::string s)
         {
             o->note(s);
             co_return;
@@ -109,12 +109,12 @@ TEST(Job, ACancelledLoopThatIgnoresItDoesNotBlockTheThread)
     Owner o(w);
     int rounds = 0, other = 0;
     struct L {
-        static Async<> stubborn(int* n)
+        static Async<> stubborn(int *n)
         {
             for (; *n < 1000; ++*n)
                 co_await sleep(1h);
         }
-        static Async<> polite(int* n, int* rounds)
+        static Async<> polite(int *n, int *rounds)
         {
             co_await yield();
             *n = *rounds;
@@ -161,13 +161,13 @@ TEST(Job, DoesNothingOnceItsOwnerIsGone)
     World w;
     int ran = 0, unwound = 0;
     struct L {
-        static Async<> go(int* ran, int* unwound)
+        static Async<> go(int *ran, int *unwound)
         {
             const auto g = qScopeGuard([unwound] { ++*unwound; });
             co_await sleep(1s);
             ++*ran;
         }
-        static Async<> outer(int* ran, int* unwound)
+        static Async<> outer(int *ran, int *unwound)
         {
             const auto g = qScopeGuard([unwound] { ++*unwound; });
             co_await go(ran, unwound);
@@ -196,16 +196,16 @@ TEST(Job, WhoWaitsForAnAbandonedJobIsTold)
     Owner waiter(w);
     auto owner = std::make_unique<Owner>(w);
     struct L {
-        static Async<> wait(Owner* me, Job<int> j)
+        static Async<> wait(Owner *me, Job<int> j)
         {
             try {
                 const int n = co_await j;
                 me->note(std::to_string(n));
-            } catch (const JobAbandoned&) {
+            } catch (const JobAbandoned &) {
                 me->note("abandoned");
             }
         }
-        static Async<> waitQuietly(Owner* me, Job<int> j)
+        static Async<> waitQuietly(Owner *me, Job<int> j)
         {
             co_await j;
             me->note("never");
@@ -228,7 +228,7 @@ TEST(Job, TheOwnerMayDieInsideAnotherJob)
     Owner killer(w);
     auto victim = std::make_unique<Owner>(w);
     struct L {
-        static Async<> kill(std::unique_ptr<Owner>* p)
+        static Async<> kill(std::unique_ptr<Owner> *p)
         {
             co_await sleep(1s);
             p->reset();
@@ -246,7 +246,7 @@ TEST(Job, TheOwnerMayEvenDieInsideItsOwnJob) // discouraged, but it must not cra
     auto o = std::make_unique<Owner>(w);
     int after = 0;
     struct L {
-        static Async<> suicide(std::unique_ptr<Owner>* p, int* after)
+        static Async<> suicide(std::unique_ptr<Owner> *p, int *after)
         {
             co_await sleep(1s);
             p->reset();
@@ -277,11 +277,11 @@ TEST(Job, ExceptionsReachEveryWaiter)
             const int n = co_await fail();
             co_return n;
         }
-        static Async<> wait(Owner* o, Job<int> j)
+        static Async<> wait(Owner *o, Job<int> j)
         {
             try {
                 co_await j;
-            } catch (const std::runtime_error& e) {
+            } catch (const std::runtime_error &e) {
                 o->note(e.what());
             }
             co_await sleep(1s);
@@ -301,23 +301,23 @@ TEST(Job, AmbientTextIsInheritedFromTheStarter)
     Owner o(w);
     std::vector<std::string> seen;
     struct L {
-        static void see(std::vector<std::string>* s, const char* who)
+        static void see(std::vector<std::string> *s, const char *who)
         {
             const auto a = ambient();
             s->push_back(std::string(who) + "=" + (a ? a->toStdString() : "-"));
         }
-        static Async<> leaf(std::vector<std::string>* s)
+        static Async<> leaf(std::vector<std::string> *s)
         {
             co_await sleep(2s);
             see(s, "leaf");
         }
-        static Async<> child(std::vector<std::string>* s)
+        static Async<> child(std::vector<std::string> *s)
         {
             see(s, "child");
             co_await sleep(1s);
             see(s, "child");
         }
-        static Async<> root(Owner* o, std::vector<std::string>* s)
+        static Async<> root(Owner *o, std::vector<std::string> *s)
         {
             see(s, "root");
             {
@@ -348,7 +348,7 @@ TEST(Job, ChildrenRunTogetherAndAreTakenInOrder)
     World w;
     Owner o(w);
     struct L {
-        static Async<> all(Owner* o)
+        static Async<> all(Owner *o)
         {
             auto a = fork(o->slowAnswer(1, 3s));
             auto b = fork(o->slowAnswer(2, 1s));
@@ -370,14 +370,14 @@ TEST(Job, CancelReachesTheChildrenAndAChildDiesWithItsVariable)
     Owner o(w);
     int unwound = 0;
     struct L {
-        static Async<int> child(Owner* o, int* unwound)
+        static Async<int> child(Owner *o, int *unwound)
         {
             const auto g = qScopeGuard([unwound] { ++*unwound; });
             const Sleep s = co_await sleep(100s);
             o->note(s == Sleep::Cut ? "cut" : "full");
             co_return 1;
         }
-        static Async<> parent(Owner* o, int* unwound)
+        static Async<> parent(Owner *o, int *unwound)
         {
             auto a = fork(child(o, unwound));
             {
@@ -402,7 +402,7 @@ TEST(Job, ATimeLimitCancelsAChild)
     World w;
     Owner o(w);
     struct L {
-        static Async<> go(Owner* o)
+        static Async<> go(Owner *o)
         {
             auto slow = fork(o->slowAnswer(5, 100s));
             const CancelAfter limit(slow, 2s);
@@ -421,14 +421,14 @@ TEST(Job, ACompletionIsResolvedOnceAndADroppedResolverFails)
     Owner o(w);
     std::vector<Resolver<int>> held;
     struct L {
-        static Async<> go(Owner* o, std::vector<Resolver<int>>* held)
+        static Async<> go(Owner *o, std::vector<Resolver<int>> *held)
         {
             Completion<int> c(o->jobs.queue());
             held->push_back(c.resolver());
             try {
                 const int n = co_await c;
                 o->note("got" + std::to_string(n));
-            } catch (const ResolverDropped&) {
+            } catch (const ResolverDropped &) {
                 o->note("dropped");
             }
         }
@@ -462,7 +462,7 @@ TEST(Job, MoveOnlyResultsAndDeepChains)
             const int below = co_await recurse(n - 1);
             co_return below + 1;
         }
-        static Async<> go(Owner* o)
+        static Async<> go(Owner *o)
         {
             auto child = fork(twice());
             const auto p = co_await child;
@@ -485,7 +485,7 @@ TEST(Clock, EqualDeadlinesRingInTheOrderTheyWereArmed)
     World w;
     Owner o(w);
     struct L {
-        static Async<> go(Owner* o, std::string n, Clock::Duration d)
+        static Async<> go(Owner *o, std::string n, Clock::Duration d)
         {
             co_await sleep(d);
             o->note(n);
@@ -503,5 +503,5 @@ TEST(Clock, EqualDeadlinesRingInTheOrderTheyWereArmed)
 // compile-time rules: each of these must not compile
 template <class... A>
 constexpr bool traitsOk = requires { typename std::coroutine_traits<Async<>, A...>::promise_type; };
-static_assert(traitsOk<int, QString, Job<int>, std::unique_ptr<int>, Owner*>);
-static_assert(traitsOk<Owner&, QString>);
+static_assert(traitsOk<int, QString, Job<int>, std::unique_ptr<int>, Owner *>);
+static_assert(traitsOk<Owner &, QString>);

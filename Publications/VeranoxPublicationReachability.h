@@ -1,0 +1,46 @@
+#pragma once
+#include <QMetaType>
+#include <QString>
+#include <optional>
+
+// The entries of the tailnet's access policy that would let devices connect to this computer's node.
+struct VeranoxPublicationPolicyHint {
+    Q_GADGET
+    Q_PROPERTY(QString hostAlias MEMBER hostAlias)
+    Q_PROPERTY(QString nodeIP MEMBER nodeIP)
+    Q_PROPERTY(QString source MEMBER source)
+    Q_PROPERTY(QString hostsEntry MEMBER hostsEntry)
+    Q_PROPERTY(QString grant MEMBER grant)
+    Q_PROPERTY(QString policyURLString MEMBER policyURLString)
+
+public:
+    QString hostAlias; // alias under which the node can be named in the policy
+    QString nodeIP; // the node's tailnet address
+    QString source; // who is being granted access
+    QString hostsEntry; // ready-made line for the policy's "hosts" section
+    QString grant; // ready-made line for the policy's "grants" section
+    QString policyURLString; // address of the tailnet's access-control editor, as sent
+
+    bool operator==(const VeranoxPublicationPolicyHint &) const = default;
+};
+
+// Whether the tailnet's policy lets any device connect to a publication.
+struct VeranoxPublicationReachability {
+    Q_GADGET
+    Q_PROPERTY(QString state MEMBER state)
+    Q_PROPERTY(qint64 peers MEMBER peers)
+    Q_PROPERTY(bool everyone MEMBER everyone)
+    Q_PROPERTY(QString detail MEMBER detail)
+
+public:
+    QString state; // "reachable", "unreachable" or "unknown"; anything else says nothing
+    qint64 peers = 0; // number of devices that may connect
+    bool everyone = false; // every device in the tailnet may connect
+    QString detail; // the service's reason while the state is unknown
+    std::optional<VeranoxPublicationPolicyHint> hint;
+
+    bool operator==(const VeranoxPublicationReachability &) const = default;
+};
+
+Q_DECLARE_METATYPE(VeranoxPublicationPolicyHint)
+Q_DECLARE_METATYPE(VeranoxPublicationReachability)

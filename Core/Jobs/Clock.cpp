@@ -1,11 +1,24 @@
 #include "Core/Jobs/Clock.h"
-#include <QThread>
+#include <QtGlobal>
+#include <algorithm>
 
 namespace jobs {
+
+Clock::Alarm::~Alarm()
+{
+    if (m_clock)
+        m_clock->disarm(*this);
+}
 
 Clock::~Clock()
 {
     Q_ASSERT_X(m_alarms.empty(), "Clock", "an alarm outlives its clock");
+}
+
+Clock::Time Clock::after(Duration wait) const noexcept
+{
+    const Time start = now();
+    return start + std::clamp(wait, Duration::zero(), Time::max() - std::max(start, Time{}));
 }
 
 void Clock::arm(Alarm &alarm, Time at)
@@ -37,50 +50,14 @@ std::optional<Clock::Time> Clock::nextDeadline() const
 
 bool Clock::ringNext(Time upTo)
 {
-    if (m_alarms.empty() || (*m_alarms.begin())->m_at > upTo)
-        return false;
-    Alarm *alarm = *m_alarms.begin();
-    m_alarms.erase(m_alarms.begin());
-    alarm->m_clock = nullptr;
-    alarm->ring();
-    return true;
-}
-
-SystemClock::SystemClock()
-{
-    m_timer.setSingleShot(true);
-    m_timer.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { fire(); });
-}
-
-Clock::Time SystemClock::now() const noexcept
-{
-    return Time(std::chrono::duration_cast<Duration>(std::chrono::steady_clock::now().time_since_epoch()));
-}
-
-void SystemClock::deadlinesChanged() noexcept
-{
     const auto next = nextDeadline();
-    if (!next) {
-        m_timer.stop();
-        m_armedFor.reset();
-        return;
-    }
-    if (m_armedFor && *m_armedFor <= *next)
-        return; // a wakeup that is at most once too early; fire() re-arms
-    using std::chrono::milliseconds;
-    const auto wait = std::chrono::ceil<milliseconds>(*next - now());
-    const auto bounded = std::clamp(wait, milliseconds(0), milliseconds(24 * 3600 * 1000));
-    m_armedFor = next;
-    m_timer.start(bounded);
-}
-
-void SystemClock::fire()
-{
-    m_armedFor.reset();
-    const Time due = now();
-    while (ringNext(due)) { }
-    deadlinesChanged();
+    if (!next || *next > upTo)
+        return false;
+    Alarm &alarm = **m_alarms.begin();
+    m_alarms.erase(m_alarms.begin());
+    alarm.m_clock = nullptr;
+    alarm.ring();
+    return true;
 }
 
 } // namespace jobs

@@ -1,8 +1,5 @@
-// Time source of the application. Nothing else may ask the system for the time or arm a timer.
+// The only source of time and of timers: nothing else asks the system for the time or arms a timer.
 #pragma once
-#include <QObject>
-#include <QTimer>
-#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -10,12 +7,14 @@
 
 namespace jobs {
 
+// Monotonic time and its deadlines. Main thread only, but for now(). Outlives every alarm armed on it.
+// The system's monotonic time stands still while the machine is suspended, and deadlines with it.
 class Clock {
 public:
     using Duration = std::chrono::nanoseconds;
-    using Time = std::chrono::time_point<Clock, Duration>; // monotonic; its origin means nothing
+    using Time = std::chrono::time_point<Clock, Duration>; // its origin means nothing
 
-    // One deadline. Lives where it is used (a coroutine frame, a member); disarms itself when it dies.
+    // One deadline. Lives where it is used (a coroutine frame, a member) and disarms itself when it dies.
     class Alarm {
     public:
         Alarm(const Alarm &) = delete;
@@ -24,32 +23,36 @@ public:
 
     protected:
         Alarm() = default;
-        virtual ~Alarm()
-        {
-            if (m_clock)
-                m_clock->disarm(*this);
-        }
-        virtual void ring() = 0; // called once, on the clock's thread, already disarmed
+        virtual ~Alarm();
+        // Called once, at or after the deadline, already disarmed. Must not run jobs, only make them ready.
+        virtual void ring() = 0;
 
     private:
         friend class Clock;
         Clock *m_clock = nullptr;
         Time m_at{};
-        std::uint64_t m_order = 0; // equal deadlines ring in the order in which they were armed
+        std::uint64_t m_order = 0;
     };
 
     Clock(const Clock &) = delete;
     Clock &operator=(const Clock &) = delete;
     virtual ~Clock();
 
-    virtual Time now() const noexcept = 0; // any thread
-    void arm(Alarm &alarm, Time at); // main thread only, as the rest
+    // Any thread.
+    virtual Time now() const noexcept = 0;
+    // now() + wait. A negative wait ends now, one beyond the range of Time at its end.
+    Time after(Duration wait) const noexcept;
+    // Sets the alarm, or sets it anew. Equal deadlines ring in the order in which they were armed.
+    void arm(Alarm &alarm, Time at);
+    // Does nothing when the alarm is not armed.
     void disarm(Alarm &alarm) noexcept;
 
 protected:
     Clock() = default;
     std::optional<Time> nextDeadline() const;
-    bool ringNext(Time upTo); // rings one alarm due at or before upTo
+    // Rings the earliest alarm that is due at `upTo`; false when none is.
+    bool ringNext(Time upTo);
+    // After every arm and disarm.
     virtual void deadlinesChanged() noexcept = 0;
 
 private:
@@ -61,19 +64,6 @@ private:
     };
     std::set<Alarm *, Earlier> m_alarms;
     std::uint64_t m_count = 0;
-};
-
-// Production: steady_clock, and one QTimer armed for the earliest deadline only (none armed = no wakeups).
-class SystemClock final : public Clock {
-public:
-    SystemClock();
-    Time now() const noexcept override;
-
-private:
-    void deadlinesChanged() noexcept override;
-    void fire();
-    QTimer m_timer;
-    std::optional<Time> m_armedFor;
 };
 
 } // namespace jobs

@@ -1,42 +1,18 @@
-// The ready queue of the main thread: jobs that can go on, and what other threads hand back.
 #pragma once
 #include "Core/Jobs/Clock.h"
-#include <atomic>
-#include <condition_variable>
+#include "Core/Jobs/Inbox.h"
 #include <deque>
 #include <memory>
-#include <mutex>
-#include <vector>
 
 namespace jobs {
 
 namespace detail {
 class JobCore;
+}
 
-class Delivery { // something that another thread hands to the main thread
-public:
-    virtual ~Delivery() = default;
-    virtual void deliver() = 0; // main thread
-};
-
-// Outlives the queue, so that a late thread finds it closed instead of gone.
-class Inbox {
-public:
-    void put(std::shared_ptr<Delivery> delivery); // any thread
-    std::vector<std::shared_ptr<Delivery>> take();
-    bool waitForMail(std::chrono::milliseconds limit);
-    void open(QObject *receiver);
-    void close();
-    std::atomic<int> outstanding = 0; // thread hops on their way; a virtual clock stands still for them
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_arrived;
-    std::vector<std::shared_ptr<Delivery>> m_mail;
-    QObject *m_receiver = nullptr;
-};
-} // namespace detail
-
+// The jobs of the main thread that can go on, first in, first out: every start and every wake-up passes through here,
+// so no job runs inside its starter and the order of events is one. Hands the thread back to Qt every 4 ms.
+// Main thread only. Lives longer than every job, and less long than the clock.
 class MainQueue {
 public:
     explicit MainQueue(Clock &clock);
@@ -45,22 +21,27 @@ public:
     MainQueue &operator=(const MainQueue &) = delete;
 
     Clock &clock() const noexcept { return m_clock; }
+    // Whether no job is waiting for its turn.
     bool idle() const noexcept { return m_ready.empty(); }
-    // Tests: runs all that can run now, waits for thread hops, runs what they brought. Never waits for time.
+    // Runs all that can run without time passing: jobs, posted events, and what threads were asked to bring. For a
+    // clock that is moved by hand; blocks while a thread works, and ends the program when it takes 10 s.
     void settle();
 
-    // used by jobs
+    // For the parts of this library.
     void ready(detail::JobCore &core);
     void forget(detail::JobCore &core) noexcept;
     const std::shared_ptr<detail::Inbox> &inbox() const noexcept { return m_inbox; }
 
 private:
     class Receiver;
-    void drain(bool bounded);
+    enum class Slice { Bounded, Whole };
+    void drain(Slice slice);
+    void deliverMail();
+    void runFirst();
     Clock &m_clock;
     std::unique_ptr<Receiver> m_receiver;
     std::shared_ptr<detail::Inbox> m_inbox;
-    std::deque<detail::JobCore *> m_ready; // FIFO; null where a job was destroyed meanwhile
+    std::deque<detail::JobCore *> m_ready; // null where a job was destroyed meanwhile
     bool m_draining = false;
     bool m_posted = false;
 };

@@ -1,0 +1,17 @@
+#pragma once
+#include "API/VeranoxError.h"
+
+// A request that brought no answer: nothing listens, the connection broke, or the time was up.
+class VeranoxAPIClientError final : public VeranoxError {
+public:
+    enum class Case { localServiceUnavailable };
+    static constexpr Case localServiceUnavailable = Case::localServiceUnavailable;
+
+    explicit VeranoxAPIClientError(Case which) : m_case(which) { }
+
+    QString localizedDescription() const override;
+    Case which() const { return m_case; }
+
+private:
+    Case m_case;
+};

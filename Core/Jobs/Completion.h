@@ -37,7 +37,7 @@ template <class T> struct CompletionState final : Delivery {
 } // namespace detail
 
 // The callee's end. Any thread. Copies share the one answer, and the first answer counts.
-template <class T> class Resolver {
+template <class T = void> class Resolver {
 public:
     explicit Resolver(std::shared_ptr<detail::CompletionState<T>> state) : m_state(std::move(state))
     {

@@ -6,6 +6,7 @@ namespace jobs::detail {
 // Answers with what work() returns or throws.
 template <class R, class F> void answer(const Resolver<R> &to, F &&work)
 {
+    std::exception_ptr error;
     try {
         if constexpr (std::is_void_v<R>) {
             std::forward<F>(work)();
@@ -14,8 +15,10 @@ template <class R, class F> void answer(const Resolver<R> &to, F &&work)
             to.resolve(std::forward<F>(work)());
         }
     } catch (...) {
-        to.fail(std::current_exception());
+        error = std::current_exception();
     }
+    if (error) // after the handler, which holds the exception: from here on it belongs to the other thread alone
+        to.fail(std::move(error));
 }
 
 } // namespace jobs::detail

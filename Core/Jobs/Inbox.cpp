@@ -1,4 +1,5 @@
 #include "Core/Jobs/Inbox.h"
+#include "Core/Jobs/ThreadHandOver.h"
 #include <QCoreApplication>
 #include <QEvent>
 #include <utility>
@@ -11,8 +12,11 @@ void Inbox::put(std::shared_ptr<Delivery> delivery)
     if (!m_receiver)
         return;
     m_mail.push_back(std::move(delivery));
-    if (m_mail.size() == 1)
-        QCoreApplication::postEvent(m_receiver, new QEvent(QEvent::User));
+    if (m_mail.size() == 1) {
+        auto *const event = new QEvent(QEvent::User);
+        handOver(event);
+        QCoreApplication::postEvent(m_receiver, event);
+    }
     m_arrived.notify_one();
 }
 

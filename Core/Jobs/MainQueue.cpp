@@ -1,5 +1,6 @@
 #include "Core/Jobs/MainQueue.h"
 #include "Core/Jobs/JobCore.h"
+#include "Core/Jobs/ThreadHandOver.h"
 #include <QBasicTimer>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -26,6 +27,7 @@ public:
 protected:
     bool event(QEvent *event) override
     {
+        detail::takeOver(event);
         if (event->type() == QEvent::Timer)
             m_timer.stop();
         else if (event->type() != QEvent::User)

@@ -2,15 +2,16 @@
 
 using namespace Qt::StringLiterals;
 
-VeranoxDecodingError::VeranoxDecodingError(QString place, QString expectation)
+VeranoxDecodingError::VeranoxDecodingError(QString place, QString expected, QString found)
     : m_place(std::move(place)),
-      m_expectation(std::move(expectation))
+      m_expected(std::move(expected)),
+      m_found(std::move(found))
 {
 }
 
 QString VeranoxDecodingError::localizedDescription() const
 {
-    const QString where = m_place.isEmpty() ? u"as a whole"_s : u"at "_s + m_place;
-    return u"The answer of Veranox's local service could not be read: expected "_s + m_expectation + u' ' + where
-        + u'.';
+    const QString where = m_place.isEmpty() ? QString() : u" at "_s + m_place;
+    return u"The answer of Veranox's local service could not be read: expected "_s + m_expected + where + u", found "_s
+        + m_found + u'.';
 }

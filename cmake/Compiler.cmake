@@ -36,6 +36,7 @@ target_compile_options(veranox_warnings INTERFACE
   -Wnull-dereference -Wcast-align -Wformat=2 -Wimplicit-fallthrough -Wextra-semi -Wundef -Wunused)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   target_compile_options(veranox_warnings INTERFACE
+    -Wno-missing-designated-field-initializers
     -Wnewline-eof -Wrange-loop-analysis -Wunreachable-code -Wcomma -Wheader-hygiene -Wsuggest-override)
 endif()
 

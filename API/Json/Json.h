@@ -7,3 +7,6 @@ template <class Value> Value decodeRecord(const QByteArray &json);
 
 // The record as compact JSON, its keys in the order of its field table. Any thread.
 template <class Record> QByteArray encodeRecord(const Record &record);
+
+// Both are defined in API/Json/Codec.h and instantiated where a record's field table stands, so that users of a record
+// do not compile its table.

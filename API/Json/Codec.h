@@ -1,0 +1,32 @@
+#pragma once
+#include "API/Json/Json.h"
+#include "API/Json/Reading.h"
+#include "API/Json/Writing.h"
+#include "API/VeranoxDecodingError.h"
+
+// What a file with a field table includes. It ends with lines such as
+//
+//     template Fruit decodeRecord(const QByteArray &);
+//     template QList<Fruit> decodeRecord(const QByteArray &);
+//     template QByteArray encodeRecord(const Fruit &);
+namespace json {
+
+// The outermost value of the text. Throws VeranoxDecodingError for what is no JSON list or object.
+QJsonValue parse(const QByteArray &text);
+
+} // namespace json
+
+template <class Value> Value decodeRecord(const QByteArray &text)
+{
+    Value value;
+    if (const auto outcome = json::read(json::parse(text), value); !outcome)
+        throw VeranoxDecodingError(outcome.error().place, outcome.error().expected, outcome.error().found);
+    return value;
+}
+
+template <class Record> QByteArray encodeRecord(const Record &record)
+{
+    QByteArray out;
+    json::write(out, record);
+    return out;
+}

@@ -1,0 +1,151 @@
+#pragma once
+#include "API/Json/Layout.h"
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QMap>
+#include <QStringList>
+#include <expected>
+#include <optional>
+
+// Reads JSON values into C++ values. Nothing here throws: a failure goes up as a value that gathers its path on the
+// way, so that a reply with ten thousand unreadable forgiving fields costs no more than a sound one.
+namespace json {
+
+struct Misfit {
+    QString place;
+    QString expected;
+    QString found;
+
+    // The same misfit seen from the value that holds it.
+    Misfit under(const QString &key) const;
+    Misfit under(qsizetype index) const;
+};
+
+using Outcome = std::expected<void, Misfit>;
+
+// The failure of a value that is of another kind than `expected`.
+Outcome misfit(QLatin1StringView expected, const QJsonValue &found);
+
+Outcome read(const QJsonValue &value, bool &into);
+Outcome read(const QJsonValue &value, qint64 &into); // a whole number of 64 bits, however it is written
+Outcome read(const QJsonValue &value, QString &into);
+
+template <class Element> Outcome read(const QJsonValue &value, QList<Element> &into);
+template <class Element> Outcome read(const QJsonValue &value, QMap<QString, Element> &into);
+template <class Value> Outcome read(const QJsonValue &value, std::optional<Value> &into);
+template <Record Type> Outcome read(const QJsonValue &value, Type &into);
+
+template <class Element> Outcome read(const QJsonValue &value, QList<Element> &into)
+{
+    if (!value.isArray())
+        return misfit(QLatin1StringView("a list"), value);
+    const QJsonArray array = value.toArray();
+    into.reserve(array.size());
+    for (qsizetype index = 0; index < array.size(); ++index) {
+        if (auto outcome = read(array.at(index), into.emplaceBack()); !outcome)
+            return std::unexpected(outcome.error().under(index));
+    }
+    return {};
+}
+
+template <class Element> Outcome read(const QJsonValue &value, QMap<QString, Element> &into)
+{
+    if (!value.isObject())
+        return misfit(QLatin1StringView("an object"), value);
+    const QJsonObject object = value.toObject();
+    for (auto entry = object.begin(); entry != object.end(); ++entry) {
+        if (auto outcome = read(entry.value(), into[entry.key()]); !outcome)
+            return std::unexpected(outcome.error().under(entry.key()));
+    }
+    return {};
+}
+
+template <class Value> Outcome read(const QJsonValue &value, std::optional<Value> &into)
+{
+    return read(value, into.emplace());
+}
+
+template <class Type> Type blank();
+
+template <class Type, class Member, class Default>
+void takeDefault(Member &member, const Type &record, Default fallback)
+{
+    if constexpr (std::is_same_v<Default, Blank>)
+        member = blank<Member>();
+    else if constexpr (std::is_same_v<Default, const char *>)
+        member = QString::fromLatin1(fallback);
+    else if constexpr (std::is_member_object_pointer_v<Default>)
+        member = record.*fallback;
+    else if constexpr (std::is_invocable_v<Default>)
+        member = fallback();
+    else
+        member = fallback;
+}
+
+inline bool isAbsent(const QJsonValue &value)
+{
+    return value.isUndefined() || value.isNull();
+}
+
+template <class Type, class Field> Outcome readField(const QJsonObject &object, const Field &field, Type &record)
+{
+    auto &member = record.*field.member;
+    QLatin1StringView key = field.keys.first;
+    QJsonValue value = object.value(key);
+    if (isAbsent(value) && !field.keys.second.isEmpty()) {
+        key = field.keys.second;
+        value = object.value(key);
+    }
+    if constexpr (Field::rule != Rule::Required) {
+        if (isAbsent(value)) {
+            takeDefault(member, record, field.fallback);
+            return {};
+        }
+    }
+    const auto outcome = read(value, member);
+    if (outcome)
+        return {};
+    if constexpr (Field::rule == Rule::Forgiving) {
+        takeDefault(member, record, field.fallback);
+        return {};
+    }
+    return std::unexpected(outcome.error().under(QString(key)));
+}
+
+template <Record Type> Outcome read(const QJsonValue &value, Type &into)
+{
+    if (!value.isObject())
+        return misfit(QLatin1StringView("an object"), value);
+    const QJsonObject object = value.toObject();
+    Outcome outcome;
+    const auto readAll = [&](const auto &...field) {
+        return ((outcome = readField(object, field, into)).has_value() && ...);
+    };
+    if (!std::apply(readAll, Layout<Type>::fields))
+        return outcome;
+    if constexpr (requires { Layout<Type>::complete(into); })
+        Layout<Type>::complete(into);
+    return {};
+}
+
+template <class... Fields> consteval bool anyIsRequired(std::type_identity<const std::tuple<Fields...>>)
+{
+    return ((Fields::rule == Rule::Required) || ...);
+}
+
+template <class Type>
+concept HasDefault = !Record<Type> || !anyIsRequired(std::type_identity<decltype(Layout<Type>::fields)>());
+
+// Zero, false or empty; of a record, what an empty object reads as.
+template <class Type> Type blank()
+{
+    Type value{};
+    if constexpr (Record<Type>) {
+        static_assert(HasDefault<Type>, "a record with required fields has no default");
+        std::ignore = read(QJsonObject(), value);
+    }
+    return value;
+}
+
+} // namespace json

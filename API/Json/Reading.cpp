@@ -1,5 +1,4 @@
 #include "API/Json/Reading.h"
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -35,22 +34,13 @@ QString joined(const QString &outer, const QString &inner)
     return needsStop ? outer + u'.' + inner : outer + inner;
 }
 
-// A number beyond these was a fraction of a double once: its last digits are a guess.
-constexpr qint64 largestExactDouble = Q_INT64_C(1) << std::numeric_limits<double>::digits;
-
-bool isExact(qint64 number, const QJsonValue &value)
-{
-    const bool survivesDouble = number >= -largestExactDouble && number <= largestExactDouble;
-    return survivesDouble || value.toVariant().typeId() == QMetaType::LongLong;
-}
-
 std::optional<qint64> wholeNumber(const QJsonValue &value)
 {
     // Qt answers with the default for what is no whole number of 64 bits, so two defaults tell it from such a number.
     const qint64 number = value.toInteger(0);
     if (number == 0 && value.toInteger(1) != 0)
         return std::nullopt;
-    return isExact(number, value) ? std::optional(number) : std::nullopt;
+    return number;
 }
 
 } // namespace

@@ -85,7 +85,7 @@ TEST(VeranoxConfig, AWrongTypeFails)
         for (const QString &key : full.keys()) {
             for (const QJsonValue &wrong : checks::valuesOfOtherTypes(full.value(key))) {
                 const QJsonObject document{{u"Router"_s, checks::with(full, key, wrong)}};
-                EXPECT_EQ(checks::failure<VeranoxConfig>(checks::text(document)).value().place(), u"Router." + key);
+                EXPECT_EQ(checks::failure<VeranoxConfig>(checks::text(document)).value().place(), u"Router."_s + key);
             }
         }
     }

@@ -1,5 +1,5 @@
-#include "API/VeranoxEditableConfig.h"
 #include "API/VeranoxConfig.h"
+#include "API/VeranoxEditableConfig.h"
 #include "Tests/Support/RecordChecks.h"
 
 using namespace Qt::StringLiterals;
@@ -118,7 +118,8 @@ TEST(VeranoxEditableConfig, SectionsOfCommandsPathsAndSecurityAreStrict)
 {
     for (const QString &section : {u"Tailscale"_s, u"Paths"_s, u"Security"_s}) {
         for (const QString &key : keysOf(section)) {
-            for (const QJsonValue &value : {QJsonValue(QJsonValue::Undefined), QJsonValue(QJsonValue::Null), QJsonValue(3)}) {
+            for (const QJsonValue &value :
+                {QJsonValue(QJsonValue::Undefined), QJsonValue(QJsonValue::Null), QJsonValue(3)}) {
                 const auto error = checks::failure<VeranoxEditableConfig>(changed(section, key, value));
                 EXPECT_EQ(error.value().place(), section + u'.' + key);
             }
@@ -147,15 +148,13 @@ TEST(VeranoxEditableConfig, TheRouterSectionIsTakenAsSent)
 
 TEST(VeranoxEditableProfile, AnEmptyEntryTakesEveryDefault)
 {
-    const VeranoxEditableProfile expected{
-        .icon = u"building.2.fill"_s, .color = u"teal"_s, .backend = u"tsnet"_s};
+    const VeranoxEditableProfile expected{.icon = u"building.2.fill"_s, .color = u"teal"_s, .backend = u"tsnet"_s};
     EXPECT_EQ(decodeRecord<VeranoxEditableProfile>("{}"), expected);
 }
 
 TEST(VeranoxEditableProfile, EachKeyMayBeMissingButNotOfAnotherType)
 {
-    const QJsonObject full
-        = checks::object(fullDocument).value("Profiles"_L1).toObject().value("acme"_L1).toObject();
+    const QJsonObject full = checks::object(fullDocument).value("Profiles"_L1).toObject().value("acme"_L1).toObject();
     EXPECT_EQ(decodeRecord<VeranoxEditableProfile>(checks::text(full)), acme);
     checks::expectAbsentAndNullAreTheSame<VeranoxEditableProfile>(full);
     checks::expectWrongTypesFail<VeranoxEditableProfile>(full);
@@ -183,8 +182,8 @@ TEST(VeranoxEditableConfig, TheFirstDocument)
     EXPECT_EQ(first.version, 1);
     EXPECT_EQ(first.router, routerDefaults);
     EXPECT_EQ(first.tailscale, (VeranoxEditableTailscaleConfig{u"tailscale"_s, u"tailscaled"_s}));
-    EXPECT_EQ(first.paths,
-        (VeranoxEditablePathsConfig{u"~/Library/Application Support/Veranox"_s, u"~/.config/veranox"_s}));
+    EXPECT_EQ(
+        first.paths, (VeranoxEditablePathsConfig{u"~/Library/Application Support/Veranox"_s, u"~/.config/veranox"_s}));
     EXPECT_TRUE(first.profiles.isEmpty());
     EXPECT_EQ(first.security, (VeranoxEditableSecurityConfig{true, false, false, false}));
 }

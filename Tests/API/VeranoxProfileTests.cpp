@@ -1,5 +1,6 @@
 #include "API/VeranoxProfile.h"
 #include "Tests/Support/RecordChecks.h"
+#include <QMetaProperty>
 
 using namespace Qt::StringLiterals;
 
@@ -113,7 +114,7 @@ TEST(VeranoxProfileStatus, EachKeyMayBeMissingButNotOfAnotherType)
         };
         EXPECT_NE(decodeRecord<VeranoxProfile>(status(QJsonValue::Null)).status, fullStatus());
         for (const QJsonValue &wrong : checks::valuesOfOtherTypes(full.value(key)))
-            EXPECT_EQ(checks::failure<VeranoxProfile>(status(wrong)).value().place(), u"status." + key);
+            EXPECT_EQ(checks::failure<VeranoxProfile>(status(wrong)).value().place(), u"status."_s + key);
     }
 }
 

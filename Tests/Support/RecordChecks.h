@@ -36,8 +36,7 @@ inline QJsonObject without(QJsonObject object, const QString &key)
 }
 
 // The failure of decoding, or nothing if it succeeds.
-template <class Value>
-std::optional<VeranoxDecodingError> failure(const QByteArray &json)
+template <class Value> std::optional<VeranoxDecodingError> failure(const QByteArray &json)
 {
     try {
         std::ignore = decodeRecord<Value>(json);
@@ -55,8 +54,7 @@ inline QList<QJsonValue> valuesOfOtherTypes(const QJsonValue &value)
     return others;
 }
 
-template <class Record>
-void expectAbsentAndNullAreTheSame(const QJsonObject &full)
+template <class Record> void expectAbsentAndNullAreTheSame(const QJsonObject &full)
 {
     for (const QString &key : full.keys()) {
         const auto absent = decodeRecord<Record>(text(without(full, key)));
@@ -65,8 +63,7 @@ void expectAbsentAndNullAreTheSame(const QJsonObject &full)
     }
 }
 
-template <class Record>
-void expectEachKeyIsRequired(const QJsonObject &full)
+template <class Record> void expectEachKeyIsRequired(const QJsonObject &full)
 {
     for (const QString &key : full.keys()) {
         for (const QJsonObject &broken : {without(full, key), with(full, key, QJsonValue::Null)}) {
@@ -77,8 +74,7 @@ void expectEachKeyIsRequired(const QJsonObject &full)
     }
 }
 
-template <class Record>
-void expectWrongTypesFail(const QJsonObject &full)
+template <class Record> void expectWrongTypesFail(const QJsonObject &full)
 {
     for (const QString &key : full.keys()) {
         for (const QJsonValue &wrong : valuesOfOtherTypes(full.value(key))) {
@@ -90,8 +86,7 @@ void expectWrongTypesFail(const QJsonObject &full)
     }
 }
 
-template <class Record>
-void expectUnknownAndMiscasedKeysAreIgnored(const QJsonObject &full)
+template <class Record> void expectUnknownAndMiscasedKeysAreIgnored(const QJsonObject &full)
 {
     const auto plain = decodeRecord<Record>(text(full));
     QJsonObject extended = with(full, QStringLiteral("no such key"), QJsonArray{1, QJsonObject()});

@@ -1,0 +1,61 @@
+#include "Platform/Linux/XEmbedStatusItem.h"
+
+#include <QGuiApplication>
+
+XEmbedStatusItem::XEmbedStatusItem(QObject *parent) : StatusItem(parent)
+{
+    connect(&m_icon, &QSystemTrayIcon::activated, this, &XEmbedStatusItem::handleActivation);
+    connect(&m_trays, &XEmbedTrayWatcher::maybeChanged, this, &XEmbedStatusItem::noteAvailability);
+}
+
+void XEmbedStatusItem::setIcon(const QIcon &icon)
+{
+    m_icon.setIcon(icon);
+}
+
+void XEmbedStatusItem::setToolTip(const QString &text)
+{
+    m_icon.setToolTip(text);
+}
+
+void XEmbedStatusItem::setAccessibleName(const QString &) { }
+
+void XEmbedStatusItem::setMenu(QMenu *menu)
+{
+    m_icon.setContextMenu(menu);
+}
+
+bool XEmbedStatusItem::isAvailable() const
+{
+    return m_icon.isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+QRect XEmbedStatusItem::geometry() const
+{
+    return isAvailable() ? m_icon.geometry() : QRect();
+}
+
+void XEmbedStatusItem::setVisible(bool visible)
+{
+    m_icon.setVisible(visible);
+    noteAvailability();
+}
+
+void XEmbedStatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
+{
+    if (reason != QSystemTrayIcon::Trigger)
+        return; // the secondary click has popped the menu up already
+    const QPoint where = geometry().center();
+    if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier))
+        Q_EMIT menuRequested(where);
+    else
+        Q_EMIT primaryActivated(where);
+}
+
+void XEmbedStatusItem::noteAvailability()
+{
+    if (isAvailable() == m_wasAvailable)
+        return;
+    m_wasAvailable = isAvailable();
+    Q_EMIT availableChanged(m_wasAvailable);
+}

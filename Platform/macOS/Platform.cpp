@@ -1,0 +1,14 @@
+#include "Platform/Platform.h"
+
+#include "Platform/macOS/MenuBarAppearance.h"
+#include "Platform/macOS/SystemTrayStatusItem.h"
+
+std::unique_ptr<StatusItem> platform::makeStatusItem()
+{
+    return std::make_unique<SystemTrayStatusItem>();
+}
+
+std::unique_ptr<Appearance> platform::makeAppearance()
+{
+    return std::make_unique<MenuBarAppearance>();
+}

@@ -1,0 +1,43 @@
+#include "Platform/macOS/SystemTrayStatusItem.h"
+
+#include <QGuiApplication>
+
+SystemTrayStatusItem::SystemTrayStatusItem(QObject *parent) : StatusItem(parent)
+{
+    connect(&m_icon, &QSystemTrayIcon::activated, this, &SystemTrayStatusItem::handleActivation);
+    m_icon.show();
+}
+
+void SystemTrayStatusItem::setIcon(const QIcon &icon)
+{
+    m_icon.setIcon(icon);
+}
+
+void SystemTrayStatusItem::setToolTip(const QString &text)
+{
+    m_icon.setToolTip(text);
+}
+
+void SystemTrayStatusItem::setAccessibleName(const QString &) { }
+
+void SystemTrayStatusItem::setMenu(QMenu *) { }
+
+bool SystemTrayStatusItem::isAvailable() const
+{
+    return QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+QRect SystemTrayStatusItem::geometry() const
+{
+    return m_icon.geometry();
+}
+
+void SystemTrayStatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
+{
+    const QPoint where = geometry().center();
+    const bool withControl = QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier);
+    if (reason == QSystemTrayIcon::Context || (reason == QSystemTrayIcon::Trigger && withControl))
+        Q_EMIT menuRequested(where);
+    else if (reason == QSystemTrayIcon::Trigger)
+        Q_EMIT primaryActivated(where);
+}

@@ -1,6 +1,8 @@
 #pragma once
 #include "Platform/Appearance.h"
+#include "Platform/SingleInstance.h"
 #include "Platform/StatusItem.h"
+#include "Platform/Termination.h"
 #include <memory>
 
 // What this system offers behind the seams. The folder of the system implements it; nothing else knows which system it
@@ -9,5 +11,7 @@ namespace platform {
 
 std::unique_ptr<StatusItem> makeStatusItem();
 std::unique_ptr<Appearance> makeAppearance();
+std::unique_ptr<SingleInstance> makeSingleInstance();
+std::unique_ptr<Termination> makeTermination();
 
 } // namespace platform

@@ -1,6 +1,8 @@
 #include "Platform/Platform.h"
 
+#include "Platform/macOS/ApplicationTermination.h"
 #include "Platform/macOS/MenuBarAppearance.h"
+#include "Platform/macOS/SystemSingleInstance.h"
 #include "Platform/macOS/SystemTrayStatusItem.h"
 
 std::unique_ptr<StatusItem> platform::makeStatusItem()
@@ -11,4 +13,14 @@ std::unique_ptr<StatusItem> platform::makeStatusItem()
 std::unique_ptr<Appearance> platform::makeAppearance()
 {
     return std::make_unique<MenuBarAppearance>();
+}
+
+std::unique_ptr<SingleInstance> platform::makeSingleInstance()
+{
+    return std::make_unique<SystemSingleInstance>();
+}
+
+std::unique_ptr<Termination> platform::makeTermination()
+{
+    return std::make_unique<ApplicationTermination>();
 }

@@ -1,0 +1,70 @@
+#include "System/VeranoxAppVersion.h"
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView dirtySuffix("-dirty");
+
+// The trimmed text under a key; empty when there is none, when it is no text, or when it is longer than the limit.
+QString text(const QVariantMap &dictionary, const QString &key, qsizetype limit = -1)
+{
+    const QVariant value = dictionary.value(key);
+    const QString trimmed = value.typeId() == QMetaType::QString ? value.toString().trimmed() : QString();
+    return limit >= 0 && trimmed.size() > limit ? QString() : trimmed;
+}
+
+QString orUnknown(const QString &value)
+{
+    return value.isEmpty() ? u"unknown"_s : value;
+}
+
+bool isHexadecimal(QStringView digits)
+{
+    return std::all_of(
+        digits.begin(), digits.end(), [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); });
+}
+
+struct Hash {
+    QString digits; // lower case
+    bool isDirty;
+
+    explicit Hash(const QString &value) : digits(value.toLower()), isDirty(digits.endsWith(dirtySuffix))
+    {
+        if (isDirty)
+            digits.chop(dirtySuffix.size());
+    }
+    bool isBetween(qsizetype least, qsizetype most) const
+    {
+        return digits.size() >= least && digits.size() <= most && isHexadecimal(digits);
+    }
+    QString first(qsizetype count) const { return digits.first(count) + (isDirty ? QString(dirtySuffix) : QString()); }
+};
+
+QString commit(const QString &value)
+{
+    const Hash hash(value);
+    return hash.isBetween(7, 64) ? hash.first(hash.digits.size()) : u"unknown"_s;
+}
+
+QString identifier(const QString &value, const QString &commit)
+{
+    if (const Hash own(value); own.isBetween(12, 12))
+        return own.first(12);
+    const Hash hash(commit);
+    return hash.isBetween(12, 64) ? hash.first(12) : u"unknown"_s;
+}
+
+} // namespace
+
+VeranoxAppVersion::VeranoxAppVersion(const QVariantMap &infoDictionary)
+    : version(orUnknown(text(infoDictionary, u"CFBundleShortVersionString"_s))),
+      buildNumber(orUnknown(text(infoDictionary, u"CFBundleVersion"_s))),
+      buildCommit(commit(text(infoDictionary, u"VeranoxBuildCommit"_s, 70))),
+      buildDate(orUnknown(text(infoDictionary, u"VeranoxBuildDate"_s, 64))),
+      buildChannel(orUnknown(text(infoDictionary, u"VeranoxBuildChannel"_s, 32)))
+{
+    buildID = identifier(text(infoDictionary, u"VeranoxBuildID"_s, 18), buildCommit);
+}

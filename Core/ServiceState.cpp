@@ -1,0 +1,33 @@
+#include "Core/ServiceState.h"
+
+using namespace Qt::StringLiterals;
+
+QString ServiceState::logWord() const
+{
+    switch (m_kind) {
+    case Kind::starting:
+        return u"starting"_s;
+    case Kind::online:
+        return u"online"_s;
+    case Kind::offline:
+        return u"offline"_s;
+    case Kind::error:
+        return u"error"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+QString ServiceState::title() const
+{
+    switch (m_kind) {
+    case Kind::starting:
+        return u"Starting"_s;
+    case Kind::online:
+        return u"Online"_s;
+    case Kind::offline:
+        return u"Offline"_s;
+    case Kind::error:
+        return u"Error"_s;
+    }
+    Q_UNREACHABLE();
+}

@@ -1,0 +1,271 @@
+#pragma once
+#include "API/VeranoxAPIClientProtocol.h"
+#include "API/VeranoxConfig.h"
+#include "API/VeranoxEditableConfig.h"
+#include "API/VeranoxEnvironment.h"
+#include "API/VeranoxPathReport.h"
+#include "API/VeranoxProfile.h"
+#include "Core/Jobs/Jobs.h"
+#include "Core/MenuBarIcon.h"
+#include "Core/ServiceState.h"
+#include "Core/VeranoxDiagnosticSession.h"
+#include "Log/VeranoxRuntimeLogEntry.h"
+#include "Profiles/VeranoxLoginPrompt.h"
+#include "Profiles/VeranoxProfileDraft.h"
+#include "Profiles/VeranoxProfileTestFeedback.h"
+#include "Profiles/VeranoxRouterRestartPrompt.h"
+#include "Profiles/VeranoxRouterSettingsDraft.h"
+#include "Publications/VeranoxPublication.h"
+#include "Settings/VeranoxSettingsSelection.h"
+#include "System/VeranoxNotificationSnapshot.h"
+#include "Tunnels/VeranoxTunnel.h"
+#include <QObject>
+#include <memory>
+#include <optional>
+
+// The one observable object of the application: every view reads it, every user action is one of its operations, every
+// change of the local service's state lands in it. Main thread only.
+//
+// Each property has its own change signal, and changed() tells of any of them, once per turn of the event loop. A write
+// that changes nothing emits nothing. lastActionMessage holds the outcome of the last user action as a finished
+// sentence; failures of a refresh go to serviceState instead.
+class VeranoxStore final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(ServiceState serviceState READ serviceState NOTIFY serviceStateChanged)
+    Q_PROPERTY(QList<VeranoxProfile> profiles READ profiles NOTIFY profilesChanged)
+    Q_PROPERTY(QList<VeranoxTunnel> tunnels READ tunnels NOTIFY tunnelsChanged)
+    Q_PROPERTY(QList<VeranoxPublication> publications READ publications NOTIFY publicationsChanged)
+    Q_PROPERTY(VeranoxConfig config READ config NOTIFY configChanged)
+    Q_PROPERTY(std::optional<VeranoxEditableConfig> editableConfig READ editableConfig NOTIFY editableConfigChanged)
+    Q_PROPERTY(VeranoxEnvironment environment READ environment NOTIFY environmentChanged)
+    Q_PROPERTY(bool isRefreshing READ isRefreshing NOTIFY isRefreshingChanged)
+    Q_PROPERTY(bool isDiagnosing READ isDiagnosing NOTIFY isDiagnosingChanged)
+    Q_PROPERTY(bool isSavingSettings READ isSavingSettings NOTIFY isSavingSettingsChanged)
+    Q_PROPERTY(QString lastActionMessage READ lastActionMessage NOTIFY lastActionMessageChanged)
+    Q_PROPERTY(std::optional<VeranoxPathReport> pathReport READ pathReport NOTIFY pathReportChanged)
+    Q_PROPERTY(QList<VeranoxRuntimeLogEntry> runtimeLog READ runtimeLog NOTIFY runtimeLogChanged)
+    Q_PROPERTY(std::optional<QString> runtimeLogPersistenceError READ runtimeLogPersistenceError NOTIFY
+            runtimeLogPersistenceErrorChanged)
+    Q_PROPERTY(bool isCreatingProfile READ isCreatingProfile NOTIFY isCreatingProfileChanged)
+    Q_PROPERTY(bool isQuitting READ isQuitting NOTIFY isQuittingChanged)
+    Q_PROPERTY(std::optional<QString> testingProfileName READ testingProfileName NOTIFY testingProfileNameChanged)
+    Q_PROPERTY(std::optional<VeranoxProfileTestFeedback> profileTestFeedback READ profileTestFeedback NOTIFY
+            profileTestFeedbackChanged)
+    Q_PROPERTY(bool routerNeedsRestart READ routerNeedsRestart NOTIFY routerNeedsRestartChanged)
+    Q_PROPERTY(bool isRestartingRouter READ isRestartingRouter NOTIFY isRestartingRouterChanged)
+    Q_PROPERTY(std::optional<VeranoxLoginPrompt> loginPrompt READ loginPrompt NOTIFY loginPromptChanged)
+    Q_PROPERTY(std::optional<VeranoxRouterRestartPrompt> routerRestartPrompt READ routerRestartPrompt NOTIFY
+            routerRestartPromptChanged)
+    Q_PROPERTY(VeranoxProfileDraft profileDraft READ profileDraft WRITE setProfileDraft NOTIFY profileDraftChanged)
+    Q_PROPERTY(VeranoxRouterSettingsDraft routerDraft READ routerDraft WRITE setRouterDraft NOTIFY routerDraftChanged)
+    Q_PROPERTY(QString diagnosticTarget READ diagnosticTarget WRITE setDiagnosticTarget NOTIFY diagnosticTargetChanged)
+    Q_PROPERTY(std::optional<VeranoxSettingsSelection> requestedSettingsSection READ requestedSettingsSection WRITE
+            setRequestedSettingsSection NOTIFY requestedSettingsSectionChanged)
+    Q_PROPERTY(double menuBarPulse READ menuBarPulse NOTIFY menuBarPulseChanged)
+
+public:
+    // Everything that the store works with. The client must be there; an absent observer is told nothing.
+    struct Collaborators {
+        std::unique_ptr<VeranoxAPIClientProtocol> apiClient;
+        VeranoxDiagnosticSession diagnostics;
+        std::unique_ptr<VeranoxFailureObserving> failureNotifier;
+    };
+
+    // The store of the running application: it talks to the service at 127.0.0.1:43200.
+    static std::unique_ptr<VeranoxStore> live(jobs::MainQueue &queue);
+
+    VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators);
+    ~VeranoxStore() override;
+
+    // ---- State, each at the value that it has before the first refresh
+    const ServiceState &serviceState() const { return m_serviceState; }
+    const QList<VeranoxProfile> &profiles() const { return m_profiles; }
+    const QList<VeranoxTunnel> &tunnels() const { return m_tunnels; }
+    const QList<VeranoxPublication> &publications() const { return m_publications; }
+    const VeranoxConfig &config() const { return m_config; }
+    const std::optional<VeranoxEditableConfig> &editableConfig() const { return m_editableConfig; }
+    const VeranoxEnvironment &environment() const { return m_environment; }
+    bool isRefreshing() const { return m_isRefreshing; }
+    bool isDiagnosing() const { return m_isDiagnosing; }
+    bool isSavingSettings() const { return m_isSavingSettings; }
+    const QString &lastActionMessage() const { return m_lastActionMessage; }
+    const std::optional<VeranoxPathReport> &pathReport() const { return m_pathReport; }
+    const QList<VeranoxRuntimeLogEntry> &runtimeLog() const { return m_runtimeLog; }
+    const std::optional<QString> &runtimeLogPersistenceError() const { return m_runtimeLogPersistenceError; }
+    bool isCreatingProfile() const { return m_isCreatingProfile; }
+    bool isQuitting() const { return m_isQuitting; }
+    const std::optional<QString> &testingProfileName() const { return m_testingProfileName; }
+    const std::optional<VeranoxProfileTestFeedback> &profileTestFeedback() const { return m_profileTestFeedback; }
+    bool routerNeedsRestart() const { return m_routerNeedsRestart; }
+    bool isRestartingRouter() const { return m_isRestartingRouter; }
+    const std::optional<VeranoxLoginPrompt> &loginPrompt() const { return m_loginPrompt; }
+    const std::optional<VeranoxRouterRestartPrompt> &routerRestartPrompt() const { return m_routerRestartPrompt; }
+    const VeranoxProfileDraft &profileDraft() const { return m_profileDraft; }
+    const VeranoxRouterSettingsDraft &routerDraft() const { return m_routerDraft; }
+    const QString &diagnosticTarget() const { return m_diagnosticTarget; }
+    const std::optional<VeranoxSettingsSelection> &requestedSettingsSection() const
+    {
+        return m_requestedSettingsSection;
+    }
+    double menuBarPulse() const { return m_menuBarPulse; }
+    const VeranoxDiagnosticSession &diagnostics() const { return m_diagnostics; }
+
+    // ---- What views edit
+    void setProfileDraft(VeranoxProfileDraft draft);
+    void setRouterDraft(VeranoxRouterSettingsDraft draft);
+    void setDiagnosticTarget(QString target);
+    void setRequestedSettingsSection(std::optional<VeranoxSettingsSelection> section);
+
+    // ---- Derived values
+    QString statusTitle() const;
+    QString routerStatusDetail() const;
+    bool statusActionRestartsService() const;
+    MenuBarIcon menuBarIcon() const;
+    QUrl pacURL() const; // where the service offers its proxy configuration
+    bool routerDraftHasChanges() const;
+    bool profileDraftHasChanges() const;
+
+    // ---- Start, refresh, stop
+    // Reads everything once, then keeps on reading it on schedule. Called once, by the launch.
+    jobs::Async<> start();
+
+    // Brings every property into step with the service. Returns at once while another refresh runs. All its requests
+    // carry one correlation identifier: the one bound to the job at hand, or a fresh one.
+    jobs::Async<> refresh();
+
+    // refresh() as a job of its own.
+    Q_INVOKABLE void requestRefresh();
+
+    // Takes the whole list that the service answered a mutation with. A refresh that is on its way drops its older one.
+    void adoptTunnels(QList<VeranoxTunnel> fresh);
+    void adoptPublications(QList<VeranoxPublication> fresh);
+
+    // Starts the periodic refresh if none runs: every 15 seconds, and every 2 seconds while profiles settle, 30 times
+    // at most for each settling. The first one comes one delay after the call.
+    void startRefreshLoop();
+
+    // Stops the service in order. The first call does the work; every other waits for that one's end.
+    jobs::Async<> quitAndShutdown();
+
+    // The last word before the process ends: immediate, idempotent.
+    void shutdown();
+
+    // ---- Activity log
+    // Adds the lines of message, trimmed, empty ones left out. Never fails.
+    void appendLog(const QString &message);
+
+Q_SIGNALS:
+    void changed(); // anything of the below; at most once per turn of the event loop, after the writes
+    void serviceStateChanged();
+    void profilesChanged();
+    void tunnelsChanged();
+    void publicationsChanged();
+    void configChanged();
+    void editableConfigChanged();
+    void environmentChanged();
+    void isRefreshingChanged();
+    void isDiagnosingChanged();
+    void isSavingSettingsChanged();
+    void lastActionMessageChanged();
+    void pathReportChanged();
+    void runtimeLogChanged();
+    void runtimeLogPersistenceErrorChanged();
+    void isCreatingProfileChanged();
+    void isQuittingChanged();
+    void testingProfileNameChanged();
+    void profileTestFeedbackChanged();
+    void routerNeedsRestartChanged();
+    void isRestartingRouterChanged();
+    void loginPromptChanged();
+    void routerRestartPromptChanged();
+    void profileDraftChanged();
+    void routerDraftChanged();
+    void diagnosticTargetChanged();
+    void requestedSettingsSectionChanged();
+    void menuBarPulseChanged();
+
+private:
+    struct Fetches; // the six reads of one refresh, running side by side
+    struct Generations { // each counts the lists that mutations have brought: a refresh must not undo them
+        int tunnels = 0;
+        int publications = 0;
+    };
+    using ChangeSignal = void (VeranoxStore::*)();
+
+    template <class T> bool write(T &property, T value, ChangeSignal signal);
+    void announceChange();
+    void observeFailureTransitions();
+
+    void setServiceState(ServiceState state);
+    void setProfiles(QList<VeranoxProfile> profiles);
+    void setTunnels(QList<VeranoxTunnel> tunnels);
+    void setPublications(QList<VeranoxPublication> publications);
+    void setConfig(VeranoxConfig config);
+    void setEditableConfig(VeranoxEditableConfig config);
+    void setEnvironment(VeranoxEnvironment environment);
+    void setIsRefreshing(bool on);
+    void setIsQuitting();
+    void setLastActionMessage(QString message);
+    void setRouterNeedsRestart(bool needs);
+    void setMenuBarPulse(double phase);
+
+    jobs::Async<> performRefresh();
+    jobs::Async<std::exception_ptr> applyRequired(Fetches *fetches);
+    jobs::Async<> applyOptional(Fetches *fetches, Generations atStart);
+    jobs::Async<> failRefresh(Fetches *fetches, std::exception_ptr failure);
+    jobs::Async<> refreshLoop();
+    void cancelRefreshLoop();
+    jobs::Async<> performQuit();
+    jobs::Async<> requestServiceShutdown();
+
+    bool profilesSettling() const;
+    bool menuBarNeedsAttention() const;
+
+    void followPulseRule();
+    jobs::Async<> applyPulse(bool on);
+    jobs::Async<> pulse();
+    void startPulse();
+    void stopPulse();
+
+    std::unique_ptr<VeranoxAPIClientProtocol> m_apiClient;
+    VeranoxDiagnosticSession m_diagnostics;
+    std::unique_ptr<VeranoxFailureObserving> m_failureNotifier;
+
+    ServiceState m_serviceState;
+    QList<VeranoxProfile> m_profiles;
+    QList<VeranoxTunnel> m_tunnels;
+    QList<VeranoxPublication> m_publications;
+    VeranoxConfig m_config;
+    std::optional<VeranoxEditableConfig> m_editableConfig;
+    VeranoxEnvironment m_environment{.tailscaledAvailable = true, .tailscaledBin = QStringLiteral("tailscaled")};
+    bool m_isRefreshing = false;
+    bool m_isDiagnosing = false;
+    bool m_isSavingSettings = false;
+    QString m_lastActionMessage;
+    std::optional<VeranoxPathReport> m_pathReport;
+    QList<VeranoxRuntimeLogEntry> m_runtimeLog;
+    std::optional<QString> m_runtimeLogPersistenceError;
+    bool m_isCreatingProfile = false;
+    bool m_isQuitting = false;
+    std::optional<QString> m_testingProfileName;
+    std::optional<VeranoxProfileTestFeedback> m_profileTestFeedback;
+    bool m_routerNeedsRestart = false;
+    bool m_isRestartingRouter = false;
+    std::optional<VeranoxLoginPrompt> m_loginPrompt;
+    std::optional<VeranoxRouterRestartPrompt> m_routerRestartPrompt;
+    VeranoxProfileDraft m_profileDraft;
+    VeranoxRouterSettingsDraft m_routerDraft;
+    QString m_diagnosticTarget;
+    std::optional<VeranoxSettingsSelection> m_requestedSettingsSection;
+    double m_menuBarPulse = 1.0;
+
+    bool m_changeAnnounced = false;
+    std::optional<bool> m_pulseRule;
+    std::uint64_t m_nextRuntimeLogSequence = 0;
+    Generations m_generations;
+
+    jobs::Job<> m_refreshTask;
+    jobs::Job<> m_quitShutdownTask;
+    jobs::Job<> m_pulseTask;
+    jobs::JobScope m_jobs; // last: its jobs end before what they use
+};

@@ -1,0 +1,57 @@
+// The two ends of the store: an orderly quit, and the last word when there is no time for one.
+#include "API/VeranoxFailure.h"
+#include "Core/VeranoxStore.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr jobs::Clock::Duration quitSettleTime = 350ms; // for the service to let go of its connections
+
+jobs::Async<std::exception_ptr> failureOf(jobs::Async<> work)
+{
+    try {
+        co_await std::move(work);
+        co_return nullptr;
+    } catch (...) {
+        co_return std::current_exception();
+    }
+}
+
+} // namespace
+
+jobs::Async<> VeranoxStore::quitAndShutdown()
+{
+    if (!m_quitShutdownTask)
+        m_quitShutdownTask = m_jobs.start(performQuit());
+    co_await m_quitShutdownTask;
+}
+
+jobs::Async<> VeranoxStore::performQuit()
+{
+    setIsQuitting();
+    setLastActionMessage(u"Stopping Veranox and profile connections..."_s);
+    cancelRefreshLoop();
+    if (m_serviceState.isOnline())
+        co_await requestServiceShutdown();
+    setServiceState(ServiceState::offline());
+    setRouterNeedsRestart(false);
+    setLastActionMessage(u"Veranox stopped."_s);
+}
+
+jobs::Async<> VeranoxStore::requestServiceShutdown()
+{
+    if (const auto failure = co_await failureOf(m_apiClient->shutdown())) {
+        appendLog(u"[GUI] shutdown request failed: "_s + describeFailure(failure));
+        co_return;
+    }
+    co_await jobs::sleep(quitSettleTime);
+    appendLog(u"[GUI] shutdown requested"_s);
+}
+
+void VeranoxStore::shutdown()
+{
+    cancelRefreshLoop();
+    stopPulse();
+}

@@ -1,0 +1,98 @@
+#include "API/VeranoxAPIError.h"
+#include "Tests/Core/StoreWorld.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class StoreQuit : public StoreWorld {
+protected:
+    StoreQuit() : scope(world.queue) { }
+    jobs::JobScope scope;
+};
+
+TEST_F(StoreQuit, asksAnOnlineServiceToStopAndEndsOffline)
+{
+    refresh();
+    store->startRefreshLoop();
+    const auto quit = scope.start(store->quitAndShutdown());
+    world.run();
+    EXPECT_TRUE(store->isQuitting());
+    EXPECT_EQ(store->lastActionMessage(), u"Stopping Veranox and profile connections..."_s);
+    EXPECT_EQ(service->shutdownRequest.calls, 1);
+    world.run(349ms);
+    EXPECT_FALSE(quit.finished());
+    world.run(1ms);
+    EXPECT_TRUE(quit.finished());
+    EXPECT_EQ(store->serviceState(), ServiceState::offline());
+    EXPECT_EQ(store->lastActionMessage(), u"Veranox stopped."_s);
+    EXPECT_EQ(log(), QStringList({u"[GUI] shutdown requested"_s}));
+    EXPECT_TRUE(observed->snapshots.last().isBusy);
+    const int sent = service->profiles.calls;
+    world.run(1h);
+    EXPECT_EQ(service->profiles.calls, sent);
+}
+
+TEST_F(StoreQuit, twoQuitsSendOneRequestAndEndTogether)
+{
+    refresh();
+    service->shutdownRequest.hold();
+    const auto first = scope.start(store->quitAndShutdown());
+    const auto second = scope.start(store->quitAndShutdown());
+    world.run();
+    service->shutdownRequest.release();
+    world.run(350ms);
+    EXPECT_TRUE(first.finished() && second.finished());
+    const auto late = scope.start(store->quitAndShutdown());
+    world.run();
+    EXPECT_TRUE(late.finished());
+    EXPECT_EQ(service->shutdownRequest.calls, 1);
+}
+
+TEST_F(StoreQuit, sendsNothingUnlessOnline)
+{
+    const auto quit = scope.start(store->quitAndShutdown());
+    world.run();
+    EXPECT_TRUE(quit.finished());
+    EXPECT_EQ(service->shutdownRequest.calls, 0);
+    EXPECT_EQ(store->lastActionMessage(), u"Veranox stopped."_s);
+}
+
+TEST_F(StoreQuit, aRefusedShutdownIsLoggedAndTheQuitGoesOnWithoutAWait)
+{
+    refresh();
+    service->shutdownRequest.fail(VeranoxAPIError(u"busy"_s));
+    const auto quit = scope.start(store->quitAndShutdown());
+    world.run();
+    EXPECT_TRUE(quit.finished());
+    EXPECT_EQ(log(), QStringList({u"[GUI] shutdown request failed: busy"_s}));
+    EXPECT_EQ(store->serviceState(), ServiceState::offline());
+}
+
+TEST_F(StoreQuit, aRefreshInFlightIsCancelledAndDoesNotBringTheStateBack)
+{
+    refresh();
+    store->startRefreshLoop();
+    service->profiles.hold();
+    world.run(15s);
+    ASSERT_TRUE(store->isRefreshing());
+    const auto quit = scope.start(store->quitAndShutdown());
+    world.run(350ms);
+    service->profiles.release();
+    world.run(1min);
+    EXPECT_TRUE(quit.finished());
+    EXPECT_EQ(store->serviceState(), ServiceState::offline());
+    EXPECT_FALSE(store->isRefreshing());
+}
+
+TEST_F(StoreQuit, theLastWordIsIdempotent)
+{
+    refresh();
+    store->startRefreshLoop();
+    world.run(1s);
+    store->shutdown();
+    store->shutdown();
+    world.run(1h);
+    EXPECT_EQ(service->profiles.calls, 1 + 1); // the interrupted sleep is followed by one refresh, itself cancelled
+    EXPECT_EQ(service->shutdownRequest.calls, 0);
+    EXPECT_EQ(store->menuBarPulse(), 1.0);
+}

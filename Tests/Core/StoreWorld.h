@@ -1,0 +1,89 @@
+// A store over a scripted service, in virtual time.
+#pragma once
+#include "API/VeranoxAPIClientError.h"
+#include "Core/VeranoxStore.h"
+#include "Tests/Support/FakeAPIClient.h"
+#include "Tests/Support/VirtualTime.h"
+#include <QSignalSpy>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+class RecordingObserver final : public VeranoxFailureObserving {
+public:
+    void observe(const VeranoxNotificationSnapshot &snapshot) override { snapshots.append(snapshot); }
+    QList<VeranoxNotificationSnapshot> snapshots;
+};
+
+class StoreWorld : public ::testing::Test {
+protected:
+    StoreWorld()
+    {
+        auto client = std::make_unique<FakeAPIClient>(world.queue);
+        auto observer = std::make_unique<RecordingObserver>();
+        service = client.get();
+        observed = observer.get();
+        service->config.answer({.router = VeranoxRouterConfig::defaults()});
+        service->editableConfig.answer(VeranoxEditableConfig::emptyForFirstProfile());
+        service->profiles.answer({profile(QStringLiteral("home"), true, QStringLiteral("Running"))});
+        store = std::make_unique<VeranoxStore>(world.queue,
+            VeranoxStore::Collaborators{.apiClient = std::move(client),
+                .diagnostics = VeranoxDiagnosticSession::make(),
+                .failureNotifier = std::move(observer)});
+    }
+
+    static VeranoxProfile profile(const QString &name, bool ok, const QString &backendState)
+    {
+        VeranoxProfile record;
+        record.name = name;
+        record.displayName = name;
+        record.status.ok = ok;
+        record.status.backendState = backendState;
+        return record;
+    }
+
+    static VeranoxTunnel tunnel(
+        const QString &name, const QString &state, const QString &lastError = {}, bool disabled = false)
+    {
+        VeranoxTunnel record;
+        record.name = name;
+        record.state = state;
+        record.lastError = lastError;
+        record.disabled = disabled;
+        return record;
+    }
+
+    static VeranoxPublication publication(
+        const QString &name, const QString &state, const QString &lastError = {}, bool disabled = false)
+    {
+        VeranoxPublication record;
+        record.name = name;
+        record.state = state;
+        record.lastError = lastError;
+        record.disabled = disabled;
+        return record;
+    }
+
+    static VeranoxAPIClientError unavailable()
+    {
+        return VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable);
+    }
+
+    void refresh()
+    {
+        store->requestRefresh();
+        world.run();
+    }
+
+    QStringList log() const
+    {
+        QStringList lines;
+        for (const VeranoxRuntimeLogEntry &entry : store->runtimeLog())
+            lines.append(entry.message);
+        return lines;
+    }
+
+    jobs::World world;
+    FakeAPIClient *service = nullptr; // owned by the store
+    RecordingObserver *observed = nullptr;
+    std::unique_ptr<VeranoxStore> store;
+};

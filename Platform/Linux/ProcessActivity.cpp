@@ -1,0 +1,17 @@
+#include "Platform/ProcessActivity.h"
+
+namespace {
+
+// A Linux desktop shows no dock icon for a process without windows, and ends none for being idle.
+class NothingToAsk final : public ProcessActivity {
+    void becomeAgent() override { }
+    void begin(const QString & /*reason*/) override { }
+    void end() override { }
+};
+
+} // namespace
+
+std::unique_ptr<ProcessActivity> ProcessActivity::make()
+{
+    return std::make_unique<NothingToAsk>();
+}

@@ -1,0 +1,13 @@
+#include "API/VeranoxConfig.h"
+#include "Profiles/VeranoxLoopback.h"
+#include "Tests/Fuzz/Records/RecordFuzzer.h"
+
+// Whatever the service sends, the PAC address is one on loopback in its normal form.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    if (const auto config = fuzz::decoded<VeranoxConfig>(data, size)) {
+        const QString &address = config->router.pacListen;
+        fuzz::require(VeranoxLoopback::normalizedAddress(address, {}) == address);
+    }
+    return 0;
+}

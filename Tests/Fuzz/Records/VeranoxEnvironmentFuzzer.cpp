@@ -1,0 +1,8 @@
+#include "API/VeranoxEnvironment.h"
+#include "Tests/Fuzz/Records/RecordFuzzer.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    fuzz::decode<VeranoxEnvironment>(data, size);
+    return 0;
+}

@@ -1,0 +1,8 @@
+#include "Tests/Fuzz/Records/RecordFuzzer.h"
+#include "Tunnels/VeranoxTunnel.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    fuzz::decode<QList<VeranoxTunnel>>(data, size);
+    return 0;
+}

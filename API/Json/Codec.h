@@ -9,17 +9,11 @@
 //     template Fruit decodeRecord(const QByteArray &);
 //     template QList<Fruit> decodeRecord(const QByteArray &);
 //     template QByteArray encodeRecord(const Fruit &);
-namespace json {
-
-// The outermost value of the text. Throws VeranoxDecodingError for what is no JSON list or object.
-QJsonValue parse(const QByteArray &text);
-
-} // namespace json
-
 template <class Value> Value decodeRecord(const QByteArray &text)
 {
+    const json::Document document(text);
     Value value;
-    if (const auto outcome = json::read(json::parse(text), value); !outcome)
+    if (const auto outcome = json::read(document.root(), value); !outcome)
         throw VeranoxDecodingError(outcome.error().place, outcome.error().expected, outcome.error().found);
     return value;
 }

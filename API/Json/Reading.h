@@ -1,8 +1,6 @@
 #pragma once
 #include "API/Json/Layout.h"
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QJsonValue>
+#include "API/Json/Node.h"
 #include <QMap>
 #include <QStringList>
 #include <expected>
@@ -25,43 +23,47 @@ struct Misfit {
 using Outcome = std::expected<void, Misfit>;
 
 // The failure of a value that is of another kind than `expected`.
-Outcome misfit(QLatin1StringView expected, const QJsonValue &found);
+Outcome misfit(QLatin1StringView expected, Node found);
 
-Outcome read(const QJsonValue &value, bool &into);
-Outcome read(const QJsonValue &value, qint64 &into); // a whole number of 64 bits, however it is written
-Outcome read(const QJsonValue &value, QString &into);
+Outcome read(Node value, bool &into);
+Outcome read(Node value, qint64 &into); // a whole number of 64 bits, however it is written
+Outcome read(Node value, QString &into);
 
-template <class Element> Outcome read(const QJsonValue &value, QList<Element> &into);
-template <class Element> Outcome read(const QJsonValue &value, QMap<QString, Element> &into);
-template <class Value> Outcome read(const QJsonValue &value, std::optional<Value> &into);
-template <Record Type> Outcome read(const QJsonValue &value, Type &into);
+template <class Element> Outcome read(Node value, QList<Element> &into);
+template <class Element> Outcome read(Node value, QMap<QString, Element> &into);
+template <class Value> Outcome read(Node value, std::optional<Value> &into);
+template <Record Type> Outcome read(Node value, Type &into);
 
-template <class Element> Outcome read(const QJsonValue &value, QList<Element> &into)
+template <class Element> Outcome read(Node value, QList<Element> &into)
 {
-    if (!value.isArray())
+    if (value.kind() != Node::Kind::List)
         return misfit(QLatin1StringView("a list"), value);
-    const QJsonArray array = value.toArray();
-    into.reserve(array.size());
-    for (qsizetype index = 0; index < array.size(); ++index) {
-        if (auto outcome = read(array.at(index), into.emplaceBack()); !outcome)
+    const auto elements = value.elements();
+    into.reserve(static_cast<qsizetype>(elements.size()));
+    for (const Node element : elements) {
+        const qsizetype index = into.size();
+        if (const auto outcome = read(element, into.emplaceBack()); !outcome)
             return std::unexpected(outcome.error().under(index));
     }
     return {};
 }
 
-template <class Element> Outcome read(const QJsonValue &value, QMap<QString, Element> &into)
+// Of a key that stands twice, the first holds, as it does in a record.
+template <class Element> Outcome read(Node value, QMap<QString, Element> &into)
 {
-    if (!value.isObject())
+    if (value.kind() != Node::Kind::Object)
         return misfit(QLatin1StringView("an object"), value);
-    const QJsonObject object = value.toObject();
-    for (auto entry = object.begin(); entry != object.end(); ++entry) {
-        if (auto outcome = read(entry.value(), into[entry.key()]); !outcome)
-            return std::unexpected(outcome.error().under(entry.key()));
+    for (const auto &[key, node] : value.members()) {
+        Element element;
+        if (const auto outcome = read(node, element); !outcome)
+            return std::unexpected(outcome.error().under(key));
+        if (!into.contains(key))
+            into.insert(key, std::move(element));
     }
     return {};
 }
 
-template <class Value> Outcome read(const QJsonValue &value, std::optional<Value> &into)
+template <class Value> Outcome read(Node value, std::optional<Value> &into)
 {
     return read(value, into.emplace());
 }
@@ -83,22 +85,17 @@ void takeDefault(Member &member, const Type &record, Default fallback)
         member = fallback;
 }
 
-inline bool isAbsent(const QJsonValue &value)
-{
-    return value.isUndefined() || value.isNull();
-}
-
-template <class Type, class Field> Outcome readField(const QJsonObject &object, const Field &field, Type &record)
+template <class Type, class Field> Outcome readField(Node object, const Field &field, Type &record)
 {
     auto &member = record.*field.member;
     QLatin1StringView key = field.keys.first;
-    QJsonValue value = object.value(key);
-    if (isAbsent(value) && !field.keys.second.isEmpty()) {
+    Node value = object.member(key);
+    if (value.isAbsent() && !field.keys.second.isEmpty()) {
         key = field.keys.second;
-        value = object.value(key);
+        value = object.member(key);
     }
     if constexpr (Field::rule != Rule::Required) {
-        if (isAbsent(value)) {
+        if (value.isAbsent()) {
             takeDefault(member, record, field.fallback);
             return {};
         }
@@ -113,11 +110,8 @@ template <class Type, class Field> Outcome readField(const QJsonObject &object, 
     return std::unexpected(outcome.error().under(QString(key)));
 }
 
-template <Record Type> Outcome read(const QJsonValue &value, Type &into)
+template <Record Type> Outcome readFields(Node object, Type &into)
 {
-    if (!value.isObject())
-        return misfit(QLatin1StringView("an object"), value);
-    const QJsonObject object = value.toObject();
     Outcome outcome;
     const auto readAll = [&](const auto &...field) {
         return ((outcome = readField(object, field, into)).has_value() && ...);
@@ -127,6 +121,13 @@ template <Record Type> Outcome read(const QJsonValue &value, Type &into)
     if constexpr (requires { Layout<Type>::complete(into); })
         Layout<Type>::complete(into);
     return {};
+}
+
+template <Record Type> Outcome read(Node value, Type &into)
+{
+    if (value.kind() != Node::Kind::Object)
+        return misfit(QLatin1StringView("an object"), value);
+    return readFields(value, into);
 }
 
 template <class... Fields> consteval bool anyIsRequired(std::type_identity<const std::tuple<Fields...>>)
@@ -143,7 +144,7 @@ template <class Type> Type blank()
     Type value{};
     if constexpr (Record<Type>) {
         static_assert(HasDefault<Type>, "a record with required fields has no default");
-        std::ignore = read(QJsonObject(), value);
+        std::ignore = readFields(Node(), value);
     }
     return value;
 }

@@ -1,0 +1,59 @@
+#pragma once
+#include <QLatin1StringView>
+#include <QString>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+// One JSON value, without saying which library parsed it. A node is two words that point into its Document and live no
+// longer than it.
+namespace json {
+
+class Document;
+
+class Node {
+public:
+    enum class Kind { Nothing, Null, Boolean, Number, Text, List, Object };
+
+    // A value that is not there.
+    Node() = default;
+
+    Kind kind() const;
+    bool isAbsent() const { return kind() == Kind::Nothing || kind() == Kind::Null; }
+
+    // The value, for a node of the fitting kind only.
+    bool boolean() const;
+    QString text() const;
+    std::optional<qint64> wholeNumber() const; // absent for a fraction and beyond 64 bits
+    std::vector<Node> elements() const;
+    std::vector<std::pair<QString, Node>> members() const;
+    Node member(QLatin1StringView key) const; // the first of that key, exactly; nothing if there is none
+
+    // The kind in words, for a message.
+    QString description() const;
+
+private:
+    friend class Document;
+    struct Access;
+
+    const void *m_document = nullptr;
+    std::size_t m_index = 0;
+};
+
+// A parsed JSON text. Nesting is bounded at 1024 and parsing does not recurse. A whole number that fits neither 64 bits
+// with a sign nor without is refused wherever it stands.
+class Document {
+public:
+    // Throws VeranoxDecodingError for what is no JSON.
+    explicit Document(const QByteArray &text);
+    ~Document();
+
+    Node root() const;
+
+private:
+    struct Parser;
+    std::unique_ptr<Parser> m_parser;
+};
+
+} // namespace json

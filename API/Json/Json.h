@@ -1,5 +1,6 @@
 #pragma once
 #include <QByteArray>
+#include <QList>
 
 // The one decoder of what the service sends. `Value` is a record or a QList of records. Throws VeranoxDecodingError for
 // anything that is not such a value; accepts any bytes. Any thread.

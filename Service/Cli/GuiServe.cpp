@@ -1,0 +1,98 @@
+#include "Service/Cli/GuiServe.h"
+
+#include "Service/Control/ControlServer.h"
+#include "Service/Net/LoopbackListener.h"
+#include "Service/Nodes/Lab/LabConfig.h"
+#include "Service/Nodes/Lab/LabEngine.h"
+#include "Service/Nodes/Lab/LabFile.h"
+#include "Service/Nodes/NoNodeEngine.h"
+#include "Service/Text/StartProblem.h"
+#include <boost/asio/signal_set.hpp>
+#include <csignal>
+#include <memory>
+#include <stdexcept>
+#include <unistd.h>
+
+namespace veranox {
+
+namespace asio = boost::asio;
+
+namespace {
+
+LoopbackEndpoint listenEndpoint(const std::string &text)
+{
+    try {
+        return parseLoopbackEndpoint(text, 0);
+    } catch (const std::invalid_argument &problem) {
+        throw StartProblem("The argument --listen " + text + " " + problem.what() + ".");
+    }
+}
+
+/// The document of this run: what the file holds and what the lab brings along, with every tunnel at a fixed address.
+void prepareConfig(ConfigStore &store, const std::optional<LabNetwork> &lab, WallTime now)
+{
+    store.load(now);
+    ConfigDocument document = store.document();
+    const bool grew = lab && addLabConfig(*lab, document);
+    const bool assigned = assignTunnelAddresses(document);
+    if (store.isNew() || grew || assigned)
+        store.save(std::move(document));
+}
+
+std::unique_ptr<NodeEngine> makeEngine(std::optional<LabNetwork> lab, const TimeSource &time)
+{
+    if (lab)
+        return std::make_unique<LabEngine>(std::move(*lab), time);
+    return std::make_unique<NoNodeEngine>(time.wallNow());
+}
+
+} // namespace
+
+void runGuiServe(const GuiServeCommand &command, const Environment &environment)
+{
+    ::signal(SIGPIPE, SIG_IGN);
+    ::signal(SIGXFSZ, SIG_IGN);
+    DescriptorLogSink output(STDOUT_FILENO);
+    Log log(output, command.logLevel, logIdentifier(environment("VERANOX_SESSION_ID").value_or("")).value_or(""));
+    const SystemTime time;
+
+    // The address comes first: a service that finds it taken must leave token and configuration of the other alone.
+    const LoopbackEndpoint wanted = listenEndpoint(command.listen);
+    std::optional<LabNetwork> lab;
+    if (!command.lab.empty())
+        lab = loadLab(command.lab);
+    const UserFolders folders = userFolders(environment);
+    asio::io_context context(1);
+    asio::signal_set signals(context, SIGINT, SIGTERM);
+    asio::ip::tcp::acceptor acceptor = listenOnLoopback(context, wanted);
+    const LoopbackEndpoint endpoint{wanted.host, acceptor.local_endpoint().port()};
+
+    ConfigStore config(folders.configuration);
+    prepareConfig(config, lab, time.wallNow());
+    ControlToken token = ControlToken::random();
+    token.writeTo(folders.applicationSupport);
+    const std::unique_ptr<NodeEngine> engine = makeEngine(std::move(lab), time);
+    const ControlApi api(config, *engine, RequestGuard(std::move(token), endpoint.port), environment);
+
+    ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&] {
+        log.write(LogLevel::Info, "service_stopping", "service is stopping", {{"reason", "request"}});
+        signals.cancel();
+        server.stop();
+    });
+    signals.async_wait([&](const boost::system::error_code &failure, int signal) {
+        if (failure)
+            return;
+        log.write(LogLevel::Info, "service_stopping", "service is stopping",
+            {{"reason", signal == SIGINT ? "SIGINT" : "SIGTERM"}});
+        server.stop();
+    });
+    server.start();
+    log.write(LogLevel::Info, "service_listening", "service is listening",
+        {{"address", toText(endpoint)}, {"engine", command.lab.empty() ? "none" : "lab"},
+            {"config", config.file().string()}, {"config_generation", config.generation()},
+            {"profiles", config.document().profiles.size()}, {"version", VERANOX_VERSION}});
+    context.run();
+    log.write(LogLevel::Info, "service_stopped", "service has stopped", {{"outcome", "ok"}});
+}
+
+} // namespace veranox

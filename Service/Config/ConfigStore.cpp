@@ -1,0 +1,87 @@
+#include "Service/Config/ConfigStore.h"
+
+#include "Service/Files/Folder.h"
+#include "Service/Json/JsonProblem.h"
+#include "Service/Text/StartProblem.h"
+#include "Service/Text/Timestamps.h"
+#include <system_error>
+
+namespace veranox {
+
+namespace {
+
+const std::string fileName = "config.json";
+constexpr unsigned ownerReadsAndWrites = 0600;
+
+/// "config.json.damaged-20250301T081530Z", with a number behind it where that is taken.
+std::string freeNameFor(const Folder &folder, WallTime now)
+{
+    const std::string name = fileName + ".damaged-" + fileTimestamp(now);
+    std::string candidate = name;
+    for (int number = 2; folder.contains(candidate); ++number)
+        candidate = name + "-" + std::to_string(number);
+    return candidate;
+}
+
+Folder openFolder(const std::filesystem::path &path)
+{
+    try {
+        return Folder::openOrMake(path, false);
+    } catch (const std::exception &failure) {
+        throw StartProblem("The configuration folder " + path.string() + " cannot be used (" + failure.what()
+            + "); make it a folder of yours that you may write to, or set XDG_CONFIG_HOME to another place.");
+    }
+}
+
+} // namespace
+
+ConfigStore::ConfigStore(std::filesystem::path folder) : m_folder(std::move(folder)) { }
+
+void ConfigStore::load(WallTime now)
+{
+    std::string complaint;
+    try {
+        const std::optional<std::string> text = openFolder(m_folder).read(fileName, sizeLimit);
+        m_isNew = !text;
+        m_document = text ? parseConfig(*text) : ConfigDocument{};
+        return;
+    } catch (const NewerConfigProblem &problem) {
+        throw StartProblem("The configuration file " + file().string() + " is too new: at " + problem.place + ": "
+            + problem.text + "; update Veranox.");
+    } catch (const JsonProblem &problem) {
+        complaint = "is not valid: at " + problem.place + ": " + problem.text;
+    } catch (const std::system_error &failure) {
+        complaint = std::string("cannot be read: ") + failure.what();
+    }
+    setAside(complaint, now);
+}
+
+void ConfigStore::setAside(const std::string &complaint, WallTime now) const
+{
+    const std::string begin = "The configuration file " + file().string() + " " + complaint;
+    std::string keptAs;
+    try {
+        const Folder folder = openFolder(m_folder);
+        keptAs = freeNameFor(folder, now);
+        folder.rename(fileName, keptAs);
+    } catch (const std::system_error &failure) {
+        throw StartProblem(begin + "; it could not be set aside either (" + failure.what() + "), so mend or move it.");
+    }
+    throw StartProblem(begin + "; it was set aside as " + (m_folder / keptAs).string()
+        + ": start again to begin with an empty configuration, or mend that copy and give it back its name.");
+}
+
+void ConfigStore::save(ConfigDocument document)
+{
+    try {
+        openFolder(m_folder).replace(fileName, configFileText(document), ownerReadsAndWrites);
+    } catch (const std::system_error &failure) {
+        throw StartProblem("The configuration file " + file().string() + " could not be written (" + failure.what()
+            + "); make room or let yourself write there.");
+    }
+    m_document = std::move(document);
+    m_isNew = false;
+    ++m_generation;
+}
+
+} // namespace veranox

@@ -1,0 +1,41 @@
+#pragma once
+#include "Service/Config/ConfigDocument.h"
+#include "Service/Nodes/NodeStatus.h"
+#include <cstdint>
+#include <filesystem>
+
+namespace veranox {
+
+/// Keeps the configuration document in `config.json` of one folder. Not for use from several threads.
+class ConfigStore {
+public:
+    static constexpr std::size_t sizeLimit = 4 * 1024 * 1024;
+
+    /// Nothing is touched before load().
+    explicit ConfigStore(std::filesystem::path folder);
+
+    /// Reads the file; without one the document is that of a computer without a profile, and nothing is written.
+    /// A file that cannot be used is renamed to "config.json.damaged-<time>" and never overwritten; then, and when the
+    /// folder cannot be used, StartProblem is thrown. `now` names the kept copy.
+    void load(WallTime now);
+
+    /// Writes the document durably and makes it the current one. On failure, a StartProblem, file and current document
+    /// are the old ones.
+    void save(ConfigDocument document);
+
+    const ConfigDocument &document() const { return m_document; }
+    std::filesystem::path file() const { return m_folder / "config.json"; }
+    bool isNew() const { return m_isNew; }
+    /// Counts the documents that this process has had, from 1.
+    std::uint64_t generation() const { return m_generation; }
+
+private:
+    [[noreturn]] void setAside(const std::string &complaint, WallTime now) const;
+
+    std::filesystem::path m_folder;
+    ConfigDocument m_document;
+    bool m_isNew = true;
+    std::uint64_t m_generation = 1;
+};
+
+} // namespace veranox

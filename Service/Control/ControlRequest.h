@@ -1,0 +1,34 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace veranox {
+
+/// What the control API looks at in an HTTP request.
+struct ControlRequest {
+    std::string method;
+    std::string target; // path and query as sent
+    std::vector<std::string> hosts; // every Host header
+    std::vector<std::string> origins; // every Origin header
+    std::vector<std::string> tokens; // every X-Veranox-Token header
+    std::string correlationID; // X-Correlation-ID, empty when absent
+    std::string attempt; // X-Veranox-Attempt, empty when absent
+
+    bool isRead() const { return method == "GET" || method == "HEAD"; }
+};
+
+/// A request target in its parts.
+struct RequestTarget {
+    std::vector<std::string> segments; // of the path, percent-decoded
+    std::string query; // as sent, without the "?"
+
+    bool operator==(const RequestTarget &) const = default;
+};
+
+/// Takes "/api/tunnels/a%20b?x=y" apart. Nothing for what does not begin with a slash, has a bad escape, or hides a
+/// slash or a zero byte in one.
+std::optional<RequestTarget> parseTarget(std::string_view target);
+
+} // namespace veranox

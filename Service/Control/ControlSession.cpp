@@ -1,0 +1,210 @@
+#include "Service/Control/ControlSession.h"
+
+#include "Service/Control/ControlServer.h"
+#include <array>
+#include <boost/asio/as_tuple.hpp>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/core/error.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/write.hpp>
+#include <boost/json/serialize.hpp>
+
+namespace veranox {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+
+namespace {
+
+constexpr auto asTuple = asio::as_tuple(asio::use_awaitable);
+
+std::vector<std::string> allFields(const http::fields &fields, beast::string_view name)
+{
+    std::vector<std::string> values;
+    const auto [begin, end] = fields.equal_range(name);
+    for (auto field = begin; field != end; ++field)
+        values.emplace_back(field->value());
+    return values;
+}
+
+/// What a request that cannot be read is told, or nothing when nobody is there to be told.
+std::optional<ControlAnswer> answerTo(beast::error_code failure)
+{
+    if (failure == http::error::header_limit)
+        return refusal(431, "The header of the request is too large.");
+    if (failure == http::error::body_limit)
+        return refusal(413, "The body of the request is too large.");
+    const bool isSyntax = failure.category() == http::make_error_code(http::error::bad_target).category();
+    if (isSyntax && failure != http::error::end_of_stream && failure != http::error::partial_message)
+        return refusal(400, "The request is not well-formed HTTP.");
+    return std::nullopt;
+}
+
+/// No page may read, embed or keep an answer; there is no permission for other origins.
+void forbidWebUse(http::response<http::string_body> &response)
+{
+    response.set(http::field::cache_control, "no-store");
+    response.set("X-Content-Type-Options", "nosniff");
+    response.set("Cross-Origin-Resource-Policy", "same-origin");
+    response.set("Content-Security-Policy", "default-src 'none'; frame-ancestors 'none'");
+}
+
+} // namespace
+
+ControlSession::ControlSession(asio::ip::tcp::socket socket, ControlServer &server)
+    : m_stream(std::move(socket)),
+      m_server(server),
+      m_waitingSince(std::chrono::steady_clock::now())
+{
+}
+
+void ControlSession::start()
+{
+    asio::co_spawn(m_stream.get_executor(), run(shared_from_this()), asio::detached);
+}
+
+void ControlSession::close()
+{
+    m_stream.close();
+}
+
+void ControlSession::wait()
+{
+    m_isWaiting = true;
+    m_waitingSince = std::chrono::steady_clock::now();
+}
+
+asio::awaitable<void> ControlSession::run(std::shared_ptr<ControlSession> self)
+{
+    while (co_await serveOne())
+        m_isFirstRequest = false;
+    m_stream.close();
+    m_server.sessionEnded(*self);
+}
+
+asio::awaitable<bool> ControlSession::serveOne()
+{
+    wait();
+    const bool isThere = co_await awaitFirstByte();
+    if (!isThere)
+        co_return false;
+    m_requestBegan = std::chrono::steady_clock::now();
+    m_stream.expires_after(m_server.limits().request);
+    const bool hasHeader = co_await readHeader();
+    if (!hasHeader)
+        co_return false;
+    m_request = currentRequest();
+    if (std::optional<ControlAnswer> refused = m_server.api().refuseEarly(m_request))
+        co_return co_await send(std::move(*refused));
+    const bool hasBody = co_await readBody();
+    if (!hasBody)
+        co_return false;
+    co_return co_await send(m_server.api().answer(m_request));
+}
+
+asio::awaitable<bool> ControlSession::awaitFirstByte()
+{
+    if (m_buffer.size() > 0)
+        co_return true;
+    constexpr std::size_t firstPiece = 4096;
+    m_stream.expires_after(m_isFirstRequest ? m_server.limits().firstByte : m_server.limits().idle);
+    const auto [failure, count] = co_await m_stream.async_read_some(m_buffer.prepare(firstPiece), asTuple);
+    m_buffer.commit(count);
+    co_return !failure;
+}
+
+asio::awaitable<bool> ControlSession::readHeader()
+{
+    m_request = {};
+    m_parser.emplace();
+    m_parser->header_limit(m_server.limits().headerBytes);
+    m_parser->body_limit(m_server.limits().bodyBytes);
+    const auto [failure, count] = co_await http::async_read_header(m_stream, m_buffer, *m_parser, asTuple);
+    if (failure)
+        co_return co_await refuseUnreadable(failure);
+    co_return true;
+}
+
+asio::awaitable<bool> ControlSession::readBody()
+{
+    constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
+    if (beast::iequals(m_parser->get()[http::field::expect], "100-continue")) {
+        const auto [failure, count] = co_await asio::async_write(m_stream, asio::buffer(goOn), asTuple);
+        if (failure)
+            co_return false;
+    }
+    const auto [failure, count] = co_await http::async_read(m_stream, m_buffer, *m_parser, asTuple);
+    if (failure)
+        co_return co_await refuseUnreadable(failure);
+    co_return true;
+}
+
+asio::awaitable<bool> ControlSession::refuseUnreadable(ErrorCode failure)
+{
+    std::optional<ControlAnswer> answer = answerTo(failure);
+    if (!answer)
+        co_return false;
+    answer->then = ControlAnswer::Then::CloseConnection;
+    co_return co_await send(std::move(*answer));
+}
+
+ControlRequest ControlSession::currentRequest() const
+{
+    const http::request<http::string_body> &request = m_parser->get();
+    return {.method = std::string(request.method_string()),
+        .target = std::string(request.target()),
+        .hosts = allFields(request, "Host"),
+        .origins = allFields(request, "Origin"),
+        .tokens = allFields(request, "X-Veranox-Token"),
+        .correlationID = std::string(request["X-Correlation-ID"]),
+        .attempt = std::string(request["X-Veranox-Attempt"])};
+}
+
+asio::awaitable<bool> ControlSession::send(ControlAnswer answer)
+{
+    m_isWaiting = false;
+    const bool wantsMore = m_parser->is_header_done() && m_parser->get().keep_alive();
+    const bool goesOn = wantsMore && answer.then == ControlAnswer::Then::GoOn && !m_server.isStopping();
+    http::response<http::string_body> response(static_cast<http::status>(answer.status), 11);
+    response.set(http::field::content_type, "application/json");
+    if (!answer.allow.empty())
+        response.set(http::field::allow, answer.allow);
+    forbidWebUse(response);
+    response.body() = boost::json::serialize(answer.body);
+    response.prepare_payload();
+    response.keep_alive(goesOn);
+    if (m_request.method == "HEAD")
+        response.body().clear();
+    m_stream.expires_after(m_server.limits().write);
+    const auto [failure, count] = co_await http::async_write(m_stream, response, asTuple);
+    m_server.logAnswer(m_request, answer.status, std::chrono::steady_clock::now() - m_requestBegan);
+    if (!failure && !goesOn)
+        co_await letClientRead();
+    if (answer.then == ControlAnswer::Then::EndService)
+        m_server.requestShutdown();
+    co_return !failure && goesOn;
+}
+
+/// Closing at once over bytes that the client still sends would take the answer away from it.
+asio::awaitable<void> ControlSession::letClientRead()
+{
+    constexpr std::size_t patience = 64;
+    ErrorCode failure;
+    m_stream.socket().shutdown(asio::ip::tcp::socket::shutdown_send, failure);
+    if (m_server.isStopping())
+        co_return;
+    wait();
+    m_stream.expires_after(m_server.limits().linger);
+    std::array<char, 16384> rest{};
+    for (std::size_t pieces = 0; pieces < patience; ++pieces) {
+        const auto [ended, count] = co_await m_stream.async_read_some(asio::buffer(rest), asTuple);
+        if (ended)
+            co_return;
+    }
+}
+
+} // namespace veranox

@@ -1,0 +1,61 @@
+#pragma once
+#include "Service/Control/ControlAnswer.h"
+#include "Service/Control/ControlRequest.h"
+#include <boost/asio/awaitable.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace veranox {
+
+class ControlServer;
+
+/// One connection: its requests one after the other, each within its limits. The server outlives it.
+class ControlSession : public std::enable_shared_from_this<ControlSession> {
+public:
+    ControlSession(boost::asio::ip::tcp::socket socket, ControlServer &server);
+    ControlSession(const ControlSession &) = delete;
+    ControlSession &operator=(const ControlSession &) = delete;
+
+    /// Runs the connection to its end.
+    void start();
+    /// Cuts the connection now.
+    void close();
+
+    /// True while the client is awaited, false while an answer is on its way.
+    bool isWaiting() const { return m_isWaiting; }
+    std::chrono::steady_clock::time_point waitingSince() const { return m_waitingSince; }
+
+private:
+    using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
+    using ErrorCode = boost::beast::error_code;
+
+    boost::asio::awaitable<void> run(std::shared_ptr<ControlSession> self);
+    /// One request and its answer; false when the connection is to end.
+    boost::asio::awaitable<bool> serveOne();
+    boost::asio::awaitable<bool> awaitFirstByte();
+    boost::asio::awaitable<bool> readHeader();
+    boost::asio::awaitable<bool> readBody();
+    boost::asio::awaitable<bool> refuseUnreadable(ErrorCode failure);
+    boost::asio::awaitable<bool> send(ControlAnswer answer);
+    boost::asio::awaitable<void> letClientRead();
+    ControlRequest currentRequest() const;
+    void wait();
+
+    boost::beast::tcp_stream m_stream;
+    ControlServer &m_server;
+    boost::beast::flat_buffer m_buffer;
+    std::optional<Parser> m_parser;
+    ControlRequest m_request;
+    std::chrono::steady_clock::time_point m_waitingSince;
+    std::chrono::steady_clock::time_point m_requestBegan;
+    bool m_isWaiting = true;
+    bool m_isFirstRequest = true;
+};
+
+} // namespace veranox

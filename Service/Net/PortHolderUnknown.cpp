@@ -1,0 +1,11 @@
+#include "Service/Net/PortHolder.h"
+
+namespace veranox {
+
+/// This system offers no plain file that tells.
+std::optional<PortHolder> findPortHolder(const LoopbackEndpoint &)
+{
+    return std::nullopt;
+}
+
+} // namespace veranox

@@ -1,0 +1,77 @@
+#pragma once
+#include "Service/Profiles/ProfileSettings.h"
+#include "Service/Publications/PublicationRecord.h"
+#include "Service/Text/NamedList.h"
+#include "Service/Tunnels/TunnelSettings.h"
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace veranox {
+
+using LabTime = std::chrono::milliseconds;
+
+/// What answers on a simulated tailnet under a host name.
+struct LabHost {
+    enum class Kind { Address, Site, Echo, Blackhole };
+
+    Kind kind = Kind::Site;
+    std::string address; // of Kind::Address: 127.x.y.z or ::1
+    std::uint16_t port = 0; // of Kind::Address: 0 leads to the port that was asked for
+
+    bool operator==(const LabHost &) const = default;
+};
+
+struct LabTailnet {
+    std::string suffix;
+    NamedList<LabHost> hosts;
+};
+
+/// Something that breaks: why, and how long after it could first have run.
+struct LabFailure {
+    std::string text;
+    LabTime after{0};
+};
+
+/// Whom the tailnet's policy lets connect to this computer's node.
+struct LabPolicy {
+    enum class Admits { Everyone, Nobody, Some, Unknown };
+
+    Admits admits = Admits::Everyone;
+    std::int64_t devices = 0; // of Admits::Some
+    std::string detail; // of Admits::Unknown: why it is not known
+    PolicyHint hint; // of Admits::Nobody
+};
+
+/// How the node of a profile fares over time, counted from the start of the service.
+struct LabProfile {
+    std::string tailnet;
+    LabTime settlesAfter{0};
+    bool needsLogin = false; // asks for a login when it has settled, otherwise, if it must be approved, for that
+    std::optional<LabTime> approvedAfter; // how long it asks; absent with needsLogin: for ever
+    std::optional<LabFailure> failure; // counted from the start of the service
+    LabPolicy policy;
+    std::optional<ProfileSettings> config;
+};
+
+/// How a tunnel or publication fares, counted from the moment its profile's node runs.
+template <class Settings> struct LabForwarding {
+    LabTime startsAfter{0};
+    std::optional<LabFailure> failure;
+    std::int64_t activeConns = 0; // while it listens
+    std::optional<Settings> config;
+};
+
+using LabTunnel = LabForwarding<TunnelSettings>;
+using LabPublication = LabForwarding<PublicationSettings>;
+
+/// A simulated network: what the file says, checked.
+struct LabNetwork {
+    NamedList<LabTailnet> tailnets;
+    NamedList<LabProfile> profiles;
+    NamedList<LabTunnel> tunnels;
+    NamedList<LabPublication> publications;
+};
+
+} // namespace veranox

@@ -1,0 +1,36 @@
+#pragma once
+#include "Service/Nodes/Lab/LabNetwork.h"
+
+namespace veranox {
+
+/// What a simulated node or forwarding does at one moment, and since when.
+struct LabPhase {
+    enum class Kind { Unknown, Starting, Asking, Running, Failed };
+
+    Kind kind = Kind::Unknown;
+    LabTime since{0};
+    std::string failure; // of Kind::Failed
+
+    bool operator==(const LabPhase &) const = default;
+};
+
+/// A node is unknown for the first quarter of its time to settle, then starting, then asks for what it needs, then
+/// runs; a failure ends all that for good.
+LabPhase phaseOf(const LabProfile &profile, LabTime elapsed);
+
+/// A tunnel or publication starts until its node runs and its own time has passed. A node that failed fails it too.
+template <class Settings>
+LabPhase phaseOf(const LabForwarding<Settings> &forwarding, const LabPhase &node, LabTime elapsed)
+{
+    if (node.kind == LabPhase::Kind::Failed)
+        return node;
+    if (node.kind != LabPhase::Kind::Running)
+        return {LabPhase::Kind::Starting, LabTime(0), ""};
+    if (forwarding.failure && elapsed >= node.since + forwarding.failure->after)
+        return {LabPhase::Kind::Failed, node.since + forwarding.failure->after, forwarding.failure->text};
+    if (elapsed < node.since + forwarding.startsAfter)
+        return {LabPhase::Kind::Starting, LabTime(0), ""};
+    return {LabPhase::Kind::Running, node.since + forwarding.startsAfter, ""};
+}
+
+} // namespace veranox

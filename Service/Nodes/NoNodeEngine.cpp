@@ -1,0 +1,40 @@
+#include "Service/Nodes/NoNodeEngine.h"
+
+namespace veranox {
+
+namespace {
+
+const std::string noEngine = "No network engine: start the service with --lab demo or --lab FILE, or set VERANOX_LAB, "
+                             "to run a simulated network.";
+
+} // namespace
+
+NoNodeEngine::NoNodeEngine(WallTime started) : m_started(started) { }
+
+NodeStatus NoNodeEngine::profileStatus(const std::string &) const
+{
+    // "Stopped", as a node that waits to be known ("NoState", "Starting") would look as if it came up soon.
+    return {.ok = false, .backendState = "Stopped", .raw = "", .error = noEngine, .since = m_started};
+}
+
+TunnelStatus NoNodeEngine::tunnelStatus(const std::string &, const TunnelSettings &settings) const
+{
+    if (settings.disabled)
+        return {};
+    return {.state = "error", .activeConns = 0, .lastError = noEngine};
+}
+
+PublicationStatus NoNodeEngine::publicationStatus(
+    const std::string &, const PublicationSettings &settings, const std::string &) const
+{
+    PublicationStatus status;
+    if (settings.reach == "funnel") {
+        status.state = "blocked";
+    } else if (!settings.disabled) {
+        status.state = "error";
+        status.lastError = noEngine;
+    }
+    return status;
+}
+
+} // namespace veranox

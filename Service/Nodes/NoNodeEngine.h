@@ -1,0 +1,20 @@
+#pragma once
+#include "Service/Nodes/NodeEngine.h"
+
+namespace veranox {
+
+/// Stands where no engine was chosen: nothing runs, and everything says why.
+class NoNodeEngine final : public NodeEngine {
+public:
+    explicit NoNodeEngine(WallTime started);
+
+    NodeStatus profileStatus(const std::string &profile) const override;
+    TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const override;
+    PublicationStatus publicationStatus(
+        const std::string &name, const PublicationSettings &settings, const std::string &hostname) const override;
+
+private:
+    WallTime m_started;
+};
+
+} // namespace veranox

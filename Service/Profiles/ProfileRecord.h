@@ -1,0 +1,18 @@
+#pragma once
+#include "Service/Config/ConfigDocument.h"
+#include "Service/Nodes/NodeStatus.h"
+#include <boost/json/object.hpp>
+#include <cstddef>
+
+namespace veranox {
+
+/// The host name of a profile's node: the configured one, or one derived from the hostname base. Also for a name that
+/// the document does not hold.
+std::string nodeHostname(const ConfigDocument &document, const std::string &profile);
+
+/// The profile at `index` of the document as the control API reports it, with everything filled in that the document
+/// leaves to the service: host name, proxies and UDP port. Every key is always present; a UDP port that the system
+/// picks is null.
+boost::json::object profileRecord(const ConfigDocument &document, std::size_t index, const NodeStatus &status);
+
+} // namespace veranox

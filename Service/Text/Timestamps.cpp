@@ -1,0 +1,46 @@
+#include "Service/Text/Timestamps.h"
+
+#include <cstdio>
+
+namespace veranox {
+
+namespace {
+
+struct CivilTime {
+    int year;
+    unsigned month;
+    unsigned day;
+    std::chrono::hh_mm_ss<std::chrono::milliseconds> clock;
+};
+
+CivilTime civil(std::chrono::sys_time<std::chrono::milliseconds> time)
+{
+    const auto midnight = std::chrono::floor<std::chrono::days>(time);
+    const std::chrono::year_month_day date(midnight);
+    return {static_cast<int>(date.year()), static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+        std::chrono::hh_mm_ss(time - midnight)};
+}
+
+} // namespace
+
+std::string timestamp(std::chrono::sys_time<std::chrono::milliseconds> time)
+{
+    const CivilTime at = civil(time);
+    char text[40];
+    const int length = std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", at.year, at.month,
+        at.day, static_cast<int>(at.clock.hours().count()), static_cast<int>(at.clock.minutes().count()),
+        static_cast<int>(at.clock.seconds().count()), static_cast<int>(at.clock.subseconds().count()));
+    return {text, static_cast<std::size_t>(length)};
+}
+
+std::string fileTimestamp(std::chrono::sys_time<std::chrono::milliseconds> time)
+{
+    const CivilTime at = civil(time);
+    char text[40];
+    const int length = std::snprintf(text, sizeof text, "%04d%02u%02uT%02d%02d%02dZ", at.year, at.month, at.day,
+        static_cast<int>(at.clock.hours().count()), static_cast<int>(at.clock.minutes().count()),
+        static_cast<int>(at.clock.seconds().count()));
+    return {text, static_cast<std::size_t>(length)};
+}
+
+} // namespace veranox

@@ -41,8 +41,12 @@ public:
     // A height, kept as far below the middle as its mirror image is above it.
     double y(double points) const { return m_middleY + (points - middleY) * m_scale; }
 
-    // The height of a level line. Both branches get the same distance from the middle, in whole pixels.
-    double lineY(double points) const { return m_middleY + std::round((points - middleY) * m_scale); }
+    // The height of the level end of a branch: the same whole number of pixels above or below the middle.
+    double lineY(double points) const
+    {
+        const double distance = (points - middleY) * m_scale;
+        return m_middleY + std::copysign(std::max(1.0, std::round(std::abs(distance))), distance);
+    }
 
     // The middle of the node, whose left and right edges lie on whole pixels.
     QPointF node() const

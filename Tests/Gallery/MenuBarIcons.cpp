@@ -1,24 +1,13 @@
 // Draws a contact sheet of the menu bar icon into the PNG file that the first argument names: every state on a light
 // and a dark panel, at 100 %, 150 % and 200 % scale, enlarged eightfold, with the true size beside it.
 #include "MenuBar/VeranoxMenuBarImage.h"
-#include "Platform/Appearance.h"
+#include "Tests/Support/FixedAppearance.h"
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <cstdio>
 
 namespace {
-
-class FixedAppearance : public Appearance {
-public:
-    explicit FixedAppearance(bool isDark) : m_isDark(isDark) { }
-    bool isDark() const override { return m_isDark; }
-    bool isPanelDark() const override { return m_isDark; }
-    bool colorsTemplateImages() const override { return false; }
-
-private:
-    bool m_isDark;
-};
 
 constexpr int enlargement = 8;
 constexpr int tile = 44 * enlargement + 16;

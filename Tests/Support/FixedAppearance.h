@@ -1,0 +1,20 @@
+#pragma once
+#include "Platform/Appearance.h"
+
+// An appearance that a test sets.
+class FixedAppearance : public Appearance {
+public:
+    explicit FixedAppearance(bool isDark, bool colorsTemplates = false)
+        : m_isDark(isDark),
+          m_colorsTemplates(colorsTemplates)
+    {
+    }
+
+    bool isDark() const override { return m_isDark; }
+    bool isPanelDark() const override { return m_isDark; }
+    bool colorsTemplateImages() const override { return m_colorsTemplates; }
+
+private:
+    bool m_isDark;
+    bool m_colorsTemplates;
+};

@@ -43,8 +43,10 @@ void XEmbedStatusItem::setVisible(bool visible)
 
 void XEmbedStatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
 {
-    if (reason != QSystemTrayIcon::Trigger)
-        return; // the secondary click has popped the menu up already
+    // Qt reports a second click that follows fast as a double click only; and the secondary click has popped the menu
+    // up already.
+    if (reason != QSystemTrayIcon::Trigger && reason != QSystemTrayIcon::DoubleClick)
+        return;
     const QPoint where = geometry().center();
     if (QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier))
         Q_EMIT menuRequested(where);

@@ -35,9 +35,11 @@ QRect SystemTrayStatusItem::geometry() const
 void SystemTrayStatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
 {
     const QPoint where = geometry().center();
+    // Qt reports a second click that follows fast as a double click only.
+    const bool isPrimary = reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick;
     const bool withControl = QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier);
-    if (reason == QSystemTrayIcon::Context || (reason == QSystemTrayIcon::Trigger && withControl))
+    if (reason == QSystemTrayIcon::Context || (isPrimary && withControl))
         Q_EMIT menuRequested(where);
-    else if (reason == QSystemTrayIcon::Trigger)
+    else if (isPrimary)
         Q_EMIT primaryActivated(where);
 }

@@ -1,0 +1,26 @@
+#pragma once
+#include "Tests/Support/Eventually.h"
+#include <QProcess>
+
+// A real tray of the XEmbed kind, at the right end of the upper edge of the screen.
+class XEmbedTray {
+public:
+    XEmbedTray()
+    {
+        m_process.setStandardErrorFile(QProcess::nullDevice());
+        m_process.setStandardOutputFile(QProcess::nullDevice());
+        const auto arguments = QStringLiteral("--edge top --align right --widthtype request --heighttype pixel "
+                                              "--height 28 --SetDockType true --transparent false --tint 0x808080");
+        m_process.start(QStringLiteral("trayer"), arguments.split(u' '));
+    }
+    ~XEmbedTray() { stop(); }
+
+    void stop()
+    {
+        m_process.terminate();
+        eventually([this] { return m_process.state() == QProcess::NotRunning; });
+    }
+
+private:
+    QProcess m_process;
+};

@@ -1,7 +1,8 @@
 #pragma once
 #include "API/VeranoxError.h"
 
-// A request that brought no answer: nothing listens, the connection broke, or the time was up.
+// A request that brought no answer: nothing listens, the connection broke, what came is no HTTP, or the time
+// was up.
 class VeranoxAPIClientError final : public VeranoxError {
 public:
     enum class Case { localServiceUnavailable };

@@ -1,7 +1,7 @@
 #pragma once
 #include "API/VeranoxError.h"
 
-// An answer that the service does not give: broken HTTP, a body beyond the limit, or a failure without a reason.
+// An answer that the service does not give: one beyond the size limits, or a failure without a reason.
 class VeranoxBadServerResponse final : public VeranoxError {
 public:
     QString localizedDescription() const override;

@@ -1,0 +1,64 @@
+#pragma once
+#include "API/VeranoxAPIClientProtocol.h"
+#include "API/VeranoxConfigInvalidation.h"
+#include "API/VeranoxControlToken.h"
+#include "API/VeranoxLoopbackTransport.h"
+#include "Core/VeranoxDiagnosticSession.h"
+#include <QUrl>
+#include <exception>
+
+// The local service over its loopback control API. Its state belongs to the main thread; waiting for the network,
+// reading the token and decoding happen in the transport's thread. Lives longer than the jobs that call it.
+class VeranoxAPIClient final : public VeranoxAPIClientProtocol {
+public:
+    static constexpr auto requestTimeout = std::chrono::seconds(12); // from sending to the last byte, each attempt
+    static constexpr auto healthTimeout = std::chrono::seconds(2); // likewise, for healthCheck()
+
+    VeranoxAPIClient(jobs::MainQueue &queue, const QUrl &baseURL, VeranoxDiagnosticSession diagnostics,
+        QString controlTokenPath = defaultControlTokenPath());
+
+    jobs::Async<bool> healthCheck() override;
+    jobs::Async<QList<VeranoxProfile>> fetchProfiles() override;
+    jobs::Async<VeranoxConfig> fetchConfig() override;
+    jobs::Async<VeranoxEditableConfig> fetchEditableConfig() override;
+    jobs::Async<VeranoxEnvironment> fetchEnvironment() override;
+    jobs::Async<QList<VeranoxTunnel>> fetchTunnels() override;
+    jobs::Async<QList<VeranoxPublication>> fetchPublications() override;
+    jobs::Async<void> shutdown() override;
+
+private:
+    // Takes the body of a 2xx answer, in the transport's thread. What it throws is thrown to the caller.
+    using BodyReader = std::function<void(QByteArray)>;
+    struct Call {
+        QByteArray method;
+        QString path; // relative to the base URL, percent-encoded, with its query
+        std::optional<QByteArray> body = {}; // JSON
+    };
+    struct Answer {
+        int status = 0;
+        std::exception_ptr failure = {}; // why it is no 2xx with a good body
+    };
+
+    // The operations are written in these: one line each.
+    template <class T> jobs::Async<T> get(QString path);
+    template <class T> jobs::Async<T> getFromConfig();
+    template <class T> jobs::Async<T> write(VeranoxAPIWrite which, Call call);
+
+    // One request with its token and, for a write that was refused with 403, its second attempt.
+    jobs::Async<void> requestData(Call call, BodyReader reader);
+    jobs::Async<QByteArray> requestConfigData();
+    jobs::Async<Answer> attempt(VeranoxHTTPRequest request, BodyReader reader, jobs::Clock::Duration timeout);
+    jobs::Async<Answer> exchange(VeranoxHTTPRequest request, BodyReader reader);
+    jobs::Async<std::optional<QString>> controlToken();
+    jobs::Async<void> inTransportThread(std::function<void()> work);
+    VeranoxHTTPRequest makeRequest(
+        const Call &call, const QString &correlationID, const std::optional<QString> &token, int attempt) const;
+
+    jobs::MainQueue &m_queue;
+    const QUrl m_baseURL;
+    const VeranoxDiagnosticSession m_diagnostics;
+    const QString m_controlTokenPath;
+    std::optional<QString> m_cachedControlToken;
+    VeranoxLoopbackTransport m_transport;
+    VeranoxConfigCache m_configCache;
+};

@@ -5,12 +5,20 @@
 #include <QCursor>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
-VeranoxStatusItemController::VeranoxStatusItemController(VeranoxStore &store, std::unique_ptr<StatusItem> statusItem,
-    Appearance &appearance, std::function<void()> requestQuit)
+namespace {
+
+constexpr jobs::Clock::Duration trayGrace = 3s; // a desktop that is just starting brings its tray up meanwhile
+
+} // namespace
+
+VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store,
+    std::unique_ptr<StatusItem> statusItem, Appearance &appearance, std::function<void()> requestQuit)
     : m_store(store),
       m_statusItem(std::move(statusItem)),
-      m_appearance(appearance)
+      m_appearance(appearance),
+      m_jobs(queue)
 {
     connect(m_menu.addAction(u"Quit Veranox…"_s), &QAction::triggered, this, std::move(requestQuit));
     m_statusItem->setMenu(&m_menu);
@@ -21,6 +29,7 @@ VeranoxStatusItemController::VeranoxStatusItemController(VeranoxStore &store, st
     connect(&m_appearance, &Appearance::changed, this, &VeranoxStatusItemController::scheduleStoreDrivenUpdate);
     connect(&m_store, &VeranoxStore::changed, this, &VeranoxStatusItemController::scheduleStoreDrivenUpdate);
     updateStatusButton();
+    m_jobs.start(reportMissingTray());
 }
 
 VeranoxStatusItemController::~VeranoxStatusItemController() = default;
@@ -51,6 +60,13 @@ void VeranoxStatusItemController::updateStatusButton()
         m_statusItem->setToolTip(title);
         m_statusItem->setAccessibleName(title);
     }
+}
+
+jobs::Async<> VeranoxStatusItemController::reportMissingTray()
+{
+    co_await jobs::sleep(trayGrace);
+    if (!m_statusItem->isAvailable())
+        m_store.appendLog(u"[APP] this desktop shows no tray; the icon appears as soon as there is one"_s);
 }
 
 void VeranoxStatusItemController::handlePrimaryClick()

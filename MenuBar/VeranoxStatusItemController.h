@@ -1,4 +1,5 @@
 #pragma once
+#include "Core/Jobs/Jobs.h"
 #include "Core/MenuBarIcon.h"
 #include "MenuBar/VeranoxMenuBarImage.h"
 #include <QColor>
@@ -19,8 +20,8 @@ class VeranoxStatusItemController final : public QObject {
 
 public:
     // store and appearance outlive the controller. requestQuit is called when the person asks to quit.
-    VeranoxStatusItemController(VeranoxStore &store, std::unique_ptr<StatusItem> statusItem, Appearance &appearance,
-        std::function<void()> requestQuit);
+    VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store, std::unique_ptr<StatusItem> statusItem,
+        Appearance &appearance, std::function<void()> requestQuit);
     ~VeranoxStatusItemController() override;
 
     // Draws what the store says now. Nothing is drawn again that stands there already.
@@ -41,7 +42,7 @@ private:
     };
 
     void handlePrimaryClick();
-    void reportMissingTray();
+    jobs::Async<> reportMissingTray();
     QPoint menuPosition(std::optional<QPoint> where) const;
 
     VeranoxStore &m_store;
@@ -52,4 +53,5 @@ private:
     std::optional<Shown> m_shown;
     QString m_shownTitle;
     bool m_storeUpdateScheduled = false;
+    jobs::JobScope m_jobs;
 };

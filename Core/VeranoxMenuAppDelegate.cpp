@@ -1,0 +1,82 @@
+#include "Core/VeranoxMenuAppDelegate.h"
+#include "Core/VeranoxStore.h"
+#include "MenuBar/VeranoxStatusItemController.h"
+#include "Platform/Platform.h"
+#include "Platform/ProcessActivity.h"
+#include <QCoreApplication>
+#include <QtGlobal>
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+// A unit test bundle that loads the application must get none of its effects.
+bool isHostOfUnitTests()
+{
+    return qEnvironmentVariableIsSet("XCTestConfigurationFilePath");
+}
+
+// After the reply the event loop ends by itself; if something keeps it alive, the process ends all the same.
+constexpr jobs::Clock::Duration exitBackstop = 250ms;
+
+} // namespace
+
+VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
+    : m_processActivity(ProcessActivity::make()),
+      m_appearance(platform::makeAppearance()),
+      m_store(VeranoxStore::live(queue)),
+      m_jobs(queue)
+{
+}
+
+VeranoxMenuAppDelegate::~VeranoxMenuAppDelegate() = default;
+
+void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
+{
+    m_processActivity->becomeAgent();
+    if (isHostOfUnitTests())
+        return;
+    m_processActivity->begin(u"Veranox is a persistent menu bar application"_s);
+    m_statusItemController = std::make_unique<VeranoxStatusItemController>(
+        m_jobs.queue(), *m_store, platform::makeStatusItem(), *m_appearance, [] { QCoreApplication::quit(); });
+    m_jobs.start(startStore());
+}
+
+jobs::Async<> VeranoxMenuAppDelegate::startStore()
+{
+    co_await m_store->start();
+}
+
+VeranoxMenuAppDelegate::TerminateReply VeranoxMenuAppDelegate::applicationShouldTerminate()
+{
+    if (isHostOfUnitTests() || m_isCompletingTerminateRequest)
+        return TerminateReply::now;
+    m_jobs.start(completeTermination());
+    return TerminateReply::later;
+}
+
+jobs::Async<> VeranoxMenuAppDelegate::completeTermination()
+{
+    co_await m_store->quitAndShutdown();
+    m_isCompletingTerminateRequest = true;
+    Q_EMIT terminationReplied();
+    co_await jobs::sleep(exitBackstop);
+    std::exit(0);
+}
+
+void VeranoxMenuAppDelegate::applicationWillTerminate()
+{
+    if (isHostOfUnitTests())
+        return;
+    m_statusItemController.reset();
+    m_store->shutdown();
+    m_processActivity->end();
+}
+
+void VeranoxMenuAppDelegate::applicationShouldHandleReopen()
+{
+    if (m_statusItemController)
+        m_statusItemController->showContextMenu({});
+}

@@ -1,5 +1,6 @@
 #pragma once
 #include "Publications/VeranoxPublicationReachability.h"
+#include "Publications/VeranoxStatusBadge.h"
 
 // A local service that is reachable on one tailnet, as the service reports it.
 struct VeranoxPublication {
@@ -18,6 +19,9 @@ struct VeranoxPublication {
     Q_PROPERTY(QString lastError MEMBER lastError)
     Q_PROPERTY(QString lastActive MEMBER lastActive)
     Q_PROPERTY(VeranoxPublicationReachability reachability MEMBER reachability)
+    Q_PROPERTY(bool hasError READ hasError)
+    Q_PROPERTY(bool isUnreachable READ isUnreachable)
+    Q_PROPERTY(VeranoxStatusBadge stateBadge READ stateBadge)
 
 public:
     QString name; // its key in the service
@@ -34,6 +38,18 @@ public:
     QString lastError;
     QString lastActive; // as sent
     VeranoxPublicationReachability reachability;
+
+    // Whether the service has trouble with it, switched on or not. A blocked publication has none: it was never opened.
+    bool hasError() const;
+
+    // The error to show beside it; none while it is switched off or blocked.
+    std::optional<QString> visibleLastError() const;
+
+    // Up, and of no use: the tailnet's policy admits no device.
+    bool isUnreachable() const;
+
+    // The state in a word.
+    VeranoxStatusBadge stateBadge() const;
 
     bool operator==(const VeranoxPublication &) const = default;
 };

@@ -1,6 +1,7 @@
 #pragma once
 #include <QMetaType>
 #include <QString>
+#include <QUrl>
 #include <optional>
 
 // The entries of the tailnet's access policy that would let devices connect to this computer's node.
@@ -12,6 +13,7 @@ struct VeranoxPublicationPolicyHint {
     Q_PROPERTY(QString hostsEntry MEMBER hostsEntry)
     Q_PROPERTY(QString grant MEMBER grant)
     Q_PROPERTY(QString policyURLString MEMBER policyURLString)
+    Q_PROPERTY(bool hasSnippets READ hasSnippets)
 
 public:
     QString hostAlias; // alias under which the node can be named in the policy
@@ -20,6 +22,12 @@ public:
     QString hostsEntry; // ready-made line for the policy's "hosts" section
     QString grant; // ready-made line for the policy's "grants" section
     QString policyURLString; // address of the tailnet's access-control editor, as sent
+
+    // The address to open, if it is an https one with a host: a reply must not make the application open anything else.
+    std::optional<QUrl> policyURL() const;
+
+    // Whether both entries are there to be shown.
+    bool hasSnippets() const;
 
     bool operator==(const VeranoxPublicationPolicyHint &) const = default;
 };
@@ -31,6 +39,7 @@ struct VeranoxPublicationReachability {
     Q_PROPERTY(qint64 peers MEMBER peers)
     Q_PROPERTY(bool everyone MEMBER everyone)
     Q_PROPERTY(QString detail MEMBER detail)
+    Q_PROPERTY(QString help READ help)
 
 public:
     QString state; // "reachable", "unreachable" or "unknown"; anything else says nothing
@@ -38,6 +47,12 @@ public:
     bool everyone = false; // every device in the tailnet may connect
     QString detail; // the service's reason while the state is unknown
     std::optional<VeranoxPublicationPolicyHint> hint;
+
+    // The state in a few words; absent when it says nothing.
+    std::optional<QString> summary() const;
+
+    // The state with its reason; empty when it says nothing.
+    QString help() const;
 
     bool operator==(const VeranoxPublicationReachability &) const = default;
 };

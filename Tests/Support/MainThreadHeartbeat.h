@@ -1,0 +1,44 @@
+// Measures how long the main thread's event loop was kept from turning, and turns it for tests that wait for threads.
+#pragma once
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <algorithm>
+#include <functional>
+
+class MainThreadHeartbeat {
+public:
+    MainThreadHeartbeat()
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { beat(); });
+        m_timer.setTimerType(Qt::PreciseTimer);
+        m_timer.start(1);
+    }
+
+    // Turns the event loop until the condition holds; false when that takes more than 20 s.
+    bool turnLoopUntil(const std::function<bool()> &condition)
+    {
+        QElapsedTimer waiting;
+        waiting.start();
+        m_sinceBeat.start();
+        while (!condition()) {
+            if (waiting.hasExpired(20'000))
+                return false;
+            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        }
+        return true;
+    }
+
+    // The longest time between two beats while the loop was turned here, in milliseconds.
+    qint64 longestPause() const { return m_longestPause; }
+
+private:
+    void beat()
+    {
+        if (m_sinceBeat.isValid())
+            m_longestPause = std::max(m_longestPause, m_sinceBeat.restart());
+    }
+    QTimer m_timer;
+    QElapsedTimer m_sinceBeat;
+    qint64 m_longestPause = 0;
+};

@@ -62,9 +62,9 @@ public:
     // Answers with a T made from these. What its constructor throws leaves the question open.
     template <class... U> void resolve(U &&...parts) const
     {
-        detail::Stored<T> value(std::forward<U>(parts)...);
+        std::optional<detail::Stored<T>> value(std::in_place, std::forward<U>(parts)...);
         if (!m_state->resolved.exchange(true)) {
-            m_state->value.emplace(std::move(value));
+            m_state->value.swap(value);
             m_state->inbox->put(m_state);
         }
     }

@@ -9,7 +9,7 @@ namespace jobs::this_job {
 inline bool cancelled()
 {
     const auto *const core = detail::JobCore::current();
-    return core && core->cancelled();
+    return core != nullptr && core->cancelled();
 }
 
 // The clock of the running job's queue. Only inside of a job.

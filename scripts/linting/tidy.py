@@ -47,11 +47,8 @@ def _key(root, path, command, fixed, known):
     return digest.hexdigest()
 
 
-def check(root, tracked, jobs):
-    """Returns (problems, summary). Each problem is clang-tidy's own text."""
-    build = find_build(root)
-    if not build:
-        return ["no compile database: run cmake --preset debug (or release) first"], "not run"
+def _database(build, root, tracked):
+    """The compile database's entries for the repository's own files, by path."""
     with open(os.path.join(build, "compile_commands.json"), encoding="utf-8") as file:
         database = json.load(file)
     own = {os.path.join(root, path): path for path in tracked}
@@ -61,39 +58,54 @@ def check(root, tracked, jobs):
         if path:
             entry["command"] = _PRECOMPILED.sub("", entry["command"])
             entries.setdefault(path, entry)
+    return entries
+
+
+def _what_every_result_depends_on(root, tracked):
+    fixed = subprocess.run([CLANG_TIDY, "--version"], capture_output=True, check=True).stdout
+    for config in sorted(p for p in tracked if os.path.basename(p) == ".clang-tidy"):
+        with open(os.path.join(root, config), "rb") as file:
+            fixed += file.read()
+    return fixed
+
+
+def check(root, tracked, jobs, report):
+    """Reports clang-tidy's own text for each file that it refuses; returns a summary."""
+    build = find_build(root)
+    if not build:
+        report("no compile database: run cmake --preset debug (or release) first")
+        return "not run"
+    entries = _database(build, root, tracked)
     if not entries:
-        return [f"the compile database of {build} names no file of this repository"], "not run"
+        report(f"the compile database of {build} names no file of this repository")
+        return "not run"
 
     cache = os.path.join(root, "build", "lint")
     os.makedirs(cache, exist_ok=True)
     with open(os.path.join(cache, "compile_commands.json"), "w", encoding="utf-8") as file:
         json.dump(list(entries.values()), file)
 
-    fixed = subprocess.run([CLANG_TIDY, "--version"], capture_output=True, check=True).stdout
-    for config in sorted(p for p in tracked if os.path.basename(p) == ".clang-tidy"):
-        with open(os.path.join(root, config), "rb") as file:
-            fixed += file.read()
-
     known = {}
+    fixed = _what_every_result_depends_on(root, tracked)
     keys = {path: _key(root, path, entry["command"], fixed, known) for path, entry in entries.items()}
     stale = [path for path, key in keys.items() if not os.path.exists(os.path.join(cache, key))]
     stale.sort(key=lambda path: -os.path.getsize(os.path.join(root, path)))  # the long ones first
 
     def run(path):
-        result = subprocess.run(
-            [CLANG_TIDY, "-p", cache, "--quiet", os.path.join(root, path)], capture_output=True, text=True, cwd=root)
+        command = [CLANG_TIDY, "-p", cache, "--quiet", os.path.join(root, path)]
+        result = subprocess.run(command, capture_output=True, text=True, cwd=root)
         if result.returncode == 0:
             with open(os.path.join(cache, keys[path]), "w", encoding="utf-8") as file:
                 file.write(path)
-            return None
-        return (result.stdout or result.stderr).strip().replace(root + "/", "")
+        else:
+            report((result.stdout or result.stderr).strip().replace(root + "/", ""))
 
     began = time.monotonic()
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        problems = [text for text in pool.map(run, stale) if text]
+        list(pool.map(run, stale))
     _forget_old(cache)
     unchanged = len(entries) - len(stale)
-    return problems, f"{len(stale)} files in {time.monotonic() - began:.0f} s, {unchanged} unchanged since they passed"
+    return f"{len(stale)} files in {time.monotonic() - began:.0f} s, {unchanged} unchanged since they passed"
 
 
 def _forget_old(cache, days=30):

@@ -1,5 +1,6 @@
 // A message body in a QByteArray, for Boost.Beast, so that what was received needs no copy. Only for the transport.
 #pragma once
+#include "API/VeranoxLoopbackTransport.h"
 #include <QByteArray>
 #include <boost/asio/buffer.hpp>
 #include <boost/beast/core/buffer_traits.hpp>
@@ -11,6 +12,9 @@
 
 struct VeranoxByteArrayBody {
     using value_type = QByteArray;
+
+    static constexpr qsizetype largeBody = 1024 * 1024; // bytes
+    static constexpr qsizetype maximumSize = VeranoxLoopbackTransport::maximumBodySize;
 
     static std::uint64_t size(const QByteArray &body) { return static_cast<std::uint64_t>(body.size()); }
 
@@ -25,9 +29,12 @@ struct VeranoxByteArrayBody {
         template <class Buffers> std::size_t put(const Buffers &buffers, boost::system::error_code &error)
         {
             error = {};
+            const auto count = static_cast<qsizetype>(boost::beast::buffer_bytes(buffers));
+            if (m_body.size() + count > largeBody && m_body.capacity() < maximumSize)
+                m_body.reserve(maximumSize); // pages that are never written cost nothing, copies while growing do
             for (const auto piece : boost::beast::buffers_range_ref(buffers))
                 m_body.append(static_cast<const char *>(piece.data()), static_cast<qsizetype>(piece.size()));
-            return boost::beast::buffer_bytes(buffers);
+            return static_cast<std::size_t>(count);
         }
         void finish(boost::system::error_code &error) { error = {}; }
 

@@ -2,9 +2,11 @@
 #pragma once
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTimer>
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 class MainThreadHeartbeat {
 public:
@@ -21,6 +23,7 @@ public:
         QElapsedTimer waiting;
         waiting.start();
         m_sinceBeat.start();
+        m_waited = waitedForProcessor();
         while (!condition()) {
             if (waiting.hasExpired(20'000))
                 return false;
@@ -29,16 +32,27 @@ public:
         return true;
     }
 
-    // The longest time between two beats while the loop was turned here, in milliseconds.
+    // The longest time between two beats while the loop was turned here, in milliseconds, less what this thread waited
+    // for a processor that others used.
     qint64 longestPause() const { return m_longestPause; }
 
 private:
     void beat()
     {
+        const qint64 waitedBefore = std::exchange(m_waited, waitedForProcessor());
         if (m_sinceBeat.isValid())
-            m_longestPause = std::max(m_longestPause, m_sinceBeat.restart());
+            m_longestPause = std::max(m_longestPause, m_sinceBeat.restart() - (m_waited - waitedBefore));
+    }
+    // Milliseconds since the thread began. Linux; elsewhere none.
+    static qint64 waitedForProcessor()
+    {
+        QFile statistics(QStringLiteral("/proc/thread-self/schedstat")); // nanoseconds running, waiting, and a count
+        if (!statistics.open(QIODevice::ReadOnly))
+            return 0;
+        return statistics.readAll().split(' ').value(1).toLongLong() / 1'000'000;
     }
     QTimer m_timer;
     QElapsedTimer m_sinceBeat;
+    qint64 m_waited = 0;
     qint64 m_longestPause = 0;
 };

@@ -119,7 +119,7 @@ ScriptedServer::ScriptedServer() : m_listener(::socket(AF_INET, SOCK_STREAM | SO
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
     auto *const generic = reinterpret_cast<sockaddr *>(&address);
-    if (::bind(m_listener, generic, size) != 0 || ::listen(m_listener, 64) != 0
+    if (::bind(m_listener, generic, size) != 0 || ::listen(m_listener, 256) != 0
         || ::getsockname(m_listener, generic, &size) != 0)
         qFatal("no loopback port for the test's server");
     m_port = ntohs(address.sin_port);

@@ -92,12 +92,13 @@ void ControlServer::stop()
     for (ControlSession *session : std::set<ControlSession *>(m_sessions))
         if (session->isWaiting())
             session->close();
-    if (!m_sessions.empty())
-        asio::co_spawn(m_context, closeLaggards(), asio::detached);
+    asio::co_spawn(m_context, closeLaggards(), asio::detached);
 }
 
 asio::awaitable<void> ControlServer::closeLaggards()
 {
+    if (m_sessions.empty())
+        co_return;
     m_timer.expires_after(m_limits.stop);
     const auto [cancelled] = co_await m_timer.async_wait(asTuple);
     if (cancelled)

@@ -1,6 +1,8 @@
 #include "Service/Json/JsonText.h"
 
+#include "Service/Json/DuplicateKeys.h"
 #include "Service/Json/JsonProblem.h"
+#include "Service/Text/Words.h"
 #include <algorithm>
 #include <boost/json/parse_options.hpp>
 #include <boost/json/serialize.hpp>
@@ -11,6 +13,8 @@ namespace veranox {
 namespace json = boost::json;
 
 namespace {
+
+constexpr std::size_t longestKeyShown = 80;
 
 std::string lineAndColumn(std::string_view text, std::size_t offset)
 {
@@ -80,6 +84,9 @@ json::value parseJson(std::string_view text)
     parser.finish(failure);
     if (failure)
         throw JsonProblem(lineAndColumn(text, text.size()), "the text ends before the JSON value does");
+    if (const std::optional<std::string> key = findDuplicateKey(text))
+        throw JsonProblem("the key \"" + shortened(printable(*key), longestKeyShown) + "\"",
+            "stands twice in one object, so one of the two would be lost");
     return parser.release();
 }
 

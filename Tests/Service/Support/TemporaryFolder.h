@@ -1,4 +1,5 @@
 #pragma once
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -9,12 +10,15 @@
 
 namespace veranox::test {
 
-/// A folder of its own for one test, gone with the test.
+/// A folder of its own for one test, gone with the test. In memory where the system offers that, as durable writes to a
+/// disk take their time.
 class TemporaryFolder {
 public:
     TemporaryFolder()
     {
-        std::string pattern = std::filesystem::temp_directory_path() / "veranox-test-XXXXXX";
+        const std::filesystem::path memory = "/dev/shm";
+        const bool hasMemory = std::filesystem::is_directory(memory);
+        std::string pattern = (hasMemory ? memory : std::filesystem::temp_directory_path()) / "veranox-test-XXXXXX";
         if (!::mkdtemp(pattern.data()))
             throw std::runtime_error("no temporary folder");
         m_path = pattern;

@@ -182,10 +182,10 @@ asio::awaitable<bool> ControlSession::send(ControlAnswer answer)
     m_stream.expires_after(m_server.limits().write);
     const auto [failure, count] = co_await http::async_write(m_stream, response, asTuple);
     m_server.logAnswer(m_request, answer.status, std::chrono::steady_clock::now() - m_requestBegan);
-    if (!failure && !goesOn)
-        co_await letClientRead();
     if (answer.then == ControlAnswer::Then::EndService)
         m_server.requestShutdown();
+    if (!failure && !goesOn)
+        co_await letClientRead();
     co_return !failure && goesOn;
 }
 

@@ -8,7 +8,6 @@ namespace veranox {
 
 namespace {
 
-using ::testing::Each;
 using Then = ControlAnswer::Then;
 
 class ControlApiTest : public ::testing::Test {

@@ -19,9 +19,12 @@ using ::testing::HasSubstr;
 /// Reads a field as the application does: behind the start or a blank, in double quotes or up to the next blank.
 std::optional<std::string> field(const std::string &name, const std::string &line)
 {
-    const std::regex pattern("(?:^|\\s)" + name + "=(?:\"([^\"]*)\"|([^\\s]+))");
+    static std::map<std::string, std::regex> patterns;
+    const auto [pattern, isNew] = patterns.try_emplace(name);
+    if (isNew)
+        pattern->second = std::regex("(?:^|\\s)" + name + "=(?:\"([^\"]*)\"|([^\\s]+))");
     std::smatch match;
-    if (!std::regex_search(line, match, pattern))
+    if (!std::regex_search(line, match, pattern->second))
         return std::nullopt;
     return match[1].matched ? match[1].str() : match[2].str();
 }
@@ -58,7 +61,7 @@ TEST(LogLine, PropertyEveryFieldReadsBackAndNoOtherAppears)
     std::mt19937 random(42);
     std::uniform_int_distribution<std::size_t> pick(0, pieces.size() - 1);
     std::uniform_int_distribution<int> length(0, 12);
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 2000; ++round) {
         std::array<std::string, 3> values;
         for (std::string &value : values)
             for (int i = length(random); i > 0; --i)

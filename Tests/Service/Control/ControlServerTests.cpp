@@ -1,0 +1,337 @@
+#include "Service/Control/ControlServer.h"
+#include "Service/Net/LoopbackListener.h"
+#include "Service/Nodes/NoNodeEngine.h"
+#include "Tests/Service/Support/RawClient.h"
+#include "Tests/Service/Support/TemporaryFolder.h"
+#include <boost/asio/post.hpp>
+#include <boost/json/parse.hpp>
+#include <gmock/gmock.h>
+#include <list>
+#include <thread>
+
+namespace veranox {
+
+namespace {
+
+using namespace std::chrono_literals;
+using test::RawClient;
+using ::testing::HasSubstr;
+
+class Lines final : public LogSink {
+public:
+    void line(std::string_view line) override { lines.emplace_back(line); }
+    std::vector<std::string> lines; // to be read once the server has ended
+};
+
+/// A server on a thread of its own, with whatever limits a test needs.
+class RunningServer {
+public:
+    explicit RunningServer(ControlLimits limits, LogLevel level = LogLevel::Debug)
+        : m_log(m_lines, level, ""),
+          m_acceptor(listenOnLoopback(m_context, {"127.0.0.1", 0})),
+          m_port(m_acceptor.local_endpoint().port()),
+          m_api(m_store, m_engine, RequestGuard(token(), m_port), [](const std::string &) { return std::nullopt; }),
+          m_server(m_context, std::move(m_acceptor), m_api, m_store, m_log, limits, [this] { m_server.stop(); }),
+          m_thread([this] {
+              m_server.start();
+              m_context.run();
+          })
+    {
+    }
+    RunningServer(const RunningServer &) = delete;
+    RunningServer &operator=(const RunningServer &) = delete;
+    ~RunningServer() { end(); }
+
+    std::uint16_t port() const { return m_port; }
+    std::string tokenLine() const
+    {
+        return "X-Veranox-Token: " + m_folder.read("control.token").substr(0, 64) + "\r\n";
+    }
+
+    /// Stops in order; returns once nothing runs any more.
+    void end()
+    {
+        boost::asio::post(m_context, [this] { m_server.stop(); });
+        awaitEnd();
+    }
+    void awaitEnd()
+    {
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+    const std::vector<std::string> &lines() const { return m_lines.lines; }
+
+private:
+    ControlToken token() const
+    {
+        ControlToken token = ControlToken::random();
+        token.writeTo(m_folder.path());
+        return token;
+    }
+
+    test::TemporaryFolder m_folder;
+    Lines m_lines;
+    Log m_log;
+    ConfigStore m_store{m_folder.path()};
+    NoNodeEngine m_engine{WallTime{}};
+    boost::asio::io_context m_context{1};
+    boost::asio::ip::tcp::acceptor m_acceptor;
+    std::uint16_t m_port;
+    ControlApi m_api;
+    ControlServer m_server;
+    std::thread m_thread;
+};
+
+std::string errorOf(const RawClient::Answer &answer)
+{
+    return std::string(boost::json::parse(answer.body()).at("error").as_string());
+}
+
+TEST(ControlServer, AnswersSeveralRequestsOnOneConnection)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    for (int i = 0; i < 3; ++i) {
+        const RawClient::Answer answer = client.exchange(client.request("GET", "/api/health"));
+        EXPECT_EQ(answer.result_int(), 200U);
+        EXPECT_EQ(answer.body(), R"({"status":"ok"})");
+    }
+}
+
+TEST(ControlServer, AnswersRequestsThatArriveTogetherInOrder)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    client.send(
+        client.request("GET", "/api/health") + client.request("GET", "/none") + client.request("GET", "/api/tunnels"));
+    EXPECT_EQ(client.receive().result_int(), 200U);
+    EXPECT_EQ(client.receive().result_int(), 404U);
+    EXPECT_EQ(client.receive().body(), "[]");
+}
+
+TEST(ControlServer, AnswersForbidEveryUseByAPage)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    for (const std::string path : {"/api/health", "/none"}) {
+        const RawClient::Answer answer = client.exchange(client.request("GET", path));
+        EXPECT_EQ(answer["Content-Type"], "application/json");
+        EXPECT_EQ(answer["X-Content-Type-Options"], "nosniff");
+        EXPECT_EQ(answer["Cross-Origin-Resource-Policy"], "same-origin");
+        EXPECT_EQ(answer["Cache-Control"], "no-store");
+        for (const auto &field : answer)
+            EXPECT_FALSE(field.name_string().starts_with("Access-Control-")) << field.name_string();
+    }
+}
+
+TEST(ControlServer, HeadHasTheHeaderAlone)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    client.send(client.request("HEAD", "/api/health"));
+    const RawClient::Answer head = client.receiveHeader();
+    EXPECT_EQ(head.result_int(), 200U);
+    EXPECT_EQ(head["Content-Length"], "15");
+    EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).body(), R"({"status":"ok"})");
+}
+
+TEST(ControlServer, BodiesOfRefusedWritesAreReadAndTheConnectionGoesOn)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    const RawClient::Answer refused =
+        client.exchange(client.request("POST", "/api/shutdown", "Content-Length: 5\r\n") + "hello");
+    EXPECT_EQ(refused.result_int(), 403U);
+    EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U);
+    client.send(client.request("POST", "/api/shutdown", "Transfer-Encoding: chunked\r\n") + "3\r\nabc\r\n0\r\n\r\n");
+    EXPECT_EQ(client.receive().result_int(), 403U);
+}
+
+TEST(ControlServer, TellsAClientThatAsksToGoOn)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    client.send(client.request("POST", "/api/config", "Expect: 100-continue\r\nContent-Length: 2\r\n"));
+    EXPECT_EQ(client.receiveHeader().result_int(), 100U);
+    client.send("{}");
+    EXPECT_EQ(client.receive().result_int(), 405U);
+}
+
+TEST(ControlServer, StrangersAreToldAndCutOffBeforeTheirBody)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    client.send("POST /api/shutdown HTTP/1.1\r\nHost: evil.example\r\nContent-Length: 1000000\r\n\r\n");
+    EXPECT_EQ(client.receive().result_int(), 421U);
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST(ControlServer, HeaderThatIsTooLarge)
+{
+    ControlLimits limits;
+    limits.headerBytes = 1000;
+    RunningServer server(limits);
+    RawClient client(server.port());
+    const RawClient::Answer answer =
+        client.exchange(client.request("GET", "/api/health", "X-Padding: " + std::string(2000, 'x') + "\r\n"));
+    EXPECT_EQ(answer.result_int(), 431U);
+    EXPECT_EQ(errorOf(answer), "The header of the request is too large.");
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST(ControlServer, BodyThatIsTooLarge)
+{
+    ControlLimits limits;
+    limits.bodyBytes = 1000;
+    RunningServer server(limits);
+    RawClient announced(server.port());
+    announced.send(announced.request("POST", "/api/shutdown", "Content-Length: 1001\r\n"));
+    EXPECT_EQ(announced.receive().result_int(), 413U) << "before a byte of it came";
+    EXPECT_TRUE(announced.isClosedByServer());
+    RawClient chunked(server.port());
+    chunked.send(chunked.request("POST", "/api/shutdown", "Transfer-Encoding: chunked\r\n") + "7d0\r\n"
+        + std::string(2000, 'x') + "\r\n0\r\n\r\n");
+    EXPECT_EQ(chunked.receive().result_int(), 413U);
+    EXPECT_TRUE(chunked.isClosedByServer());
+}
+
+TEST(ControlServer, WhatIsNoHttpIsRefusedAndCutOff)
+{
+    RunningServer server({});
+    for (const std::string_view bytes :
+        {"hello there\r\n\r\n", "GET /\r\n\r\n", "GET / HTTP/9.9\r\n\r\n", "GET / HTTP/1.1\r\nno colon here\r\n\r\n",
+            "GET / HTTP/1.1\r\nContent-Length: x\r\n\r\n", "\x16\x03\x01\x02\r\n\r\n"}) {
+        RawClient client(server.port());
+        client.send(bytes);
+        EXPECT_EQ(client.receive().result_int(), 400U) << bytes;
+        EXPECT_TRUE(client.isClosedByServer()) << bytes;
+    }
+}
+
+TEST(ControlServer, ClientThatSaysNothingIsCutOff)
+{
+    ControlLimits limits;
+    limits.firstByte = 50ms;
+    RunningServer server(limits);
+    RawClient client(server.port());
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST(ControlServer, ClientThatSaysNothingMoreIsCutOff)
+{
+    ControlLimits limits;
+    limits.idle = 50ms;
+    RunningServer server(limits);
+    RawClient client(server.port());
+    EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U);
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST(ControlServer, RequestThatDripsIsCutOffHoweverOftenAByteComes)
+{
+    ControlLimits limits;
+    limits.request = 100ms;
+    RunningServer server(limits);
+    RawClient client(server.port());
+    const auto begin = std::chrono::steady_clock::now();
+    while (client.send("x") && std::chrono::steady_clock::now() - begin < 10s)
+        std::this_thread::yield();
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST(ControlServer, BodyThatNeverComesIsCutOff)
+{
+    ControlLimits limits;
+    limits.request = 100ms;
+    RunningServer server(limits);
+    RawClient client(server.port());
+    client.send(client.request("POST", "/api/shutdown", "Content-Length: 10\r\n") + "12345");
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST(ControlServer, ClientThatNeverReadsIsCutOff)
+{
+    ControlLimits limits;
+    limits.write = 100ms;
+    RunningServer server(limits);
+    RawClient client(server.port());
+    const std::string many = [&] {
+        std::string requests;
+        for (int i = 0; i < 100; ++i)
+            requests += client.request("GET", "/api/config");
+        return requests;
+    }();
+    const auto begin = std::chrono::steady_clock::now();
+    while (client.send(many) && std::chrono::steady_clock::now() - begin < 15s) { }
+    EXPECT_FALSE(client.send(many)) << "the server stopped listening to it";
+}
+
+TEST(ControlServer, CrowdOfIdleConnectionsLocksNobodyOut)
+{
+    ControlLimits limits;
+    limits.connections = 4;
+    RunningServer server(limits);
+    std::list<RawClient> crowd;
+    for (int i = 0; i < 50; ++i)
+        crowd.emplace_back(server.port());
+    RawClient client(server.port());
+    EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U);
+    EXPECT_TRUE(crowd.front().isClosedByServer()) << "the one that waited longest made room";
+}
+
+TEST(ControlServer, ShutdownAnswersFirstAndThenEnds)
+{
+    RunningServer server({});
+    RawClient idle(server.port());
+    RawClient client(server.port());
+    const RawClient::Answer answer = client.exchange(client.request("POST", "/api/shutdown", server.tokenLine()));
+    EXPECT_EQ(answer.result_int(), 200U);
+    EXPECT_TRUE(boost::json::parse(answer.body()).at("status").is_string());
+    EXPECT_TRUE(client.isClosedByServer());
+    EXPECT_TRUE(idle.isClosedByServer());
+    server.awaitEnd();
+}
+
+TEST(ControlServer, EndsThoughAClientDoesNotReadItsAnswer)
+{
+    ControlLimits limits;
+    limits.stop = 50ms;
+    RunningServer server(limits);
+    RawClient client(server.port());
+    std::string requests;
+    for (int i = 0; i < 20000; ++i)
+        requests += client.request("GET", "/api/config");
+    std::thread sender([&] { client.send(requests); });
+    RawClient other(server.port());
+    EXPECT_EQ(other.exchange(other.request("GET", "/api/health")).result_int(), 200U);
+    server.end();
+    sender.join();
+}
+
+TEST(ControlServer, LogsRefusalsAndWritesButNotReads)
+{
+    RunningServer server({}, LogLevel::Info);
+    {
+        RawClient client(server.port());
+        client.exchange(client.request("GET", "/api/health", "X-Correlation-ID: quiet\r\n"));
+        client.exchange(client.request("POST", "/api/shutdown?x=secret",
+            "X-Correlation-ID: c-1\r\nX-Veranox-Attempt: 2\r\nX-Veranox-Token: wrong\r\n"));
+        client.exchange(client.request("GET", "/a%20b\"level=fatal", "X-Correlation-ID: bad id\r\n"));
+        client.exchange(client.request("POST", "/api/shutdown", server.tokenLine()));
+    }
+    server.awaitEnd();
+    ASSERT_EQ(server.lines().size(), 3U);
+    EXPECT_THAT(server.lines()[0],
+        HasSubstr(R"(level=warn event_code=control_request component=local_service )"
+                  R"(operation="POST /api/shutdown" outcome=refused http_status=403 duration_ms=)"));
+    EXPECT_THAT(server.lines()[0], HasSubstr(" correlation_id=c-1 attempt=2"));
+    EXPECT_THAT(server.lines()[0], ::testing::Not(HasSubstr("secret")));
+    EXPECT_THAT(server.lines()[1], HasSubstr("operation=\"GET /a%20b'level:fatal\" outcome=refused http_status=404"));
+    EXPECT_THAT(server.lines()[1], ::testing::Not(HasSubstr("correlation_id")));
+    EXPECT_THAT(server.lines()[2], HasSubstr("level=info"));
+    EXPECT_THAT(server.lines()[2], HasSubstr("outcome=ok http_status=200"));
+}
+
+} // namespace
+
+} // namespace veranox

@@ -22,6 +22,12 @@ QString stateOf(const VeranoxProfile &profile)
     return profile.status.ok ? u"ok"_s : u"unknown"_s;
 }
 
+// Where traffic comes in and where it goes; an address that is not known yet is left out.
+QString route(const QString &from, const QString &to)
+{
+    return to.isEmpty() ? from : from + u" -> "_s + to;
+}
+
 template <class Record> QString stateOf(const Record &record)
 {
     return record.disabled ? u"disabled"_s : record.state;
@@ -38,10 +44,9 @@ QStringList describeStatus(const VeranoxStore &store)
             {profile.suffixes.join(u' '), profile.status.ok ? QString() : profile.status.error}));
     for (const VeranoxTunnel &tunnel : store.tunnels())
         lines.append(line(u"tunnel", tunnel.name, stateOf(tunnel),
-            {tunnel.listen + u" -> "_s + tunnel.target, u"via "_s + tunnel.profile, tunnel.lastError}));
+            {route(tunnel.listen, tunnel.target), u"via "_s + tunnel.profile, tunnel.lastError}));
     for (const VeranoxPublication &publication : store.publications())
         lines.append(line(u"publication", publication.name, stateOf(publication),
-            {publication.target + u" -> "_s + publication.address, u"on "_s + publication.profile,
-                publication.lastError}));
+            {route(publication.target, publication.address), u"on "_s + publication.profile, publication.lastError}));
     return lines;
 }

@@ -26,22 +26,22 @@ VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue,
     connect(m_statusItem.get(), &StatusItem::primaryActivated, this, &VeranoxStatusItemController::handlePrimaryClick);
     connect(m_statusItem.get(), &StatusItem::menuRequested, this,
         [this](QPoint where) { showContextMenu(where.isNull() ? std::nullopt : std::optional(where)); });
-    connect(&m_appearance, &Appearance::changed, this, &VeranoxStatusItemController::scheduleStoreDrivenUpdate);
-    connect(&m_store, &VeranoxStore::changed, this, &VeranoxStatusItemController::scheduleStoreDrivenUpdate);
+    connect(&m_appearance, &Appearance::changed, this, &VeranoxStatusItemController::scheduleUpdate);
+    connect(&m_store, &VeranoxStore::changed, this, &VeranoxStatusItemController::updateStatusButton); // once a turn
     updateStatusButton();
     m_jobs.start(reportMissingTray());
 }
 
 VeranoxStatusItemController::~VeranoxStatusItemController() = default;
 
-void VeranoxStatusItemController::scheduleStoreDrivenUpdate()
+void VeranoxStatusItemController::scheduleUpdate()
 {
-    if (std::exchange(m_storeUpdateScheduled, true))
+    if (std::exchange(m_updateScheduled, true))
         return;
     QMetaObject::invokeMethod(
         this,
         [this] {
-            m_storeUpdateScheduled = false;
+            m_updateScheduled = false;
             updateStatusButton();
         },
         Qt::QueuedConnection);

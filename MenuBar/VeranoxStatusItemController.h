@@ -27,8 +27,8 @@ public:
     // Draws what the store says now. Nothing is drawn again that stands there already.
     void updateStatusButton();
 
-    // The same, once for all the changes of this turn of the event loop.
-    void scheduleStoreDrivenUpdate();
+    // The same, in a later turn of the event loop, once for all that asked meanwhile.
+    void scheduleUpdate();
 
     // Pops the context menu up at a global point, else where the item stands, else at the pointer.
     void showContextMenu(std::optional<QPoint> where);
@@ -52,6 +52,6 @@ private:
     QMenu m_menu;
     std::optional<Shown> m_shown;
     QString m_shownTitle;
-    bool m_storeUpdateScheduled = false;
+    bool m_updateScheduled = false;
     jobs::JobScope m_jobs;
 };

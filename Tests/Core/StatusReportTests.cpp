@@ -1,5 +1,5 @@
 #include "Core/VeranoxStatusReport.h"
-#include "Tests/Core/StoreWorld.h"
+#include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;
 

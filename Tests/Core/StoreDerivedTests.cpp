@@ -1,4 +1,4 @@
-#include "Tests/Core/StoreWorld.h"
+#include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

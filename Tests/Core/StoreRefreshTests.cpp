@@ -1,5 +1,5 @@
 #include "API/VeranoxAPIError.h"
-#include "Tests/Core/StoreWorld.h"
+#include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

@@ -1,0 +1,168 @@
+#include "MenuBar/VeranoxStatusItemController.h"
+#include "Platform/Appearance.h"
+#include "Platform/StatusItem.h"
+#include "Tests/Support/StoreWorld.h"
+#include <QApplication>
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+class FakeStatusItem final : public StatusItem {
+public:
+    void setIcon(const QIcon &) override { ++icons; }
+    void setToolTip(const QString &text) override { toolTips.append(text); }
+    void setAccessibleName(const QString &name) override { accessibleName = name; }
+    void setMenu(QMenu *shown) override { menu = shown; }
+    bool isAvailable() const override { return available; }
+    QRect geometry() const override { return {1000, 0, 22, 22}; }
+
+    int icons = 0;
+    QStringList toolTips;
+    QString accessibleName;
+    QMenu *menu = nullptr;
+    bool available = true;
+};
+
+class FakeAppearance final : public Appearance {
+public:
+    bool isDark() const override { return dark; }
+    bool isPanelDark() const override { return dark; }
+    bool colorsTemplateImages() const override { return false; }
+    bool dark = false;
+};
+
+class StatusItemController : public StoreWorld {
+protected:
+    void putUp()
+    {
+        auto made = std::make_unique<FakeStatusItem>();
+        made->available = trayIsThere;
+        item = made.get();
+        controller = std::make_unique<VeranoxStatusItemController>(
+            world.queue, *store, std::move(made), appearance, [this] { ++quitRequests; });
+    }
+
+    QStringList menuTexts() const
+    {
+        QStringList texts;
+        for (const QAction *action : item->menu->actions())
+            texts.append(action->text());
+        return texts;
+    }
+
+    FakeAppearance appearance;
+    std::unique_ptr<VeranoxStatusItemController> controller;
+    FakeStatusItem *item = nullptr; // the controller's
+    bool trayIsThere = true;
+    int quitRequests = 0;
+};
+
+} // namespace
+
+TEST_F(StatusItemController, saysTheStateInWordsAndForAScreenReader)
+{
+    putUp();
+    EXPECT_EQ(item->toolTips, QStringList({u"Veranox — Offline"_s}));
+    refresh();
+    EXPECT_EQ(item->toolTips.last(), u"Veranox — Online"_s);
+    EXPECT_EQ(item->accessibleName, u"Veranox — Online"_s);
+    service->profiles.fail(unavailable());
+    refresh();
+    EXPECT_EQ(item->toolTips.last(), u"Veranox — Error"_s);
+    EXPECT_EQ(item->accessibleName, u"Veranox — Error"_s);
+}
+
+TEST_F(StatusItemController, drawsOnceForManyChangesAndNotAtAllForNone)
+{
+    putUp();
+    EXPECT_EQ(item->icons, 1);
+    refresh(); // a dozen changes
+    EXPECT_EQ(item->icons, 2);
+    EXPECT_EQ(item->toolTips.size(), 2);
+    refresh();
+    world.run(1h);
+    EXPECT_EQ(item->icons, 2);
+    EXPECT_EQ(item->toolTips.size(), 2);
+}
+
+TEST_F(StatusItemController, followsThePulse)
+{
+    putUp();
+    service->profiles.answer({profile(u"home"_s, false, u"Starting"_s)});
+    refresh();
+    const int before = item->icons;
+    world.run(1080ms); // one breath
+    EXPECT_EQ(item->icons - before, 6);
+}
+
+TEST_F(StatusItemController, drawsAgainWhenTheAppearanceChanges)
+{
+    putUp();
+    refresh();
+    const int before = item->icons;
+    appearance.dark = true;
+    Q_EMIT appearance.changed();
+    EXPECT_EQ(item->icons, before); // in a later turn
+    world.run();
+    EXPECT_EQ(item->icons, before + 1);
+}
+
+TEST_F(StatusItemController, aPrimaryClickReadsTheStateAtOnce)
+{
+    putUp();
+    Q_EMIT item->primaryActivated({});
+    world.run();
+    EXPECT_EQ(service->profiles.calls, 1);
+    EXPECT_EQ(quitRequests, 0);
+}
+
+TEST_F(StatusItemController, theMenuQuits)
+{
+    putUp();
+    ASSERT_EQ(menuTexts(), QStringList({u"Quit Veranox…"_s}));
+    item->menu->actions().constFirst()->trigger();
+    EXPECT_EQ(quitRequests, 1);
+}
+
+TEST_F(StatusItemController, popsTheMenuUpWhereItIsAskedForOrBelowTheItem)
+{
+    putUp();
+    Q_EMIT item->menuRequested({200, 150});
+    EXPECT_TRUE(item->menu->isVisible());
+    EXPECT_EQ(item->menu->pos(), QPoint(200, 150));
+    item->menu->close();
+    EXPECT_EQ(service->profiles.calls, 0); // told apart from a primary click
+    controller->showContextMenu({});
+    EXPECT_TRUE(item->menu->isVisible());
+    item->menu->close();
+}
+
+TEST_F(StatusItemController, saysOnceThatThereIsNoTray)
+{
+    trayIsThere = false;
+    putUp();
+    world.run(1h);
+    EXPECT_EQ(log(), QStringList({u"[APP] this desktop shows no tray; the icon appears as soon as there is one"_s}));
+}
+
+TEST_F(StatusItemController, saysNothingWhenTheTrayComesDuringTheStart)
+{
+    trayIsThere = false;
+    putUp();
+    world.run(2s);
+    item->available = true;
+    world.run(1h);
+    EXPECT_TRUE(log().isEmpty());
+}
+
+TEST_F(StatusItemController, isGoneWithoutATraceWhenTakenDown)
+{
+    putUp();
+    controller.reset();
+    refresh();
+    world.run(1h);
+    EXPECT_EQ(store->serviceState(), ServiceState::online());
+}

@@ -14,8 +14,8 @@ struct Icon {
 struct Color {
     QLatin1StringView identifier;
     QLatin1StringView title;
-    quint32 light; // 0xRRGGBB on a light background
-    quint32 dark; // 0xRRGGBB on a dark background
+    quint32 light = 0; // 0xRRGGBB on a light background
+    quint32 dark = 0; // 0xRRGGBB on a dark background
 };
 
 // In the order in which they are offered.

@@ -14,6 +14,7 @@ public:
     enum class Section { profile, profiles, tunnels, publications, diagnostics, logs, settings, feedback, about };
     Q_ENUM(Section)
 
+    // NOLINTNEXTLINE(google-explicit-constructor): a section without a profile is a selection
     VeranoxSettingsSelection(Section section = Section::profiles) : m_section(section) { }
     static VeranoxSettingsSelection profile(QString name)
     {

@@ -26,6 +26,7 @@ struct Keys {
     QLatin1StringView first;
     QLatin1StringView second;
 
+    // NOLINTNEXTLINE(google-explicit-constructor): a table of fields writes its keys as plain text
     template <std::size_t N> consteval Keys(const char (&key)[N]) : first(key, N - 1) { }
 
     template <std::size_t N, std::size_t M>

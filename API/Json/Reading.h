@@ -7,7 +7,7 @@
 #include <optional>
 
 // Reads JSON values into C++ values. Nothing here throws: a failure goes up as a value that gathers its path on the
-// way, so that a reply with ten thousand unreadable forgiving fields costs no more than a sound one.
+// way, so that a reply with ten thousand unreadable forgiving fields does not throw ten thousand times.
 namespace json {
 
 struct Misfit {

@@ -1,6 +1,19 @@
 #include "Platform/Linux/XEmbedStatusItem.h"
 
-#include <QGuiApplication>
+#include "Platform/Linux/XWindowPlace.h"
+#include <QApplication>
+
+namespace {
+
+// The window that Qt has the tray embed. QSystemTrayIcon does not give it out.
+const QWidget *iconWindow()
+{
+    const auto windows = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find(windows, QLatin1StringView("QSystemTrayIconSys"), &QWidget::objectName);
+    return found == windows.end() ? nullptr : *found;
+}
+
+} // namespace
 
 XEmbedStatusItem::XEmbedStatusItem(QObject *parent) : StatusItem(parent)
 {
@@ -32,7 +45,8 @@ bool XEmbedStatusItem::isAvailable() const
 
 QRect XEmbedStatusItem::geometry() const
 {
-    return isAvailable() ? m_icon.geometry() : QRect();
+    const QWidget *window = isAvailable() ? iconWindow() : nullptr;
+    return window ? placeOnDisplay(*window) : QRect();
 }
 
 void XEmbedStatusItem::setVisible(bool visible)

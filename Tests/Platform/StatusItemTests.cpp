@@ -59,6 +59,34 @@ protected:
         return shot.pixelColor(shot.rect().center()) == itemColor;
     }
 
+    // Whether the tray comes to show the item. trayer now and then never lays out an icon that asks for a place during
+    // its start, and leaves it outside the screen: that trayer is started again.
+    bool comesToBeSeenIn(XEmbedTray &tray)
+    {
+        for (int attempt = 0; attempt < 5; ++attempt) {
+            if (eventually([this] { return isSeen(); }, std::chrono::seconds(5)))
+                return true;
+            if (item->geometry().left() >= 0)
+                return false;
+            tray.restart();
+        }
+        return false;
+    }
+
+    // Clicks on the item until that has an effect. Again only if the tray has moved the item in the meantime.
+    bool click(const QString &how, std::predicate auto hasEffect)
+    {
+        for (int attempt = 0; attempt < 10; ++attempt) {
+            const QPoint center = item->geometry().center();
+            xdotool(u"mousemove %1 %2 %3"_s.arg(center.x()).arg(center.y()).arg(how));
+            if (eventually(hasEffect, std::chrono::seconds(5)))
+                return true;
+            if (item->geometry().center() == center)
+                return false;
+        }
+        return false;
+    }
+
     // Lets everything happen that is under way on the bus and on the display.
     void settle() const
     {
@@ -126,13 +154,13 @@ TEST_F(StatusItemOnADesktop, GoesIntoATrayThatEmbeds)
 {
     XEmbedTray tray;
     ASSERT_TRUE(comesToBe(true));
-    EXPECT_TRUE(eventually([this] { return isSeen(); }));
+    EXPECT_TRUE(comesToBeSeenIn(tray));
     tray.stop();
     EXPECT_TRUE(comesToBe(false));
     EXPECT_TRUE(item->geometry().isEmpty());
     XEmbedTray another;
     EXPECT_TRUE(comesToBe(true));
-    EXPECT_TRUE(eventually([this] { return isSeen(); }));
+    EXPECT_TRUE(comesToBeSeenIn(another));
 }
 
 TEST_F(StatusItemOnADesktop, PrefersATrayToAWatcherWithoutAHost)
@@ -140,13 +168,13 @@ TEST_F(StatusItemOnADesktop, PrefersATrayToAWatcherWithoutAHost)
     StatusNotifierHostProcess watcher({u"--no-host"_s});
     ASSERT_TRUE(watcher.comesToShowOneItem());
     XEmbedTray tray;
-    EXPECT_TRUE(eventually([this] { return isSeen(); }));
+    EXPECT_TRUE(comesToBeSeenIn(tray));
 }
 
 TEST_F(StatusItemOnADesktop, MovesToAHostThatComesAndBackWhenItGoes)
 {
     XEmbedTray tray;
-    ASSERT_TRUE(eventually([this] { return isSeen(); }));
+    ASSERT_TRUE(comesToBeSeenIn(tray));
     {
         StatusNotifierHostProcess host;
         EXPECT_TRUE(host.comesToShowOneItem());
@@ -154,7 +182,7 @@ TEST_F(StatusItemOnADesktop, MovesToAHostThatComesAndBackWhenItGoes)
         EXPECT_TRUE(item->isAvailable());
         EXPECT_TRUE(host.comesToShowOneItem()) << "and stays the only one";
     }
-    EXPECT_TRUE(eventually([this] { return isSeen(); }));
+    EXPECT_TRUE(comesToBeSeenIn(tray));
 }
 
 TEST_F(StatusItemOnADesktop, WaitsQuietlyWithoutAny)
@@ -257,22 +285,18 @@ TEST_F(StatusItemOnADesktop, ClicksInATrayAreToldApart)
     QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&] { ++shown; });
     item->setMenu(&menu);
     XEmbedTray tray;
-    ASSERT_TRUE(eventually([this] { return isSeen(); }));
-    const QPoint center = item->geometry().center();
-    xdotool(u"mousemove %1 %2 click 1"_s.arg(center.x()).arg(center.y()));
-    EXPECT_TRUE(eventually([this] { return primaryClicks.size() == 1; }));
+    ASSERT_TRUE(comesToBeSeenIn(tray));
+    EXPECT_TRUE(click(u"click 1"_s, [this] { return primaryClicks.size() == 1; }));
     EXPECT_TRUE(item->geometry().contains(primaryClicks.value(0)));
     EXPECT_TRUE(menuRequests.isEmpty());
 
-    xdotool(u"keydown ctrl click 1"_s);
-    EXPECT_TRUE(eventually([this] { return menuRequests.size() == 1; }));
+    EXPECT_TRUE(click(u"keydown ctrl click 1"_s, [this] { return menuRequests.size() == 1; }));
     xdotool(u"keyup ctrl"_s);
     EXPECT_TRUE(item->geometry().contains(menuRequests.value(0)));
     EXPECT_EQ(primaryClicks.size(), 1);
     EXPECT_EQ(shown, 0);
 
-    xdotool(u"click 3"_s);
-    EXPECT_TRUE(eventually([&] { return shown == 1; })) << "Qt pops the menu up itself";
+    EXPECT_TRUE(click(u"click 3"_s, [&] { return shown == 1; })) << "Qt pops the menu up itself";
     EXPECT_EQ(menuRequests.size(), 1);
     EXPECT_EQ(primaryClicks.size(), 1);
     menu.close();

@@ -9,11 +9,15 @@ public:
     {
         m_process.setStandardErrorFile(QProcess::nullDevice());
         m_process.setStandardOutputFile(QProcess::nullDevice());
-        const auto arguments = QStringLiteral("--edge top --align right --widthtype request --heighttype pixel "
-                                              "--height 28 --SetDockType true --transparent false --tint 0x808080");
-        m_process.start(QStringLiteral("trayer"), arguments.split(u' '));
+        start();
     }
     ~XEmbedTray() { stop(); }
+
+    void restart()
+    {
+        stop();
+        start();
+    }
 
     void stop()
     {
@@ -22,5 +26,12 @@ public:
     }
 
 private:
+    void start()
+    {
+        const auto arguments = QStringLiteral("--edge top --align right --widthtype request --heighttype pixel "
+                                              "--height 28 --SetDockType true --transparent false --tint 0x808080");
+        m_process.start(QStringLiteral("trayer"), arguments.split(u' '));
+    }
+
     QProcess m_process;
 };

@@ -125,7 +125,7 @@ void ControlServer::logAnswer(const ControlRequest &request, unsigned status, st
     const bool isRefused = status >= firstFailure;
     const LogLevel level = isRefused ? LogLevel::Warn : request.isRead() ? LogLevel::Debug : LogLevel::Info;
     const std::uint64_t number = ++m_requests;
-    if (!m_log.writes(level))
+    if (!m_log.writes(level) || (isRefused && !m_refusals.admits(std::chrono::steady_clock::now())))
         return;
     LogFields fields{{"operation", request.method + " " + request.target.substr(0, request.target.find('?'))},
         {"outcome", isRefused ? "refused" : "ok"}, {"http_status", status},
@@ -135,6 +135,8 @@ void ControlServer::logAnswer(const ControlRequest &request, unsigned status, st
         fields.emplace_back("correlation_id", *correlation);
     if (const std::optional<std::string> attempt = logIdentifier(request.attempt))
         fields.emplace_back("attempt", *attempt);
+    if (const std::uint64_t heldBack = m_refusals.takeHeldBack())
+        fields.emplace_back("refusals_not_logged", heldBack);
     m_log.write(level, "control_request", "control request answered", std::move(fields));
 }
 

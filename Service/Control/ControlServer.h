@@ -2,6 +2,7 @@
 #include "Service/Control/ControlApi.h"
 #include "Service/Control/ControlLimits.h"
 #include "Service/Log/Log.h"
+#include "Service/Log/LogBrake.h"
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -37,7 +38,8 @@ public:
     bool isStopping() const { return m_isStopping; }
     void sessionEnded(ControlSession &session);
     void requestShutdown();
-    /// One answered request, for the log: reads that went well only where the level asks for them.
+    /// One answered request, for the log: reads that went well only where the level asks for them, and of refusals no
+    /// more than a person can read.
     void logAnswer(const ControlRequest &request, unsigned status, std::chrono::steady_clock::duration took);
 
 private:
@@ -57,6 +59,7 @@ private:
     std::set<ControlSession *> m_sessions;
     std::string m_requestPrefix;
     std::uint64_t m_requests = 0;
+    LogBrake m_refusals{20, std::chrono::seconds(10)};
     bool m_isStopping = false;
 };
 

@@ -332,6 +332,17 @@ TEST(ControlServer, LogsRefusalsAndWritesButNotReads)
     EXPECT_THAT(server.lines()[2], HasSubstr("outcome=ok http_status=200"));
 }
 
+TEST(ControlServer, ClientThatAsksNonsenseWithoutEndDoesNotDrownTheLog)
+{
+    RunningServer server({}, LogLevel::Info);
+    RawClient client(server.port());
+    for (int i = 0; i < 500; ++i)
+        EXPECT_EQ(client.exchange(client.request("GET", "/none")).result_int(), 404U);
+    server.end();
+    EXPECT_GE(server.lines().size(), 20U);
+    EXPECT_LE(server.lines().size(), 100U);
+}
+
 } // namespace
 
 } // namespace veranox

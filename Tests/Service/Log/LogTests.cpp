@@ -1,4 +1,5 @@
 #include "Service/Log/Log.h"
+#include "Service/Log/LogBrake.h"
 #include "Service/Text/Words.h"
 #include <array>
 #include <fcntl.h>
@@ -165,6 +166,20 @@ TEST(DescriptorLogSink, NeverWaitsForAReaderAndTellsWhatWasLost)
     const std::string later = pipe.readAll();
     EXPECT_EQ(field("count", later), std::to_string(100 - lines));
     EXPECT_TRUE(later.ends_with("\nnext\n"));
+}
+
+TEST(LogBrake, LetsThroughSoManyInEachStretchAndCountsTheRest)
+{
+    using namespace std::chrono_literals;
+    LogBrake brake(2, 10s);
+    const LogBrake::Clock::time_point begin(1h);
+    EXPECT_TRUE(brake.admits(begin));
+    EXPECT_TRUE(brake.admits(begin + 5s));
+    EXPECT_FALSE(brake.admits(begin + 6s));
+    EXPECT_FALSE(brake.admits(begin + 9999ms));
+    EXPECT_TRUE(brake.admits(begin + 10s));
+    EXPECT_EQ(brake.takeHeldBack(), 2U);
+    EXPECT_EQ(brake.takeHeldBack(), 0U);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "Service/Files/Folder.h"
 #include "Service/Json/JsonProblem.h"
 #include "Service/Nodes/Lab/LabDemo.h"
 #include "Service/Nodes/Lab/LabFile.h"
@@ -161,6 +162,15 @@ TEST(LabFile, SentencesNameTheFileAndTheRemedy)
             EXPECT_THAT(problem.what(), HasSubstr("The lab file " + place + " cannot be used ("));
         }
     }
+}
+
+TEST(LabFile, ExampleOfTheDocumentationIsValid)
+{
+    const std::string text = readWholeFile(VERANOX_SOURCE_DIR "/docs/lab-network.md", 100000);
+    const std::string fence = "```json\n";
+    const std::size_t begin = text.find(fence) + fence.size();
+    const LabNetwork lab = parseLab(std::string_view(text).substr(begin, text.find("```", begin) - begin));
+    EXPECT_EQ(lab.profiles.at(0).first, "office");
 }
 
 TEST(LabDemo, IsValid)

@@ -1,0 +1,31 @@
+#include "Service/Control/ControlApi.h"
+#include "Service/Nodes/NoNodeEngine.h"
+#include <cstdlib>
+#include <sstream>
+
+using namespace veranox;
+
+/// The lines of the input are method, target, host, origin and token of a request. Without the token, which no input
+/// can guess, nothing but a read from this computer may succeed.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static const ConfigStore store("/nonexistent");
+    static const NoNodeEngine engine(WallTime{});
+    static const ControlApi api(
+        store, engine, RequestGuard(ControlToken::random(), 43200), [](const std::string &) { return std::nullopt; });
+    std::istringstream lines(std::string(reinterpret_cast<const char *>(data), size));
+    ControlRequest request;
+    std::getline(lines, request.method);
+    std::getline(lines, request.target);
+    for (std::vector<std::string> *values : {&request.hosts, &request.origins, &request.tokens})
+        if (std::string line; std::getline(lines, line) && !line.empty())
+            values->push_back(line);
+    const ControlAnswer answer = api.answer(request);
+    if (answer.then == ControlAnswer::Then::EndService)
+        std::abort();
+    if (answer.status == 200 && (!request.isRead() || request.hosts.size() != 1))
+        std::abort();
+    if (answer.status != 200 && !answer.body.at("error").is_string())
+        std::abort();
+    return 0;
+}

@@ -120,6 +120,8 @@ jobs::Async<VeranoxAPIClient::Answer> VeranoxAPIClient::exchange(VeranoxHTTPRequ
     const std::stop_callback onCancel(
         to.stopToken(), [to] { to.fail(std::make_exception_ptr(VeranoxCancellation())); });
     const auto interpret = [to, reader = std::move(reader)](VeranoxLoopbackTransport::Result result) {
+        if (to.stopToken().stop_requested())
+            return; // onCancel answers: that the connection broke is what the stop did to it
         if (!result)
             return to.resolve(Answer{.failure = errorOf(result.error())});
         Answer interpreted{.status = result->status};

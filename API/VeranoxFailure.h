@@ -1,4 +1,5 @@
 #pragma once
+#include "Core/Jobs/Async.h"
 #include <QString>
 #include <exception>
 
@@ -8,3 +9,6 @@ QString describeFailure(const std::exception_ptr &failure);
 
 // Whether a caught failure is a cancellation, which is never reported. Any thread.
 bool isCancellation(const std::exception_ptr &failure);
+
+// The failure of some work as a value; null when it succeeded.
+jobs::Async<std::exception_ptr> failureOf(jobs::Async<> work);

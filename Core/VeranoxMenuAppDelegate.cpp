@@ -3,6 +3,7 @@
 #include "MenuBar/VeranoxStatusItemController.h"
 #include "Platform/Platform.h"
 #include "Platform/ProcessActivity.h"
+#include "Platform/ResourceDirectory.h"
 #include <QCoreApplication>
 #include <QtGlobal>
 #include <cstdlib>
@@ -26,7 +27,7 @@ constexpr jobs::Clock::Duration exitBackstop = 250ms;
 VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
     : m_processActivity(ProcessActivity::make()),
       m_appearance(platform::makeAppearance()),
-      m_store(VeranoxStore::live(queue)),
+      m_store(VeranoxStore::live(queue, platform::resourceDirectory())),
       m_jobs(queue)
 {
 }

@@ -2,6 +2,9 @@
 
 VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
     : m_apiClient(std::move(collaborators.apiClient)),
+      m_runtimeClient(std::move(collaborators.runtimeClient)),
+      m_cliCommand(std::move(collaborators.cliCommand)),
+      m_serviceReadinessTimeout(collaborators.serviceReadinessTimeout),
       m_diagnostics(std::move(collaborators.diagnostics)),
       m_failureNotifier(std::move(collaborators.failureNotifier)),
       m_config{.router = VeranoxRouterConfig::defaults()},
@@ -13,6 +16,9 @@ VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
              &VeranoxStore::tunnelsChanged, &VeranoxStore::publicationsChanged})
         connect(this, signal, this, &VeranoxStore::followPulseRule);
     followPulseRule();
+    // The client dies with the store, and its callbacks with the client.
+    m_runtimeClient->onOutput = [this](const QString &line) { appendLog(line); };
+    m_runtimeClient->onGUIServiceExit = [this](std::int32_t status) { handleGUIServiceExit(status); };
 }
 
 VeranoxStore::~VeranoxStore() = default;
@@ -82,6 +88,12 @@ void VeranoxStore::setIsQuitting()
     observeFailureTransitions();
 }
 
+void VeranoxStore::setIsRestartingRouter(bool on)
+{
+    write(m_isRestartingRouter, on, &VeranoxStore::isRestartingRouterChanged);
+    observeFailureTransitions();
+}
+
 // ---- Plain writes
 
 void VeranoxStore::setConfig(VeranoxConfig config)
@@ -107,6 +119,11 @@ void VeranoxStore::setIsRefreshing(bool on)
 void VeranoxStore::setLastActionMessage(QString message)
 {
     write(m_lastActionMessage, std::move(message), &VeranoxStore::lastActionMessageChanged);
+}
+
+void VeranoxStore::setRouterRestartPrompt(std::optional<VeranoxRouterRestartPrompt> prompt)
+{
+    write(m_routerRestartPrompt, std::move(prompt), &VeranoxStore::routerRestartPromptChanged);
 }
 
 void VeranoxStore::setRouterNeedsRestart(bool needs)

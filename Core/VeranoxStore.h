@@ -9,6 +9,7 @@
 #include "Core/MenuBarIcon.h"
 #include "Core/ServiceState.h"
 #include "Core/VeranoxDiagnosticSession.h"
+#include "Core/VeranoxRuntimeClientProtocol.h"
 #include "Log/VeranoxRuntimeLogEntry.h"
 #include "Profiles/VeranoxLoginPrompt.h"
 #include "Profiles/VeranoxProfileDraft.h"
@@ -64,15 +65,19 @@ class VeranoxStore final : public QObject {
     Q_PROPERTY(double menuBarPulse READ menuBarPulse NOTIFY menuBarPulseChanged)
 
 public:
-    // Everything that the store works with. The client must be there; an absent observer is told nothing.
+    // Everything that the store works with. The clients must be there; an absent observer is told nothing.
     struct Collaborators {
         std::unique_ptr<VeranoxAPIClientProtocol> apiClient;
+        std::unique_ptr<VeranoxRuntimeClientProtocol> runtimeClient;
+        std::optional<VeranoxCommand> cliCommand; // absent: a service can only be attached to
+        jobs::Clock::Duration serviceReadinessTimeout = std::chrono::seconds(30); // from launch to first answer
         VeranoxDiagnosticSession diagnostics;
         std::unique_ptr<VeranoxFailureObserving> failureNotifier;
     };
 
-    // The store of the running application: it talks to the service at 127.0.0.1:43200.
-    static std::unique_ptr<VeranoxStore> live(jobs::MainQueue &queue);
+    // The store of the running application: it talks to the service at 127.0.0.1:43200. `resourceDirectory` is where
+    // this application's own resources lie, the service's executable among them.
+    static std::unique_ptr<VeranoxStore> live(jobs::MainQueue &queue, const QString &resourceDirectory);
 
     VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators);
     ~VeranoxStore() override;
@@ -126,8 +131,23 @@ public:
     bool profileDraftHasChanges() const;
 
     // ---- Start, refresh, stop
-    // Reads everything once, then keeps on reading it on schedule. Called once, by the launch.
+    // Starts the service, reads everything once, then keeps on reading it on schedule. Called once, by the launch.
     jobs::Async<> start();
+
+    // Attaches to the service that answers, or launches our own and waits until it answers. The outcome is in
+    // serviceState. Callers at the same time share one start.
+    jobs::Async<> ensureServiceStarted();
+
+    // ensureServiceStarted() and refresh() as a job of its own, for a user who asked for it.
+    Q_INVOKABLE void startRouter();
+
+    // Stops the service and starts it again, also when none runs. A call while another restarts does nothing.
+    jobs::Async<> restartRouterForPendingChangesAsync();
+    Q_INVOKABLE void restartRouterForPendingChanges(); // the same as a job of its own
+
+    // What follows when the service that we launched ended although nobody stopped it: it is started again after 1, 2
+    // and 4 seconds; a fourth crash within a minute of the last attempt ends that.
+    void handleGUIServiceExit(std::int32_t status);
 
     // Brings every property into step with the service. Returns at once while another refresh runs. All its requests
     // carry one correlation identifier: the one bound to the job at hand, or a fresh one.
@@ -205,6 +225,8 @@ private:
     void setEnvironment(VeranoxEnvironment environment);
     void setIsRefreshing(bool on);
     void setIsQuitting();
+    void setIsRestartingRouter(bool on);
+    void setRouterRestartPrompt(std::optional<VeranoxRouterRestartPrompt> prompt);
     void setLastActionMessage(QString message);
     void setRouterNeedsRestart(bool needs);
     void setMenuBarPulse(double phase);
@@ -215,6 +237,19 @@ private:
     jobs::Async<> failRefresh(Fetches *fetches, std::exception_ptr failure);
     jobs::Async<> refreshLoop();
     void cancelRefreshLoop();
+    jobs::Async<> performServiceStart();
+    bool launchService();
+    jobs::Async<bool> serviceBecomesReady();
+    void concludeServiceStart(bool isReady);
+    void recordServiceContact();
+    void recordServiceStartFailure(const QString &message);
+    jobs::Async<> startServiceAndRefresh();
+    jobs::Async<> performStartRouter();
+    jobs::Async<> recover(jobs::Clock::Duration delay);
+    void forgetRecoveryAttempts();
+    jobs::Async<> requestShutdownForRestart();
+    void concludeRestart();
+
     jobs::Async<> performQuit();
     jobs::Async<> requestServiceShutdown();
 
@@ -228,6 +263,9 @@ private:
     void stopPulse();
 
     std::unique_ptr<VeranoxAPIClientProtocol> m_apiClient;
+    std::unique_ptr<VeranoxRuntimeClientProtocol> m_runtimeClient;
+    std::optional<VeranoxCommand> m_cliCommand;
+    jobs::Clock::Duration m_serviceReadinessTimeout;
     VeranoxDiagnosticSession m_diagnostics;
     std::unique_ptr<VeranoxFailureObserving> m_failureNotifier;
 
@@ -264,6 +302,10 @@ private:
     std::uint64_t m_nextRuntimeLogSequence = 0;
     Generations m_generations;
 
+    int m_recoveryAttempts = 0; // since the service was last heard of
+    std::optional<jobs::Clock::Time> m_lastRecoveryAttemptAt;
+
+    jobs::Job<> m_startServiceTask;
     jobs::Job<> m_refreshTask;
     jobs::Job<> m_quitShutdownTask;
     jobs::Job<> m_pulseTask;

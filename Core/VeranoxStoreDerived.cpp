@@ -1,41 +1,14 @@
 // What follows from the store's state without being state of its own.
+#include "Core/VeranoxRecordClass.h"
 #include "Core/VeranoxStore.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-// The node has not said yet where it will end up.
-bool isUndecided(const QString &backendState)
+template <class Record> bool anyIs(VeranoxRecordClass which, const QList<Record> &records)
 {
-    return backendState.isEmpty() || backendState == "NoState"_L1 || backendState == "Starting"_L1;
-}
-
-bool isSettling(const VeranoxProfile &profile)
-{
-    return !profile.status.ok && isUndecided(profile.status.backendState);
-}
-
-bool needsAttention(const VeranoxProfile &profile)
-{
-    return !profile.status.ok && !isUndecided(profile.status.backendState);
-}
-
-bool needsAttention(const VeranoxTunnel &tunnel)
-{
-    return !tunnel.disabled && (tunnel.state == "error"_L1 || !tunnel.lastError.isEmpty());
-}
-
-// A blocked publication waits for its owner's decision; it has not failed.
-bool needsAttention(const VeranoxPublication &publication)
-{
-    return !publication.disabled && publication.state != "blocked"_L1
-        && (publication.state == "error"_L1 || !publication.lastError.trimmed().isEmpty());
-}
-
-template <class Record> bool anyNeedsAttention(const QList<Record> &records)
-{
-    return std::any_of(records.begin(), records.end(), [](const Record &record) { return needsAttention(record); });
+    return std::ranges::any_of(records, [which](const Record &record) { return classOf(record) == which; });
 }
 
 } // namespace
@@ -47,7 +20,11 @@ QString VeranoxStore::statusTitle() const
 
 QString VeranoxStore::routerStatusDetail() const
 {
-    return m_serviceState.isOnline() ? u"Managed by Veranox service"_s : u"Start Veranox to enable local routing"_s;
+    if (m_serviceState.isOnline())
+        return u"Managed by Veranox service"_s;
+    const auto router = m_runtimeClient->routerProcess();
+    return router && router->isRunning ? u"Waiting for the service to answer"_s
+                                       : u"Start Veranox to enable local routing"_s;
 }
 
 bool VeranoxStore::statusActionRestartsService() const
@@ -58,12 +35,13 @@ bool VeranoxStore::statusActionRestartsService() const
 
 bool VeranoxStore::profilesSettling() const
 {
-    return std::any_of(m_profiles.begin(), m_profiles.end(), isSettling);
+    return anyIs(VeranoxRecordClass::starting, m_profiles);
 }
 
 bool VeranoxStore::menuBarNeedsAttention() const
 {
-    return anyNeedsAttention(m_profiles) || anyNeedsAttention(m_tunnels) || anyNeedsAttention(m_publications);
+    constexpr auto failed = VeranoxRecordClass::failed;
+    return anyIs(failed, m_profiles) || anyIs(failed, m_tunnels) || anyIs(failed, m_publications);
 }
 
 MenuBarIcon VeranoxStore::menuBarIcon() const

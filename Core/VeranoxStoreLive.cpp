@@ -1,15 +1,19 @@
 // The store of the running application, with everything real.
 #include "API/VeranoxAPIClient.h"
+#include "Core/VeranoxCLIResolver.h"
+#include "Core/VeranoxRuntimeClient.h"
 #include "Core/VeranoxStore.h"
 
 using namespace Qt::StringLiterals;
 
-std::unique_ptr<VeranoxStore> VeranoxStore::live(jobs::MainQueue &queue)
+std::unique_ptr<VeranoxStore> VeranoxStore::live(jobs::MainQueue &queue, const QString &resourceDirectory)
 {
     const VeranoxDiagnosticSession diagnostics = VeranoxDiagnosticSession::make();
     const QUrl service(u"http://127.0.0.1:43200"_s, QUrl::StrictMode);
     return std::make_unique<VeranoxStore>(queue,
         Collaborators{.apiClient = std::make_unique<VeranoxAPIClient>(queue, service, diagnostics),
+            .runtimeClient = std::make_unique<VeranoxRuntimeClient>(queue, u"127.0.0.1:43200"_s, diagnostics),
+            .cliCommand = VeranoxCLIResolver::resolve(resourceDirectory),
             .diagnostics = diagnostics,
             .failureNotifier = nullptr});
 }

@@ -9,16 +9,6 @@ namespace {
 
 constexpr jobs::Clock::Duration quitSettleTime = 350ms; // for the service to let go of its connections
 
-jobs::Async<std::exception_ptr> failureOf(jobs::Async<> work)
-{
-    try {
-        co_await std::move(work);
-        co_return nullptr;
-    } catch (...) {
-        co_return std::current_exception();
-    }
-}
-
 } // namespace
 
 jobs::Async<> VeranoxStore::quitAndShutdown()
@@ -33,8 +23,10 @@ jobs::Async<> VeranoxStore::performQuit()
     setIsQuitting();
     setLastActionMessage(u"Stopping Veranox and profile connections..."_s);
     cancelRefreshLoop();
+    m_startServiceTask.cancel(); // else it could launch a service that nobody would stop
     if (m_serviceState.isOnline())
         co_await requestServiceShutdown();
+    co_await m_runtimeClient->shutdown();
     setServiceState(ServiceState::offline());
     setRouterNeedsRestart(false);
     setLastActionMessage(u"Veranox stopped."_s);
@@ -54,4 +46,5 @@ void VeranoxStore::shutdown()
 {
     cancelRefreshLoop();
     stopPulse();
+    m_runtimeClient->terminateImmediately();
 }

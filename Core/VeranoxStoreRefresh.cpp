@@ -71,13 +71,6 @@ struct VeranoxStore::Fetches {
     jobs::Child<Outcome<QList<VeranoxPublication>>> publications;
 };
 
-jobs::Async<> VeranoxStore::start()
-{
-    appendLog(u"[APP] automatic local service startup requested"_s);
-    co_await refresh();
-    startRefreshLoop();
-}
-
 void VeranoxStore::requestRefresh()
 {
     m_jobs.start(refresh());
@@ -105,7 +98,7 @@ jobs::Async<> VeranoxStore::performRefresh()
         co_await applyOptional(&fetches, generations);
         if (!routerDraftWasEdited && m_editableConfig)
             setRouterDraft(VeranoxRouterSettingsDraft(m_editableConfig->router));
-        setServiceState(ServiceState::online());
+        recordServiceContact();
     }
     setIsRefreshing(false);
 }

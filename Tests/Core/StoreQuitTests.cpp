@@ -96,3 +96,58 @@ TEST_F(StoreQuit, theLastWordIsIdempotent)
     EXPECT_EQ(service->shutdownRequest.calls, 0);
     EXPECT_EQ(store->menuBarPulse(), 1.0);
 }
+
+TEST_F(StoreQuit, theChildIsStoppedAfterTheRequestAndWaitedFor)
+{
+    refresh();
+    runtime->gui = {.isRunning = true, .terminationStatus = 0};
+    runtime->stopTime = 2s;
+    const auto quit = scope.start(store->quitAndShutdown());
+    world.run(349ms);
+    EXPECT_TRUE(runtime->calls.isEmpty());
+    world.run(1ms);
+    EXPECT_EQ(runtime->calls, QStringList({u"shutdown"_s}));
+    world.run(1999ms);
+    EXPECT_FALSE(quit.finished());
+    EXPECT_EQ(store->serviceState(), ServiceState::online());
+    world.run(1ms);
+    EXPECT_TRUE(quit.finished());
+    EXPECT_FALSE(runtime->gui);
+    EXPECT_EQ(store->serviceState(), ServiceState::offline());
+}
+
+TEST_F(StoreQuit, whileStartingSendsNoRequestAndStopsTheChild)
+{
+    service->health.answer(false);
+    const auto start = scope.start(store->ensureServiceStarted());
+    world.run(1s);
+    ASSERT_EQ(store->serviceState(), ServiceState::starting());
+    const auto quit = scope.start(store->quitAndShutdown());
+    world.run(1min);
+    EXPECT_TRUE(quit.finished() && start.finished());
+    EXPECT_EQ(service->shutdownRequest.calls, 0);
+    EXPECT_EQ(runtime->calls.last(), u"shutdown"_s);
+    EXPECT_EQ(store->serviceState(), ServiceState::offline()); // the start that was cut short says nothing
+}
+
+TEST_F(StoreQuit, duringTheFirstProbeLaunchesNothing)
+{
+    service->health.hold();
+    scope.start(store->start());
+    world.run();
+    service->health.answer(false);
+    scope.start(store->quitAndShutdown());
+    world.run();
+    service->health.release();
+    world.run(1min);
+    EXPECT_EQ(runtime->calls, QStringList({u"shutdown"_s}));
+    EXPECT_EQ(store->serviceState(), ServiceState::offline());
+}
+
+TEST_F(StoreQuit, theLastWordAsksTheChildToStopWithoutWaiting)
+{
+    runtime->gui = {.isRunning = true, .terminationStatus = 0};
+    runtime->stopTime = 2s;
+    store->shutdown();
+    EXPECT_EQ(runtime->calls, QStringList({u"terminateImmediately"_s}));
+}

@@ -77,7 +77,14 @@ public:
     {
     }
 
-    jobs::Async<bool> healthCheck() override { return health.call(); }
+    jobs::Async<bool> healthCheck() override
+    {
+        try {
+            co_return co_await health.call();
+        } catch (const VeranoxCancellation &) { // this operation never fails
+            co_return false;
+        }
+    }
     jobs::Async<QList<VeranoxProfile>> fetchProfiles() override { return profiles.call(); }
     jobs::Async<VeranoxConfig> fetchConfig() override { return config.call(); }
     jobs::Async<VeranoxEditableConfig> fetchEditableConfig() override { return editableConfig.call(); }

@@ -3,6 +3,8 @@
 #include "API/VeranoxAPIClientError.h"
 #include "Core/VeranoxStore.h"
 #include "Tests/Support/FakeAPIClient.h"
+#include "Tests/Support/FakeRuntimeClient.h"
+#include "Tests/Support/QtPrinters.h"
 #include "Tests/Support/VirtualTime.h"
 #include <QSignalSpy>
 #include <gmock/gmock.h>
@@ -16,19 +18,31 @@ public:
 
 class StoreWorld : public ::testing::Test {
 protected:
-    StoreWorld()
+    StoreWorld() { rebuild(command()); }
+
+    // A fresh store, service and runtime client.
+    void rebuild(std::optional<VeranoxCommand> cliCommand)
     {
         auto client = std::make_unique<FakeAPIClient>(world.queue);
+        auto processes = std::make_unique<FakeRuntimeClient>();
         auto observer = std::make_unique<RecordingObserver>();
         service = client.get();
+        runtime = processes.get();
         observed = observer.get();
         service->config.answer({.router = VeranoxRouterConfig::defaults()});
         service->editableConfig.answer(VeranoxEditableConfig::emptyForFirstProfile());
         service->profiles.answer({profile(QStringLiteral("home"), true, QStringLiteral("Running"))});
         store = std::make_unique<VeranoxStore>(world.queue,
             VeranoxStore::Collaborators{.apiClient = std::move(client),
+                .runtimeClient = std::move(processes),
+                .cliCommand = std::move(cliCommand),
                 .diagnostics = VeranoxDiagnosticSession::make(),
                 .failureNotifier = std::move(observer)});
+    }
+
+    static VeranoxCommand command()
+    {
+        return {.executableURL = QUrl::fromLocalFile(QStringLiteral("/opt/veranox/veranox")), .leadingArguments = {}};
     }
 
     static VeranoxProfile profile(const QString &name, bool ok, const QString &backendState)
@@ -84,6 +98,7 @@ protected:
 
     jobs::World world;
     FakeAPIClient *service = nullptr; // owned by the store
-    RecordingObserver *observed = nullptr;
+    FakeRuntimeClient *runtime = nullptr; // likewise
+    RecordingObserver *observed = nullptr; // likewise
     std::unique_ptr<VeranoxStore> store;
 };

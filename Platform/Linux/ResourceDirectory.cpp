@@ -1,0 +1,8 @@
+#include "Platform/ResourceDirectory.h"
+#include <QCoreApplication>
+#include <QDir>
+
+QString platform::resourceDirectory()
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../" VERANOX_RESOURCE_DIR));
+}

@@ -46,6 +46,18 @@ std::exception_ptr errorOf(VeranoxTransportFailure failure)
     return std::make_exception_ptr(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable));
 }
 
+// What work throws, or nothing. The exception is the caller's alone, who may give it to another thread: a handler that
+// answers from inside still holds it afterwards.
+std::exception_ptr failureOf(const std::function<void()> &work)
+{
+    try {
+        work();
+    } catch (...) {
+        return std::current_exception();
+    }
+    return nullptr;
+}
+
 } // namespace
 
 VeranoxAPIClient::VeranoxAPIClient(
@@ -124,15 +136,12 @@ jobs::Async<VeranoxAPIClient::Answer> VeranoxAPIClient::exchange(VeranoxHTTPRequ
             return; // onCancel answers: that the connection broke is what the stop did to it
         if (!result)
             return to.resolve(Answer{.failure = errorOf(result.error())});
-        Answer interpreted{.status = result->status};
-        try {
+        auto failure = failureOf([&] {
             if (!isSuccess(result->status))
                 throwRefusal(result->body);
             reader(std::move(result->body));
-        } catch (...) {
-            interpreted.failure = std::current_exception();
-        }
-        to.resolve(std::move(interpreted));
+        });
+        to.resolve(Answer{.status = result->status, .failure = std::move(failure)});
     };
     m_transport.send(std::move(request), to.stopToken(), interpret);
     co_return co_await answer;
@@ -153,12 +162,10 @@ jobs::Async<void> VeranoxAPIClient::inTransportThread(std::function<void()> work
 {
     const jobs::Completion<> done(m_queue, jobs::AnswerFrom::Thread);
     m_transport.run([to = done.resolver(), work = std::move(work)] {
-        try {
-            work();
+        if (auto failure = failureOf(work))
+            to.fail(std::move(failure));
+        else
             to.resolve();
-        } catch (...) {
-            to.fail(std::current_exception());
-        }
     });
     co_await done;
 }

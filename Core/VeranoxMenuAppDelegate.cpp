@@ -4,6 +4,7 @@
 #include "Platform/Platform.h"
 #include "Platform/ProcessActivity.h"
 #include "Platform/ResourceDirectory.h"
+#include "System/VeranoxAppPreferences.h"
 #include <QCoreApplication>
 #include <QtGlobal>
 #include <cstdlib>
@@ -27,6 +28,8 @@ constexpr jobs::Clock::Duration exitBackstop = 250ms;
 VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
     : m_processActivity(ProcessActivity::make()),
       m_appearance(platform::makeAppearance()),
+      m_hotKeyController(platform::makeGlobalHotKey()),
+      m_preferences(std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem())),
       m_store(VeranoxStore::live(queue, platform::resourceDirectory())),
       m_jobs(queue)
 {
@@ -37,6 +40,12 @@ VeranoxMenuAppDelegate::~VeranoxMenuAppDelegate() = default;
 void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
 {
     m_processActivity->becomeAgent();
+    m_preferences->mirrorLaunchAtLogin();
+    configureSettingsShortcut();
+    connect(m_hotKeyController.get(), &VeranoxGlobalHotKeyController::triggered, this,
+        &VeranoxMenuAppDelegate::applicationShouldHandleReopen);
+    connect(m_preferences.get(), &VeranoxAppPreferences::settingsShortcutIDChanged, this,
+        &VeranoxMenuAppDelegate::configureSettingsShortcut);
     if (isHostOfUnitTests())
         return;
     m_processActivity->begin(u"Veranox is a persistent menu bar application"_s);
@@ -47,7 +56,12 @@ void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
 
 jobs::Async<> VeranoxMenuAppDelegate::startStore()
 {
-    co_await m_store->start();
+    if (const QString problem = m_preferences->defaults().problem(); !problem.isEmpty())
+        m_store->appendLog(u"[APP] "_s + problem);
+    if (m_preferences->startServiceOnLaunch())
+        co_await m_store->start();
+    else
+        m_store->appendLog(u"[APP] automatic local service startup is disabled in Settings"_s);
 }
 
 VeranoxMenuAppDelegate::TerminateReply VeranoxMenuAppDelegate::applicationShouldTerminate()
@@ -80,4 +94,9 @@ void VeranoxMenuAppDelegate::applicationShouldHandleReopen()
 {
     if (m_statusItemController)
         m_statusItemController->showContextMenu({});
+}
+
+void VeranoxMenuAppDelegate::configureSettingsShortcut()
+{
+    m_hotKeyController->configure(m_preferences->settingsShortcut());
 }

@@ -5,6 +5,8 @@
 
 class Appearance;
 class ProcessActivity;
+class VeranoxAppPreferences;
+class VeranoxGlobalHotKeyController;
 class VeranoxStatusItemController;
 class VeranoxStore;
 
@@ -34,6 +36,9 @@ public:
     // Another launch of the application hands over: what this one has to show comes to the front.
     void applicationShouldHandleReopen();
 
+    // Puts the combination that the preferences name into force, in the place of the one before.
+    void configureSettingsShortcut();
+
 Q_SIGNALS:
     void terminationReplied(); // the application may end now
 
@@ -43,6 +48,8 @@ private:
 
     std::unique_ptr<ProcessActivity> m_processActivity;
     std::unique_ptr<Appearance> m_appearance;
+    std::unique_ptr<VeranoxGlobalHotKeyController> m_hotKeyController;
+    std::unique_ptr<VeranoxAppPreferences> m_preferences;
     std::unique_ptr<VeranoxStore> m_store;
     std::unique_ptr<VeranoxStatusItemController> m_statusItemController; // from launch to termination
     bool m_isCompletingTerminateRequest = false;

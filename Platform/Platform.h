@@ -3,6 +3,9 @@
 #include "Platform/SingleInstance.h"
 #include "Platform/StatusItem.h"
 #include "Platform/Termination.h"
+#include "System/LoginItem.h"
+#include "System/UserDefaults.h"
+#include "System/VeranoxGlobalHotKeyController.h"
 #include <memory>
 
 // What this system offers behind the seams. The folder of the system implements it; nothing else knows which system it
@@ -13,5 +16,8 @@ std::unique_ptr<StatusItem> makeStatusItem();
 std::unique_ptr<Appearance> makeAppearance();
 std::unique_ptr<SingleInstance> makeSingleInstance();
 std::unique_ptr<Termination> makeTermination();
+std::unique_ptr<UserDefaults> makeUserDefaults();
+std::unique_ptr<LoginItem> makeLoginItem();
+std::unique_ptr<VeranoxGlobalHotKeyController> makeGlobalHotKey();
 
 } // namespace platform

@@ -1,10 +1,16 @@
 #include "Platform/Platform.h"
 
+#include "Platform/Linux/AutostartLoginItem.h"
 #include "Platform/Linux/BusSingleInstance.h"
 #include "Platform/Linux/DesktopAppearance.h"
 #include "Platform/Linux/DesktopTermination.h"
+#include "Platform/Linux/HotKey/PortalHotKey.h"
+#include "Platform/Linux/HotKey/X11HotKey.h"
 #include "Platform/Linux/TrayStatusItem.h"
+#include "System/JsonUserDefaults.h"
+#include <QCoreApplication>
 #include <QDBusConnection>
+#include <QGuiApplication>
 
 std::unique_ptr<StatusItem> platform::makeStatusItem()
 {
@@ -25,4 +31,22 @@ std::unique_ptr<SingleInstance> platform::makeSingleInstance()
 std::unique_ptr<Termination> platform::makeTermination()
 {
     return std::make_unique<DesktopTermination>();
+}
+
+std::unique_ptr<UserDefaults> platform::makeUserDefaults()
+{
+    return std::make_unique<JsonUserDefaults>(JsonUserDefaults::defaultPath());
+}
+
+std::unique_ptr<LoginItem> platform::makeLoginItem()
+{
+    return std::make_unique<AutostartLoginItem>(
+        AutostartLoginItem::defaultEntryPath(), QCoreApplication::applicationFilePath());
+}
+
+std::unique_ptr<VeranoxGlobalHotKeyController> platform::makeGlobalHotKey()
+{
+    if (const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        return std::make_unique<X11HotKey>(x11->connection());
+    return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus());
 }

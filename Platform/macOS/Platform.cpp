@@ -1,7 +1,10 @@
 #include "Platform/Platform.h"
 
 #include "Platform/macOS/ApplicationTermination.h"
+#include "Platform/macOS/BundleUserDefaults.h"
+#include "Platform/macOS/CarbonHotKey.h"
 #include "Platform/macOS/MenuBarAppearance.h"
+#include "Platform/macOS/ServiceLoginItem.h"
 #include "Platform/macOS/SystemSingleInstance.h"
 #include "Platform/macOS/SystemTrayStatusItem.h"
 
@@ -23,4 +26,19 @@ std::unique_ptr<SingleInstance> platform::makeSingleInstance()
 std::unique_ptr<Termination> platform::makeTermination()
 {
     return std::make_unique<ApplicationTermination>();
+}
+
+std::unique_ptr<UserDefaults> platform::makeUserDefaults()
+{
+    return std::make_unique<BundleUserDefaults>();
+}
+
+std::unique_ptr<LoginItem> platform::makeLoginItem()
+{
+    return std::make_unique<ServiceLoginItem>();
+}
+
+std::unique_ptr<VeranoxGlobalHotKeyController> platform::makeGlobalHotKey()
+{
+    return std::make_unique<CarbonHotKey>();
 }

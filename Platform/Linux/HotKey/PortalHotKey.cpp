@@ -1,0 +1,135 @@
+#include "Platform/Linux/HotKey/PortalHotKey.h"
+#include "Platform/Linux/HotKey/KeySymbols.h"
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusPendingCall>
+
+using namespace Qt::StringLiterals;
+
+// One shortcut as the portal takes it: an identifier and its properties.
+struct PortalShortcut {
+    QString id;
+    QVariantMap properties;
+};
+Q_DECLARE_METATYPE(PortalShortcut)
+
+QDBusArgument &operator<<(QDBusArgument &argument, const PortalShortcut &shortcut)
+{
+    argument.beginStructure();
+    argument << shortcut.id << shortcut.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, PortalShortcut &shortcut)
+{
+    argument.beginStructure();
+    argument >> shortcut.id >> shortcut.properties;
+    argument.endStructure();
+    return argument;
+}
+
+namespace {
+
+constexpr QLatin1StringView portal("org.freedesktop.portal.Desktop");
+constexpr QLatin1StringView portalPath("/org/freedesktop/portal/desktop");
+constexpr QLatin1StringView shortcuts("org.freedesktop.portal.GlobalShortcuts");
+constexpr QLatin1StringView openSettings("open-settings"); // our shortcut's identifier within its session
+
+QDBusMessage call(const QString &method)
+{
+    return QDBusMessage::createMethodCall(portal, portalPath, shortcuts, method);
+}
+
+} // namespace
+
+PortalHotKey::PortalHotKey(const QDBusConnection &bus) : m_bus(bus)
+{
+    qDBusRegisterMetaType<PortalShortcut>();
+    qDBusRegisterMetaType<QList<PortalShortcut>>();
+    m_bus.connect(portal, portalPath, shortcuts, u"Activated"_s, this, SLOT(activated(QDBusMessage)));
+}
+
+PortalHotKey::~PortalHotKey()
+{
+    closeSession();
+}
+
+void PortalHotKey::configure(std::optional<VeranoxGlobalShortcut> shortcut)
+{
+    closeSession();
+    m_shortcut = std::move(shortcut);
+    if (m_shortcut && portalTrigger(*m_shortcut))
+        createSession();
+}
+
+QString PortalHotKey::nextToken()
+{
+    return u"veranox%1"_s.arg(++m_tokens);
+}
+
+// The answer comes as a signal of an object whose path follows from the caller's name and the token: listening before
+// the call is the only way not to miss it.
+void PortalHotKey::expectAnswer(const QString &token, const char *slot)
+{
+    const QString sender = m_bus.baseService().mid(1).replace(u'.', u'_');
+    const QString path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token);
+    m_bus.connect(portal, path, u"org.freedesktop.portal.Request"_s, u"Response"_s, this, slot);
+}
+
+void PortalHotKey::createSession()
+{
+    const QString token = nextToken();
+    expectAnswer(token, SLOT(sessionAnswered(uint, QVariantMap)));
+    QDBusMessage request = call(u"CreateSession"_s);
+    request << QVariantMap{{u"handle_token"_s, token}, {u"session_handle_token"_s, token}};
+    m_bus.asyncCall(request);
+}
+
+void PortalHotKey::sessionAnswered(uint response, const QVariantMap &results)
+{
+    const QString session = results.value(u"session_handle"_s).toString();
+    if (response != 0 || session.isEmpty() || !m_shortcut)
+        return;
+    m_session = session;
+    bind();
+}
+
+void PortalHotKey::bind()
+{
+    const QString token = nextToken();
+    expectAnswer(token, SLOT(bindAnswered(uint, QVariantMap)));
+    const QVariantMap properties{{u"description"_s, u"Bring the Veranox settings forward"_s},
+        {u"preferred_trigger"_s, portalTrigger(*m_shortcut).value_or(QString())}};
+    QDBusMessage request = call(u"BindShortcuts"_s);
+    request << QVariant::fromValue(QDBusObjectPath(m_session))
+            << QVariant::fromValue(QList<PortalShortcut>{{openSettings, properties}}) << QString()
+            << QVariantMap{{u"handle_token"_s, token}};
+    m_bus.asyncCall(request);
+}
+
+void PortalHotKey::bindAnswered(uint response, const QVariantMap & /*results*/)
+{
+    m_isBound = response == 0 && !m_session.isEmpty();
+}
+
+void PortalHotKey::activated(const QDBusMessage &message)
+{
+    const QVariantList arguments = message.arguments(); // session, identifier, and more that does not matter here
+    if (arguments.size() < 2)
+        return;
+    const QString session = qvariant_cast<QDBusObjectPath>(arguments.at(0)).path();
+    if (session == m_session && arguments.at(1).toString() == openSettings)
+        Q_EMIT triggered();
+}
+
+void PortalHotKey::closeSession()
+{
+    m_isBound = false;
+    if (m_session.isEmpty())
+        return;
+    m_bus.asyncCall(QDBusMessage::createMethodCall(
+        portal, std::exchange(m_session, {}), u"org.freedesktop.portal.Session"_s, u"Close"_s));
+}

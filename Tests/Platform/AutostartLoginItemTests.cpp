@@ -1,0 +1,65 @@
+#include "Platform/Linux/AutostartLoginItem.h"
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Autostart : public ::testing::Test {
+protected:
+    QString path() const { return folder.filePath(u"autostart/veranox.desktop"_s); }
+    QByteArray entry() const
+    {
+        QFile file(path());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+    QTemporaryDir folder;
+    AutostartLoginItem item{path(), u"/opt/my \"tools\"/100%/veranox-menu"_s};
+};
+
+} // namespace
+
+TEST_F(Autostart, writesAnEntryThatTheDesktopAcceptsAndTakesItAway)
+{
+    EXPECT_FALSE(item.isEnabled());
+    EXPECT_TRUE(item.add());
+    EXPECT_TRUE(item.isEnabled());
+    EXPECT_TRUE(entry().contains("Exec=\"/opt/my \\\\\"tools\\\\\"/100%%/veranox-menu\"\n")) << entry().constData();
+    EXPECT_EQ(QProcess::execute(u"desktop-file-validate"_s, {path()}), 0);
+    EXPECT_TRUE(item.remove());
+    EXPECT_FALSE(QFile::exists(path()));
+    EXPECT_FALSE(item.isEnabled());
+    EXPECT_TRUE(item.remove());
+}
+
+TEST_F(Autostart, anEntryThatThePersonSwitchedOffCountsAsOff)
+{
+    for (const QByteArray &line : {"Hidden=true", "X-GNOME-Autostart-enabled=false"}) {
+        ASSERT_TRUE(item.add());
+        QFile file(path());
+        ASSERT_TRUE(file.open(QIODevice::Append));
+        file.write(line + '\n');
+        file.close();
+        EXPECT_FALSE(item.isEnabled()) << line.constData();
+        ASSERT_TRUE(item.add()); // switching it on again replaces it
+        EXPECT_TRUE(item.isEnabled());
+    }
+}
+
+TEST_F(Autostart, aFolderInTheWayIsAFinishedSentence)
+{
+    ASSERT_TRUE(QDir().mkpath(path() + u"/x"_s));
+    const auto added = item.add();
+    ASSERT_FALSE(added);
+    EXPECT_TRUE(added.error().startsWith(u"Launch at login could not be switched on: "_s)) << qPrintable(added.error());
+    EXPECT_TRUE(added.error().endsWith(u'.'));
+    const auto removed = item.remove();
+    ASSERT_FALSE(removed);
+    EXPECT_TRUE(removed.error().startsWith(u"Launch at login could not be switched off: "_s));
+}

@@ -20,6 +20,16 @@ Without an option it starts; a second start brings the first one forward.
 )"_s;
 }
 
+// An argument as it can stand in one line of a terminal.
+QString shown(QString argument)
+{
+    for (QChar &character : argument) {
+        if (character.category() == QChar::Other_Control)
+            character = u'\uFFFD';
+    }
+    return argument;
+}
+
 } // namespace
 
 CommandLine CommandLine::parse(const QStringList &arguments)
@@ -31,7 +41,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     if (given.size() > 1)
         return {Request::refuse,
             u"veranox-menu: \"%1\" is one argument too many. Run veranox-menu --help to see the options."_s.arg(
-                given.at(1))};
+                shown(given.at(1)))};
     if (first == "--version"_L1)
         return {Request::version, u"veranox-menu " VERANOX_VERSION "\n"_s};
     if (first == "--help"_L1 || first == "-h"_L1)
@@ -39,5 +49,5 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     if (first == "--status"_L1)
         return {Request::status, {}};
     return {Request::refuse,
-        u"veranox-menu: unknown option \"%1\". Run veranox-menu --help to see the options."_s.arg(first)};
+        u"veranox-menu: unknown option \"%1\". Run veranox-menu --help to see the options."_s.arg(shown(first))};
 }

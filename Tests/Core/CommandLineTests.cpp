@@ -20,6 +20,8 @@ TEST(CommandLine, isReadByATable)
         {{u"--bogus"_s}, Request::refuse, u"unknown option \"--bogus\""_s},
         {{u"file"_s}, Request::refuse, u"--help"_s},
         {{u""_s}, Request::refuse, u"unknown option \"\""_s},
+        {{u"--status\n"_s}, Request::refuse, u"unknown option \"--status\uFFFD\""_s},
+        {{u"--status"_s, u"a\u001B[2J"_s}, Request::refuse, u"\"a\uFFFD[2J\""_s},
         {{u"--status"_s, u"now"_s}, Request::refuse, u"\"now\" is one argument too many"_s},
     };
     for (const Row &row : rows) {

@@ -1,0 +1,99 @@
+"""What every end-to-end test stands on."""
+import fcntl
+import pathlib
+import shutil
+import signal
+import socket
+import tempfile
+import unittest
+
+from .desktop import VirtualDesktop
+from .front import CountingFront
+from .paths import FAILURES
+from .programs import PORT, Application, Service
+from .session import Session
+from .trays import StatusNotifierHost, XEmbedTray
+
+BEHIND_FRONT = 43201  # the service's port while a front stands on the application's
+FINDINGS = ("ERROR: AddressSanitizer", "ERROR: LeakSanitizer", "WARNING: ThreadSanitizer", "runtime error:")
+
+
+class EndToEndTestCase(unittest.TestCase):
+    """A private desktop for each test. Logs and a screenshot of a failed one are kept in build/PRESET/e2e-failures."""
+
+    desktop_options = ()
+
+    def run(self, result=None):
+        result = result or self.defaultTestResult()
+        failed_before = len(result.failures) + len(result.errors)
+        with tempfile.TemporaryDirectory(prefix="veranox-e2e-") as folder:
+            self.folder = pathlib.Path(folder)
+            super().run(result)
+            if len(result.failures) + len(result.errors) > failed_before:
+                kept = FAILURES / self.id().removeprefix("__main__.")
+                shutil.rmtree(kept, ignore_errors=True)
+                shutil.copytree(folder, kept)
+        return result
+
+    def setUp(self):
+        self._take_port()
+        self.desktop = VirtualDesktop(*self.desktop_options)
+        self.addCleanup(self.desktop.stop)
+
+    def tearDown(self):
+        if self.desktop.has_display:
+            self.desktop.screenshot(self.folder / "screen.png")
+
+    def _take_port(self):
+        """The application knows one port only: one test at a time, on the whole machine."""
+        lock = open(pathlib.Path(tempfile.gettempdir()) / f"veranox-port-{PORT}.lock", "w")
+        self.addCleanup(lock.close)
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        with socket.socket() as probe:
+            if probe.connect_ex(("127.0.0.1", PORT)) == 0:
+                self.fail(f"port {PORT} is taken: end the service that runs there")
+
+    # ---- What a test starts; all of it ends with the test
+
+    def start_service(self, lab="demo", port=PORT):
+        """The service, started by the person: the application finds it there and attaches."""
+        service = Service(self.desktop, self.folder / "service.log", lab, port)
+        self.addCleanup(service.kill)
+        return service
+
+    def start_service_behind_front(self, lab="demo"):
+        service = self.start_service(lab, BEHIND_FRONT)
+        front = CountingFront(BEHIND_FRONT)
+        self.addCleanup(front.stop)
+        return service, front
+
+    def start_application(self, **environment):
+        log = self.folder / f"menu-{len(list(self.folder.glob('menu-*')))}.log"
+        application = Application(self.desktop, log, **environment)
+        self.addCleanup(self._end_application, application)
+        return application
+
+    def _end_application(self, application):
+        application.kill()
+        for finding in FINDINGS:
+            self.assertNotIn(finding, application.output())
+
+    def start_panel(self, *arguments):
+        """A panel that speaks StatusNotifier."""
+        panel = StatusNotifierHost(self.desktop, self.folder / "panel.log", *arguments)
+        self.addCleanup(panel.stop)
+        return panel
+
+    def start_xembed_tray(self):
+        tray = XEmbedTray(self.desktop, self.folder / "trayer.log")
+        self.addCleanup(tray.stop)
+        return tray
+
+    def start_session(self):
+        session = Session(self.desktop)
+        self.addCleanup(session.stop)
+        return session
+
+    def resume_at_end(self, process):
+        """A stopped process is no obstacle to the end of the test."""
+        self.addCleanup(lambda: process.running and process.signal(signal.SIGCONT))

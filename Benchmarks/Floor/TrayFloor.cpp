@@ -1,0 +1,10 @@
+#include "Benchmarks/Floor/EmptyTray.h"
+#include <QApplication>
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    const EmptyTray tray(QUrl(QStringLiteral("qrc:/Veranox/TrayFloor/Empty.qml")));
+    return QApplication::exec();
+}

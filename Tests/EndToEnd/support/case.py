@@ -67,9 +67,10 @@ class EndToEndTestCase(unittest.TestCase):
         self.addCleanup(front.stop)
         return service, front
 
-    def start_application(self, **environment):
+    def start_application(self, **choices):
+        """choices: `program`, another file of the application; more variables of its environment."""
         log = self.folder / f"menu-{len(list(self.folder.glob('menu-*')))}.log"
-        application = Application(self.desktop, log, **environment)
+        application = Application(self.desktop, log, **choices)
         self.addCleanup(self._end_application, application)
         return application
 

@@ -1,6 +1,9 @@
 """The application and the service, as a person would start them."""
 import http.client
 import json
+import os
+import pathlib
+import signal
 
 from .paths import LABS, MENU, SERVICE
 from .polling import eventually
@@ -8,7 +11,7 @@ from .process import Process
 
 PORT = 43200  # where the application looks for the service
 STOP_BOUND = 5.0  # seconds that a quit may take while the service answers
-HANGING_STOP_BOUND = 15.0  # and while it does not: 12 for the request, then the same
+HANGING_STOP_BOUND = 20.0  # and while it does not: 12 for the request, 2 for the child's end, then the same
 
 
 class Service(Process):
@@ -63,9 +66,26 @@ def service_state(desktop):
 class Application(Process):
     """`veranox-menu` without an option."""
 
-    def __init__(self, desktop, log, **environment):
+    def __init__(self, desktop, log, program=MENU, **environment):
         self._desktop = desktop
-        super().__init__([MENU], desktop.environment | environment, log)
+        super().__init__([program], desktop.environment | environment, log)
+
+    def own_services(self):
+        """The process ids of the services that the application has started itself."""
+        children = pathlib.Path(f"/proc/{self.pid}/task/{self.pid}/children")
+        try:
+            return [int(word) for word in children.read_text().split()]
+        except (FileNotFoundError, ProcessLookupError):
+            return []
+
+    def kill(self):
+        """Ends it at once, and the services that it has started."""
+        if self.running:
+            self.signal(signal.SIGSTOP)  # so that it starts none meanwhile
+            services = self.own_services()
+            super().kill()
+            for pid in services:
+                os.kill(pid, signal.SIGKILL)
 
     def await_state(self, state, within=10.0):
         def reached():

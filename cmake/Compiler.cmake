@@ -23,6 +23,10 @@ if(CCACHE)
       ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
       CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
 endif()
+if(APPLE)
+  # std::stop_token is behind this in libc++ up to version 19.
+  add_compile_options(-fexperimental-library)
+endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND NOT APPLE)
   add_link_options(-fuse-ld=lld)
   add_compile_options(SHELL:-Xclang\ -fno-pch-timestamp)

@@ -12,9 +12,10 @@ bool PaletteWatcher::isDark()
     return palette.color(QPalette::WindowText).lightnessF() > palette.color(QPalette::Window).lightnessF();
 }
 
-void PaletteWatcher::changeEvent(QEvent *event)
+bool PaletteWatcher::event(QEvent *event)
 {
-    QWidget::changeEvent(event);
+    const bool handled = QWidget::event(event);
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationPaletteChange)
         Q_EMIT paletteChanged();
+    return handled;
 }

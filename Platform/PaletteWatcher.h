@@ -16,5 +16,5 @@ Q_SIGNALS:
     void paletteChanged();
 
 protected:
-    void changeEvent(QEvent *event) override;
+    bool event(QEvent *event) override;
 };

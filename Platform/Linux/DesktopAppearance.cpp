@@ -1,8 +1,8 @@
 #include "Platform/Linux/DesktopAppearance.h"
 
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
 
 using namespace Qt::StringLiterals;
 
@@ -39,8 +39,8 @@ DesktopAppearance::DesktopAppearance(QDBusConnection bus, const QStringList &des
 {
     connect(&m_palette, &PaletteWatcher::paletteChanged, this, &DesktopAppearance::noteChange);
     connect(&m_portal, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::askPortal);
-    m_bus.connect(portalService, portalPath, settingsInterface, u"SettingChanged"_s, this,
-        SLOT(handleSetting(QString, QString, QDBusVariant)));
+    m_bus.connect(
+        portalService, portalPath, settingsInterface, u"SettingChanged"_s, this, SLOT(handleSetting(QDBusMessage)));
     askPortal();
 }
 
@@ -54,10 +54,11 @@ bool DesktopAppearance::isPanelDark() const
     return m_panelIsAlwaysDark || isDark();
 }
 
-void DesktopAppearance::handleSetting(const QString &group, const QString &key, const QDBusVariant &value)
+void DesktopAppearance::handleSetting(const QDBusMessage &message)
 {
-    if (group == appearanceGroup && key == schemeKey)
-        setScheme(value.variant());
+    const QVariantList arguments = message.arguments();
+    if (arguments.value(0) == appearanceGroup && arguments.value(1) == schemeKey)
+        setScheme(arguments.value(2));
 }
 
 void DesktopAppearance::askPortal()

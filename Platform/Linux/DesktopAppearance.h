@@ -2,8 +2,8 @@
 #include "Platform/Appearance.h"
 #include "Platform/PaletteWatcher.h"
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
-#include <QDBusVariant>
 #include <QStringList>
 
 // The appearance of a Linux desktop: the colour scheme that the desktop portal tells, else the palette of the
@@ -20,7 +20,8 @@ public:
     bool colorsTemplateImages() const override { return false; }
 
 private Q_SLOTS:
-    void handleSetting(const QString &group, const QString &key, const QDBusVariant &value);
+    // A setting has changed: group, key, value. (QtDBus does not connect a slot that takes a variant.)
+    void handleSetting(const QDBusMessage &message);
 
 private:
     // The values of the portal's "color-scheme".

@@ -13,11 +13,14 @@ typedef const struct __attribute__((objc_bridge(NSURL))) __CFURL *CFURLRef;
 typedef struct __attribute__((objc_bridge_mutable(NSMutableDictionary))) __CFDictionary *CFMutableDictionaryRef;
 typedef const struct __CFAllocator *CFAllocatorRef;
 typedef long CFIndex;
+typedef unsigned long CFTypeID;
 typedef unsigned char Boolean;
 typedef uint32_t CFStringEncoding;
 extern const CFBooleanRef kCFBooleanTrue, kCFBooleanFalse;
 extern const CFAllocatorRef _Nullable kCFAllocatorDefault;
 void CFRelease(CFTypeRef);
+CFTypeID CFGetTypeID(CFTypeRef);
+CFTypeID CFBooleanGetTypeID(void);
 CFTypeRef CFRetain(CFTypeRef);
 }
 #pragma clang assume_nonnull end

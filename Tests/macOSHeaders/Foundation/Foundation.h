@@ -92,6 +92,7 @@ __attribute__((objc_root_class))
 + (NSNumber *)numberWithInteger:(NSInteger)v;
 @property (readonly) BOOL boolValue;
 @property (readonly) int intValue;
+@property (readonly) long long longLongValue;
 @end
 @interface NSArray<__covariant T> : NSObject <NSFastEnumeration>
 + (instancetype)array;
@@ -136,6 +137,13 @@ __attribute__((objc_root_class))
 @property (nullable, readonly, copy) NSString *bundleIdentifier, *bundlePath;
 - (NSString *)localizedStringForKey:(NSString *)k value:(nullable NSString *)v table:(nullable NSString *)t;
 - (nullable id)objectForInfoDictionaryKey:(NSString *)k;
+@end
+@interface NSUserDefaults : NSObject
+@property (class, readonly, strong) NSUserDefaults *standardUserDefaults;
+- (nullable id)objectForKey:(NSString *)key;
+- (void)setObject:(nullable id)value forKey:(NSString *)key;
+- (void)setBool:(BOOL)value forKey:(NSString *)key;
+- (void)removeObjectForKey:(NSString *)key;
 @end
 @interface NSAppleEventDescriptor : NSObject
 @property (nullable, readonly, copy) NSString *stringValue;

@@ -56,6 +56,7 @@ void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
 
 jobs::Async<> VeranoxMenuAppDelegate::startStore()
 {
+    co_await m_store->prepareRuntimeLog();
     if (const QString problem = m_preferences->defaults().problem(); !problem.isEmpty())
         m_store->appendLog(u"[APP] "_s + problem);
     if (m_preferences->startServiceOnLaunch())

@@ -1,4 +1,5 @@
 #include "Core/VeranoxStore.h"
+#include "Log/VeranoxRuntimeLogDiscarder.h"
 
 VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
     : m_apiClient(std::move(collaborators.apiClient)),
@@ -7,11 +8,17 @@ VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
       m_serviceReadinessTimeout(collaborators.serviceReadinessTimeout),
       m_diagnostics(std::move(collaborators.diagnostics)),
       m_failureNotifier(std::move(collaborators.failureNotifier)),
+      m_runtimeLogPersistence(std::move(collaborators.runtimeLogPersistence)),
+      m_sessionIdentity(std::move(collaborators.sessionIdentity)),
       m_config{.router = VeranoxRouterConfig::defaults()},
       m_profileDraft(VeranoxProfileDraft::empty(1)),
       m_routerDraft(VeranoxEditableRouterConfig::defaults()),
       m_jobs(queue)
 {
+    if (!m_runtimeLogPersistence)
+        m_runtimeLogPersistence = std::make_unique<VeranoxRuntimeLogDiscarder>();
+    for (const ChangeSignal signal : {&VeranoxStore::profilesChanged, &VeranoxStore::editableConfigChanged})
+        connect(this, signal, this, [this] { m_profileNames.reset(); });
     for (const ChangeSignal signal : {&VeranoxStore::serviceStateChanged, &VeranoxStore::profilesChanged,
              &VeranoxStore::tunnelsChanged, &VeranoxStore::publicationsChanged})
         connect(this, signal, this, &VeranoxStore::followPulseRule);
@@ -109,6 +116,11 @@ void VeranoxStore::setEditableConfig(VeranoxEditableConfig config)
 void VeranoxStore::setEnvironment(VeranoxEnvironment environment)
 {
     write(m_environment, std::move(environment), &VeranoxStore::environmentChanged);
+}
+
+void VeranoxStore::setRuntimeLogPersistenceError(std::optional<QString> error)
+{
+    write(m_runtimeLogPersistenceError, std::move(error), &VeranoxStore::runtimeLogPersistenceErrorChanged);
 }
 
 void VeranoxStore::setIsRefreshing(bool on)

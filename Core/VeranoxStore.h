@@ -10,7 +10,10 @@
 #include "Core/ServiceState.h"
 #include "Core/VeranoxDiagnosticSession.h"
 #include "Core/VeranoxRuntimeClientProtocol.h"
-#include "Log/VeranoxRuntimeLogEntry.h"
+#include "Log/VeranoxLogDetails.h"
+#include "Log/VeranoxProfileNameInference.h"
+#include "Log/VeranoxRuntimeLogPersisting.h"
+#include "Log/VeranoxSessionIdentity.h"
 #include "Profiles/VeranoxLoginPrompt.h"
 #include "Profiles/VeranoxProfileDraft.h"
 #include "Profiles/VeranoxProfileTestFeedback.h"
@@ -21,6 +24,7 @@
 #include "System/VeranoxNotificationSnapshot.h"
 #include "Tunnels/VeranoxTunnel.h"
 #include <QObject>
+#include <deque>
 #include <memory>
 #include <optional>
 
@@ -73,11 +77,15 @@ public:
         jobs::Clock::Duration serviceReadinessTimeout = std::chrono::seconds(30); // from launch to first answer
         VeranoxDiagnosticSession diagnostics;
         std::unique_ptr<VeranoxFailureObserving> failureNotifier;
+        std::unique_ptr<VeranoxRuntimeLogPersisting> runtimeLogPersistence; // absent: the log ends with the store
+        VeranoxSessionIdentity sessionIdentity = VeranoxSessionIdentity::of({});
     };
 
     // The store of the running application: it talks to the service at 127.0.0.1:43200. `resourceDirectory` is where
-    // this application's own resources lie, the service's executable among them.
-    static std::unique_ptr<VeranoxStore> live(jobs::MainQueue &queue, const QString &resourceDirectory);
+    // this application's own resources lie, the service's executable among them; the information dictionary names the
+    // build.
+    static std::unique_ptr<VeranoxStore> live(
+        jobs::MainQueue &queue, const QString &resourceDirectory, const QVariantMap &infoDictionary = {});
 
     VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators);
     ~VeranoxStore() override;
@@ -171,8 +179,16 @@ public:
     void shutdown();
 
     // ---- Activity log
-    // Adds the lines of message, trimmed, empty ones left out. Never fails.
-    void appendLog(const QString &message);
+    // Adds the lines of message, trimmed and redacted, empty ones left out, and keeps them for later runs. Never fails.
+    // runtimeLog holds the newest 500 and tells of its changes once per turn of the event loop.
+    void appendLog(const QString &message, const VeranoxLogDetails &details = {});
+
+    // Brings back the newest entries of earlier runs, in place of what was logged so far, and logs the start of this
+    // one. Once; every further call does nothing. A failure goes to runtimeLogPersistenceError.
+    jobs::Async<> prepareRuntimeLog();
+
+    // The profile, as the service or the configuration spells it, that a line of the log mentions.
+    std::optional<QString> inferredProfileName(const QString &line) const;
 
 Q_SIGNALS:
     void changed(); // anything of the below; at most once per turn of the event loop, after the writes
@@ -231,6 +247,13 @@ private:
     void setRouterNeedsRestart(bool needs);
     void setMenuBarPulse(double phase);
 
+    VeranoxRuntimeLogEntry makeLogEntry(const QString &line, const VeranoxLogDetails &details);
+    void keepLogEntry(VeranoxRuntimeLogEntry entry);
+    jobs::Async<> writeRuntimeLog();
+    void logSessionStart();
+    void announceLogChange();
+    void setRuntimeLogPersistenceError(std::optional<QString> error);
+
     jobs::Async<> performRefresh();
     jobs::Async<std::exception_ptr> applyRequired(Fetches *fetches);
     jobs::Async<> applyOptional(Fetches *fetches, Generations atStart);
@@ -268,6 +291,8 @@ private:
     jobs::Clock::Duration m_serviceReadinessTimeout;
     VeranoxDiagnosticSession m_diagnostics;
     std::unique_ptr<VeranoxFailureObserving> m_failureNotifier;
+    std::unique_ptr<VeranoxRuntimeLogPersisting> m_runtimeLogPersistence;
+    VeranoxSessionIdentity m_sessionIdentity;
 
     ServiceState m_serviceState;
     QList<VeranoxProfile> m_profiles;
@@ -299,7 +324,11 @@ private:
 
     bool m_changeAnnounced = false;
     std::optional<bool> m_pulseRule;
-    std::uint64_t m_nextRuntimeLogSequence = 0;
+    bool m_logChangeAnnounced = false;
+    bool m_runtimeLogLoaded = false;
+    std::uint64_t m_nextRuntimeLogSequence = 0; // of the last entry
+    std::deque<VeranoxRuntimeLogEntry> m_unwrittenLog;
+    mutable std::optional<VeranoxProfileNameInference> m_profileNames; // absent until asked for
     Generations m_generations;
 
     int m_recoveryAttempts = 0; // since the service was last heard of
@@ -309,5 +338,6 @@ private:
     jobs::Job<> m_refreshTask;
     jobs::Job<> m_quitShutdownTask;
     jobs::Job<> m_pulseTask;
+    jobs::Job<> m_runtimeLogWriteTask;
     jobs::JobScope m_jobs; // last: its jobs end before what they use
 };

@@ -3,10 +3,12 @@
 #include "Core/VeranoxCLIResolver.h"
 #include "Core/VeranoxRuntimeClient.h"
 #include "Core/VeranoxStore.h"
+#include "Log/VeranoxRuntimeLogFile.h"
 
 using namespace Qt::StringLiterals;
 
-std::unique_ptr<VeranoxStore> VeranoxStore::live(jobs::MainQueue &queue, const QString &resourceDirectory)
+std::unique_ptr<VeranoxStore> VeranoxStore::live(
+    jobs::MainQueue &queue, const QString &resourceDirectory, const QVariantMap &infoDictionary)
 {
     const VeranoxDiagnosticSession diagnostics = VeranoxDiagnosticSession::make();
     const QUrl service(u"http://127.0.0.1:43200"_s, QUrl::StrictMode);
@@ -15,5 +17,9 @@ std::unique_ptr<VeranoxStore> VeranoxStore::live(jobs::MainQueue &queue, const Q
             .runtimeClient = std::make_unique<VeranoxRuntimeClient>(queue, u"127.0.0.1:43200"_s, diagnostics),
             .cliCommand = VeranoxCLIResolver::resolve(resourceDirectory),
             .diagnostics = diagnostics,
-            .failureNotifier = nullptr});
+            .failureNotifier = nullptr,
+            .runtimeLogPersistence =
+                std::make_unique<VeranoxRuntimeLogFile>(queue, VeranoxRuntimeLogFile::defaultFileURL(),
+                    VeranoxRuntimeLogFile::defaultMaxBytes, VeranoxRuntimeLogFile::defaultBackupCount),
+            .sessionIdentity = VeranoxSessionIdentity::of(infoDictionary)});
 }

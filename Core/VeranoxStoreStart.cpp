@@ -5,6 +5,7 @@ using namespace Qt::StringLiterals;
 
 jobs::Async<> VeranoxStore::start()
 {
+    co_await prepareRuntimeLog();
     appendLog(u"[APP] automatic local service startup requested"_s);
     co_await startServiceAndRefresh();
     if (m_isQuitting)

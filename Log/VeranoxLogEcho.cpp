@@ -14,8 +14,10 @@ void VeranoxLogEcho::printNewLines()
     while (firstNew != log.begin() && std::prev(firstNew)->id != m_lastPrinted)
         --firstNew;
     QTextStream out(stderr);
-    for (auto entry = firstNew; entry != log.end(); ++entry)
-        out << entry->message << '\n';
+    for (auto entry = firstNew; entry != log.end(); ++entry) {
+        if (entry->timestamp >= m_beginning) // not the history, which comes in when it is loaded
+            out << entry->message << '\n';
+    }
     if (!log.isEmpty())
         m_lastPrinted = log.last().id;
 }

@@ -1,11 +1,12 @@
 #pragma once
+#include <QDateTime>
 #include <QObject>
 #include <QUuid>
 
 class VeranoxStore;
 
-// Repeats the activity log on standard error, for a person who started the program in a terminal and for the journal of
-// a desktop session. Main thread only; the store outlives it.
+// Repeats on standard error what is logged from now on, for a person who started the program in a terminal and for the
+// journal of a desktop session. Main thread only; the store outlives it.
 class VeranoxLogEcho final : public QObject {
     Q_OBJECT
 
@@ -16,5 +17,6 @@ private:
     void printNewLines();
 
     VeranoxStore &m_store;
+    const QDateTime m_beginning = QDateTime::currentDateTimeUtc();
     QUuid m_lastPrinted;
 };

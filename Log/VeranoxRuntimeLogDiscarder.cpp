@@ -1,0 +1,11 @@
+#include "Log/VeranoxRuntimeLogDiscarder.h"
+
+jobs::Async<QList<VeranoxRuntimeLogEntry>> VeranoxRuntimeLogDiscarder::loadRecent(int /*limit*/)
+{
+    co_return QList<VeranoxRuntimeLogEntry>();
+}
+
+jobs::Async<> VeranoxRuntimeLogDiscarder::append(VeranoxRuntimeLogEntry /*entry*/)
+{
+    co_return;
+}

@@ -1,0 +1,27 @@
+#pragma once
+#include "Core/Jobs/Jobs.h"
+#include "Log/VeranoxRuntimeLogEntry.h"
+#include <QList>
+#include <QString>
+#include <optional>
+
+// Where the activity log is kept between runs. Called from jobs of the main thread, which never waits for the disk; the
+// calls are served one at a time, in their order.
+class VeranoxRuntimeLogPersisting {
+public:
+    VeranoxRuntimeLogPersisting(const VeranoxRuntimeLogPersisting &) = delete;
+    VeranoxRuntimeLogPersisting &operator=(const VeranoxRuntimeLogPersisting &) = delete;
+    virtual ~VeranoxRuntimeLogPersisting() = default;
+
+    // The path of the file that new entries go to, if there is one.
+    virtual std::optional<QString> fileURL() const = 0;
+
+    // The newest `limit` entries, oldest first. Throws a VeranoxError.
+    virtual jobs::Async<QList<VeranoxRuntimeLogEntry>> loadRecent(int limit) = 0;
+
+    // Keeps one more entry. Throws a VeranoxError; the entry is then not kept.
+    virtual jobs::Async<> append(VeranoxRuntimeLogEntry entry) = 0;
+
+protected:
+    VeranoxRuntimeLogPersisting() = default;
+};

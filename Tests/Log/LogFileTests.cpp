@@ -1,0 +1,164 @@
+#include "Log/VeranoxRuntimeLogDiscarder.h"
+#include "Tests/Log/LogFileWorld.h"
+#include <QStandardPaths>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using LogFile = LogFileWorld;
+
+TEST_F(LogFile, KeepsEntriesAsJsonLinesInOrder)
+{
+    open();
+    const auto first = entry(u"a"_s);
+    const auto second = entry(u"b\nc"_s);
+    EXPECT_EQ(append(first), std::nullopt);
+    EXPECT_EQ(append(second), std::nullopt);
+    EXPECT_EQ(content(path), first.toJson() + '\n' + second.toJson() + '\n');
+    EXPECT_EQ(load(500), (QList{first, second}));
+}
+
+TEST_F(LogFile, MakesItsFolderAndFileForTheOwnerOnly)
+{
+    open();
+    EXPECT_EQ(load(500), QList<VeranoxRuntimeLogEntry>());
+    EXPECT_EQ(mode(folder), 0700U);
+    EXPECT_EQ(mode(home.filePath(u"a/b"_s)), 0700U);
+    EXPECT_EQ(mode(path), 0600U);
+}
+
+TEST_F(LogFile, NarrowsPermissionsThatAreTooWide)
+{
+    write(path, "");
+    for (const bool loading : {false, true}) {
+        ::chmod(QFile::encodeName(folder).constData(), 0755);
+        ::chmod(QFile::encodeName(path).constData(), 0666);
+        open();
+        EXPECT_EQ(loading ? loadError() : append(entry(u"a"_s)), std::nullopt);
+        EXPECT_EQ(mode(folder), 0700U);
+        EXPECT_EQ(mode(path), 0600U);
+    }
+}
+
+TEST_F(LogFile, LoadsTheNewestOfAllFilesOldestFirst)
+{
+    QStringList expected;
+    for (int number = 0; number < 1000; ++number) {
+        const QString file = number < 200 ? backup(2) : number < 700 ? backup(1) : path;
+        QDir().mkpath(folder);
+        QFile writer(file);
+        ASSERT_TRUE(writer.open(QIODevice::Append));
+        writer.write(entry(QString::number(number)).toJson() + '\n');
+        expected.append(QString::number(number));
+    }
+    open();
+    EXPECT_EQ(messages(500), expected.last(500));
+    EXPECT_EQ(messages(1), expected.last(1));
+    EXPECT_EQ(messages(2000), expected);
+}
+
+TEST_F(LogFile, TouchesNothingForALimitBelowOne)
+{
+    open();
+    EXPECT_EQ(load(0), QList<VeranoxRuntimeLogEntry>());
+    EXPECT_EQ(load(-1), QList<VeranoxRuntimeLogEntry>());
+    EXPECT_FALSE(QFileInfo::exists(home.filePath(u"a"_s)));
+}
+
+TEST_F(LogFile, DoesNothingWithoutAFile)
+{
+    log = std::make_unique<VeranoxRuntimeLogFile>(world.queue, std::nullopt, 1, 1);
+    EXPECT_EQ(log->fileURL(), std::nullopt);
+    EXPECT_EQ(append(entry(u"a"_s)), std::nullopt);
+    EXPECT_EQ(load(500), QList<VeranoxRuntimeLogEntry>());
+}
+
+TEST_F(LogFile, PassesOverLinesThatCannotBeRead)
+{
+    write(backup(1), "junk\n\n" + entry(u"a"_s).toJson() + "\n\xff\xfe\n");
+    write(
+        path, "{\"id\":1}\n\n\n" + entry(u"b"_s).toJson() + '\n' + entry(u"c"_s).toJson()); // the end of the line lost
+    const QByteArray before = content(path);
+    open();
+    EXPECT_EQ(messages(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+    EXPECT_EQ(messages(2), (QStringList{u"b"_s, u"c"_s}));
+    EXPECT_EQ(content(path), before);
+}
+
+// Whatever byte a dying program came to: nothing is lost but that record and the one that is written behind it.
+TEST_F(LogFile, LosesNoMoreThanTwoRecordsWhenKilledAtAnyByte)
+{
+    const QByteArray kept = entry(u"kept"_s).toJson() + '\n';
+    const QByteArray last = entry(u"last ä🙂"_s).toJson() + '\n';
+    for (qsizetype length = 0; length <= last.size(); ++length) {
+        write(path, kept + last.first(length));
+        open();
+        const bool whole = length >= last.size() - 1; // only the line feed may be missing
+        EXPECT_EQ(messages(), whole ? (QStringList{u"kept"_s, u"last ä🙂"_s}) : (QStringList{u"kept"_s})) << length;
+        EXPECT_EQ(append(entry(u"behind"_s)), std::nullopt);
+        EXPECT_EQ(append(entry(u"after"_s)), std::nullopt);
+        QStringList expected{u"kept"_s};
+        if (length == last.size())
+            expected.append(u"last ä🙂"_s);
+        if (length == 0 || length == last.size())
+            expected.append(u"behind"_s);
+        expected.append(u"after"_s);
+        EXPECT_EQ(messages(), expected) << length;
+    }
+}
+
+TEST_F(LogFile, ServesCallsInTheirOrder)
+{
+    open();
+    for (int number = 0; number < 200; ++number)
+        jobs.start(log->append(entry(QString::number(number))));
+    const QStringList texts = messages();
+    ASSERT_EQ(texts.size(), 200);
+    for (int number = 0; number < 200; ++number)
+        EXPECT_EQ(texts[number], QString::number(number));
+}
+
+TEST_F(LogFile, FindsItsFileAgainWhenOthersMoveOrDeleteIt)
+{
+    open();
+    EXPECT_EQ(append(entry(u"a"_s)), std::nullopt);
+    QFile::rename(path, folder + u"/elsewhere"_s);
+    EXPECT_EQ(append(entry(u"b"_s)), std::nullopt);
+    EXPECT_EQ(messages(), QStringList{u"b"_s});
+    QDir(home.filePath(u"a"_s)).removeRecursively();
+    EXPECT_EQ(append(entry(u"c"_s)), std::nullopt);
+    EXPECT_EQ(messages(), QStringList{u"c"_s});
+}
+
+TEST_F(LogFile, FinishesTheCallsMadeSoFarWhenItGoes)
+{
+    open();
+    jobs.start(log->append(entry(u"a"_s)));
+    world.queue.settle();
+    log.reset();
+    open();
+    EXPECT_EQ(messages(), QStringList{u"a"_s});
+}
+
+TEST(LogDefaultFile, LiesInTheFolderForApplicationData)
+{
+    EXPECT_EQ(VeranoxRuntimeLogFile::defaultFileURL(),
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Veranox/logs/activity.jsonl"_s);
+}
+
+TEST(LogDiscarder, KeepsNothing)
+{
+    jobs::World world;
+    jobs::JobScope scope(world.queue);
+    VeranoxRuntimeLogDiscarder discarder(u"/x"_s);
+    EXPECT_EQ(discarder.fileURL(), u"/x"_s);
+    EXPECT_EQ(VeranoxRuntimeLogDiscarder().fileURL(), std::nullopt);
+    const auto appended = scope.start(discarder.append({}));
+    const auto loaded = scope.start(discarder.loadRecent(500));
+    world.run();
+    EXPECT_TRUE(appended.finished() && loaded.finished());
+}
+
+} // namespace

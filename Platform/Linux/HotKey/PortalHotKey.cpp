@@ -43,8 +43,15 @@ QDBusMessage call(const QString &method)
     return QDBusMessage::createMethodCall(portal, portalPath, shortcuts, method);
 }
 
+// The first argument of an answer: 0 when the person agreed, another number when not.
+bool isAgreement(const QDBusMessage &response)
+{
+    return !response.arguments().isEmpty() && response.arguments().constFirst() == QVariant(0U);
+}
+
 } // namespace
 
+// Slots that take the whole message: Qt refuses a signature with a blank in it, which a formatter puts there.
 PortalHotKey::PortalHotKey(const QDBusConnection &bus) : m_bus(bus)
 {
     qDBusRegisterMetaType<PortalShortcut>();
@@ -82,16 +89,18 @@ void PortalHotKey::expectAnswer(const QString &token, const char *slot)
 void PortalHotKey::createSession()
 {
     const QString token = nextToken();
-    expectAnswer(token, SLOT(sessionAnswered(uint, QVariantMap)));
+    expectAnswer(token, SLOT(sessionAnswered(QDBusMessage)));
     QDBusMessage request = call(u"CreateSession"_s);
     request << QVariantMap{{u"handle_token"_s, token}, {u"session_handle_token"_s, token}};
     m_bus.asyncCall(request);
 }
 
-void PortalHotKey::sessionAnswered(uint response, const QVariantMap &results)
+void PortalHotKey::sessionAnswered(const QDBusMessage &response)
 {
-    const QString session = results.value(u"session_handle"_s).toString();
-    if (response != 0 || session.isEmpty() || !m_shortcut)
+    const QString session = isAgreement(response) && response.arguments().size() > 1
+        ? qdbus_cast<QVariantMap>(response.arguments().at(1)).value(u"session_handle"_s).toString()
+        : QString();
+    if (session.isEmpty() || !m_shortcut)
         return;
     m_session = session;
     bind();
@@ -100,7 +109,7 @@ void PortalHotKey::sessionAnswered(uint response, const QVariantMap &results)
 void PortalHotKey::bind()
 {
     const QString token = nextToken();
-    expectAnswer(token, SLOT(bindAnswered(uint, QVariantMap)));
+    expectAnswer(token, SLOT(bindAnswered(QDBusMessage)));
     const QVariantMap properties{{u"description"_s, u"Bring the Veranox settings forward"_s},
         {u"preferred_trigger"_s, portalTrigger(*m_shortcut).value_or(QString())}};
     QDBusMessage request = call(u"BindShortcuts"_s);
@@ -110,9 +119,9 @@ void PortalHotKey::bind()
     m_bus.asyncCall(request);
 }
 
-void PortalHotKey::bindAnswered(uint response, const QVariantMap & /*results*/)
+void PortalHotKey::bindAnswered(const QDBusMessage &response)
 {
-    m_isBound = response == 0 && !m_session.isEmpty();
+    m_isBound = isAgreement(response) && !m_session.isEmpty();
 }
 
 void PortalHotKey::activated(const QDBusMessage &message)

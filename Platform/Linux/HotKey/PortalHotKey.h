@@ -16,8 +16,8 @@ public:
     bool isRegistered() const override { return m_isBound; }
 
 private Q_SLOTS:
-    void sessionAnswered(uint response, const QVariantMap &results);
-    void bindAnswered(uint response, const QVariantMap &results);
+    void sessionAnswered(const QDBusMessage &response);
+    void bindAnswered(const QDBusMessage &response);
     void activated(const QDBusMessage &message);
 
 private:

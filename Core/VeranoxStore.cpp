@@ -6,6 +6,7 @@ VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
       m_runtimeClient(std::move(collaborators.runtimeClient)),
       m_cliCommand(std::move(collaborators.cliCommand)),
       m_serviceReadinessTimeout(collaborators.serviceReadinessTimeout),
+      m_startupProfileSettlementTimeout(collaborators.startupProfileSettlementTimeout),
       m_diagnostics(std::move(collaborators.diagnostics)),
       m_failureNotifier(std::move(collaborators.failureNotifier)),
       m_runtimeLogPersistence(std::move(collaborators.runtimeLogPersistence)),

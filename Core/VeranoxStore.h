@@ -75,6 +75,7 @@ public:
         std::unique_ptr<VeranoxRuntimeClientProtocol> runtimeClient;
         std::optional<VeranoxCommand> cliCommand; // absent: a service can only be attached to
         jobs::Clock::Duration serviceReadinessTimeout = std::chrono::seconds(30); // from launch to first answer
+        jobs::Clock::Duration startupProfileSettlementTimeout = std::chrono::seconds(65); // from the start's summary
         VeranoxDiagnosticSession diagnostics;
         std::unique_ptr<VeranoxFailureObserving> failureNotifier;
         std::unique_ptr<VeranoxRuntimeLogPersisting> runtimeLogPersistence; // absent: the log ends with the store
@@ -139,7 +140,8 @@ public:
     bool profileDraftHasChanges() const;
 
     // ---- Start, refresh, stop
-    // Starts the service, reads everything once, then keeps on reading it on schedule. Called once, by the launch.
+    // Starts the service, reads everything once, then keeps on reading it on schedule. The log is told how that went,
+    // and once more when the profiles have settled or 65 seconds have passed. Called once, by the launch.
     jobs::Async<> start();
 
     // Attaches to the service that answers, or launches our own and waits until it answers. The outcome is in
@@ -226,6 +228,10 @@ private:
         int tunnels = 0;
         int publications = 0;
     };
+    struct StartupProfileSettlementObservation {
+        QString correlationID; // of the start that began it
+        jobs::Clock::Time startedAt;
+    };
     using ChangeSignal = void (VeranoxStore::*)();
 
     template <class T> bool write(T &property, T value, ChangeSignal signal);
@@ -260,6 +266,13 @@ private:
     jobs::Async<> failRefresh(Fetches *fetches, std::exception_ptr failure);
     jobs::Async<> refreshLoop();
     void cancelRefreshLoop();
+    QString currentStateFields() const;
+    void logStartupSummary(const QString &correlationID);
+    void beginStartupProfileSettlementObservationIfNeeded(const QString &correlationID);
+    void cancelStartupProfileSettlementObservation();
+    jobs::Async<> limitStartupProfileSettlement();
+    void finishStartupProfileSettlement(const QString &outcome);
+
     jobs::Async<> performServiceStart();
     bool launchService();
     jobs::Async<bool> serviceBecomesReady();
@@ -289,6 +302,7 @@ private:
     std::unique_ptr<VeranoxRuntimeClientProtocol> m_runtimeClient;
     std::optional<VeranoxCommand> m_cliCommand;
     jobs::Clock::Duration m_serviceReadinessTimeout;
+    jobs::Clock::Duration m_startupProfileSettlementTimeout;
     VeranoxDiagnosticSession m_diagnostics;
     std::unique_ptr<VeranoxFailureObserving> m_failureNotifier;
     std::unique_ptr<VeranoxRuntimeLogPersisting> m_runtimeLogPersistence;
@@ -334,7 +348,10 @@ private:
     int m_recoveryAttempts = 0; // since the service was last heard of
     std::optional<jobs::Clock::Time> m_lastRecoveryAttemptAt;
 
+    std::optional<StartupProfileSettlementObservation> m_startupProfileSettlementObservation;
+
     jobs::Job<> m_startServiceTask;
+    jobs::Job<> m_startupProfileSettlementTimeoutTask;
     jobs::Job<> m_refreshTask;
     jobs::Job<> m_quitShutdownTask;
     jobs::Job<> m_pulseTask;

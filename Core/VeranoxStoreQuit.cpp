@@ -23,6 +23,7 @@ jobs::Async<> VeranoxStore::performQuit()
     setIsQuitting();
     setLastActionMessage(u"Stopping Veranox and profile connections..."_s);
     cancelRefreshLoop();
+    cancelStartupProfileSettlementObservation();
     m_startServiceTask.cancel(); // else it could launch a service that nobody would stop
     if (m_serviceState.isOnline())
         co_await requestServiceShutdown();
@@ -45,6 +46,7 @@ jobs::Async<> VeranoxStore::requestServiceShutdown()
 void VeranoxStore::shutdown()
 {
     cancelRefreshLoop();
+    cancelStartupProfileSettlementObservation();
     stopPulse();
     m_runtimeClient->terminateImmediately();
 }

@@ -99,6 +99,8 @@ jobs::Async<> VeranoxStore::performRefresh()
         if (!routerDraftWasEdited && m_editableConfig)
             setRouterDraft(VeranoxRouterSettingsDraft(m_editableConfig->router));
         recordServiceContact();
+        if (!profilesSettling())
+            finishStartupProfileSettlement(u"settled"_s);
     }
     setIsRefreshing(false);
 }

@@ -3,6 +3,7 @@
 #include <time.h>
 #define EVFILT_READ (-1)
 #define EVFILT_WRITE (-2)
+#define EVFILT_PROC (-5)
 #define EVFILT_EXCEPT (-15)
 #define EV_ADD 0x0001
 #define EV_DELETE 0x0002
@@ -13,6 +14,7 @@
 #define EV_OOBAND 0x2000
 #define EV_ERROR 0x4000
 #define EV_EOF 0x8000
+#define NOTE_EXIT 0x80000000
 #define EV_SET(event, a, b, c, d, e, f)                                                                                \
     do {                                                                                                               \
         struct kevent *set = (event);                                                                                  \

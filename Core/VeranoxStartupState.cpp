@@ -1,0 +1,47 @@
+#include "Core/VeranoxStartupState.h"
+#include "Core/VeranoxRecordClass.h"
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString word(VeranoxRecordClass which)
+{
+    switch (which) {
+    case VeranoxRecordClass::disabled:
+        return u"disabled"_s;
+    case VeranoxRecordClass::blocked:
+        return u"blocked"_s;
+    case VeranoxRecordClass::failed:
+        return u"failed"_s;
+    case VeranoxRecordClass::ready:
+        return u"ready"_s;
+    case VeranoxRecordClass::starting:
+        return u"starting"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+template <class Record>
+QString countFields(QStringView kind, const QList<Record> &records, const QList<VeranoxRecordClass> &classes)
+{
+    QString fields;
+    for (const VeranoxRecordClass which : classes) {
+        const auto count =
+            std::ranges::count_if(records, [which](const Record &record) { return classOf(record) == which; });
+        fields += u" %1_%2=%3"_s.arg(kind, word(which)).arg(count);
+    }
+    return fields;
+}
+
+} // namespace
+
+QString startupStateFields(const ServiceState &service, const QList<VeranoxProfile> &profiles,
+    const QList<VeranoxTunnel> &tunnels, const QList<VeranoxPublication> &publications)
+{
+    using enum VeranoxRecordClass;
+    return u"service="_s + service.logWord() + countFields(u"profiles", profiles, {ready, starting, failed})
+        + countFields(u"tunnels", tunnels, {ready, starting, disabled, failed})
+        + countFields(u"publications", publications, {ready, starting, disabled, failed, blocked});
+}

@@ -1,0 +1,12 @@
+#pragma once
+#include "Core/ServiceState.h"
+#include "Publications/VeranoxPublication.h"
+#include "Tunnels/VeranoxTunnel.h"
+#include <QList>
+
+struct VeranoxProfile;
+
+// How things stand, as key=value fields in an order that readers of the log rely on: the service's state, then the
+// records of each kind by class. The counts of a kind add up to the length of its list.
+QString startupStateFields(const ServiceState &service, const QList<VeranoxProfile> &profiles,
+    const QList<VeranoxTunnel> &tunnels, const QList<VeranoxPublication> &publications);

@@ -6,6 +6,8 @@ from support.case import EndToEndTestCase
 from support.polling import eventually
 from support.programs import HANGING_STOP_BOUND, STOP_BOUND
 
+SHUTDOWN = "POST /api/shutdown"
+
 
 class Quit(EndToEndTestCase):
     def setUp(self):
@@ -18,7 +20,7 @@ class Quit(EndToEndTestCase):
 
     def assert_orderly_end(self):
         self.assertEqual(self.application.wait(STOP_BOUND), 0)
-        self.assertEqual(self.front.count("POST /api/shutdown"), 1)
+        self.assertEqual(self.front.count(SHUTDOWN), 1)
         self.assertEqual(self.service.wait(STOP_BOUND), 0)
         eventually(lambda: not self.panel.items(), "the item goes")
 
@@ -39,7 +41,13 @@ class Quit(EndToEndTestCase):
         self.application.signal(signal.SIGTERM)
         self.assert_orderly_end()
 
-    def test_by_a_signal_while_the_menu_quits(self):
+    def test_by_a_second_sigterm_while_the_first_is_obeyed(self):
+        self.application.signal(signal.SIGTERM)
+        eventually(lambda: self.front.count(SHUTDOWN), "the request to the service")
+        self.application.signal(signal.SIGTERM)
+        self.assert_orderly_end()
+
+    def test_by_signals_while_the_menu_quits(self):
         self.panel.choose("Quit Veranox…")
         self.application.signal(signal.SIGTERM)
         self.application.signal(signal.SIGINT)
@@ -58,7 +66,7 @@ class Quit(EndToEndTestCase):
         self.resume_at_end(self.service)
         self.application.signal(signal.SIGTERM)
         self.assertEqual(self.application.wait(HANGING_STOP_BOUND), 0)
-        self.assertEqual(self.front.count("POST /api/shutdown"), 1)
+        self.assertEqual(self.front.count(SHUTDOWN), 1)
 
     def test_after_the_service_has_gone(self):
         self.service.kill()
@@ -66,7 +74,7 @@ class Quit(EndToEndTestCase):
         self.application.await_state("error")
         self.application.signal(signal.SIGTERM)
         self.assertEqual(self.application.wait(STOP_BOUND), 0)
-        self.assertEqual(self.front.count("POST /api/shutdown"), 0)
+        self.assertEqual(self.front.count(SHUTDOWN), 0)
 
 
 class EndOfSession(EndToEndTestCase):
@@ -78,10 +86,10 @@ class EndOfSession(EndToEndTestCase):
         panel.await_item()
         application.await_state("online")
         session.await_member()
-        self.assertEqual(front.count("POST /api/shutdown"), 0)
+        self.assertEqual(front.count(SHUTDOWN), 0)
         session.end()
         self.assertEqual(application.wait(STOP_BOUND), 0)
-        self.assertEqual(front.count("POST /api/shutdown"), 1)
+        self.assertEqual(front.count(SHUTDOWN), 1)
         self.assertEqual(service.wait(STOP_BOUND), 0)
 
 

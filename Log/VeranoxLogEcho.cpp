@@ -7,6 +7,11 @@ VeranoxLogEcho::VeranoxLogEcho(VeranoxStore &store) : m_store(store)
     connect(&store, &VeranoxStore::runtimeLogChanged, this, &VeranoxLogEcho::printNewLines);
 }
 
+VeranoxLogEcho::~VeranoxLogEcho()
+{
+    printNewLines();
+}
+
 void VeranoxLogEcho::printNewLines()
 {
     const QList<VeranoxRuntimeLogEntry> &log = m_store.runtimeLog();

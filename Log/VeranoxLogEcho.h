@@ -12,6 +12,7 @@ class VeranoxLogEcho final : public QObject {
 
 public:
     explicit VeranoxLogEcho(VeranoxStore &store);
+    ~VeranoxLogEcho() override; // prints what the last turn of the event loop has logged
 
 private:
     void printNewLines();

@@ -123,7 +123,7 @@ QPainterPath segment(const Layout &layout, double levelY)
     const double width = layout.width();
     const double left = layout.edge(segmentStart);
     const double right = layout.edge(segmentEnd);
-    QPainterPath bar = levelBar(left, right - width / 2, layout.lineY(levelY), width);
+    const QPainterPath bar = levelBar(left, right - width / 2, layout.lineY(levelY), width);
     QPainterPath cap;
     cap.addEllipse(QPointF(right - width / 2, layout.lineY(levelY)), width / 2, width / 2);
     return bar.united(cap);

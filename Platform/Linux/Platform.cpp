@@ -46,7 +46,7 @@ std::unique_ptr<LoginItem> platform::makeLoginItem()
 
 std::unique_ptr<VeranoxGlobalHotKeyController> platform::makeGlobalHotKey()
 {
-    if (const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+    if (const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>(); x11 && x11->connection())
         return std::make_unique<X11HotKey>(x11->connection());
     return std::make_unique<PortalHotKey>(QDBusConnection::sessionBus());
 }

@@ -26,7 +26,7 @@ constexpr quint8 sentEventBit = 0x80;
 XEmbedTrayWatcher::XEmbedTrayWatcher(QObject *parent) : QObject(parent)
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    if (!x11 || !x11->connection()) // other platforms answer with an empty interface
         return;
     m_managerAtom = internAtom(x11->connection(), "MANAGER");
     qGuiApp->installNativeEventFilter(this);

@@ -16,6 +16,7 @@ std::optional<LogLevel> logLevel(std::string_view word);
 /// The words of a line that people read. Only a literal can be one: nothing that came from outside ever stands there.
 class LogMessage {
 public:
+    // NOLINTNEXTLINE(google-explicit-constructor): a literal reads as what it is where a line is written
     template <std::size_t size> consteval LogMessage(const char (&text)[size]) : m_text(text, size - 1) { }
     std::string_view text() const { return m_text; }
 

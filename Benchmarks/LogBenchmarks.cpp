@@ -70,7 +70,7 @@ public:
             const double before = std::exchange(m_before, threadSeconds());
             m_seconds = std::max(m_seconds, m_before - before);
         });
-        m_timer.start(0);
+        m_timer.start(1);
     }
     double milliseconds() const { return m_seconds * 1000; }
 

@@ -32,6 +32,8 @@ protected:
             m_timer.stop();
         else if (event->type() != QEvent::User)
             return QObject::event(event);
+        else if (m_timer.isActive()) // mail between two slices: it waits for the next, and Qt comes first
+            return true;
         m_queue.drain(Slice::Bounded);
         return true;
     }

@@ -1,5 +1,7 @@
 #include "Tests/Core/Jobs/JobOwner.h"
+#include <QCoreApplication>
 #include <QThread>
+#include <QTimer>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -108,4 +110,41 @@ TEST(Isolated, MayDieWhileAnAnswerIsOnItsWay)
     }
     w.run();
     EXPECT_EQ(o.log, (Notes{"4@0"}));
+}
+
+TEST(Isolated, AnswersThatKeepComingDoNotKeepTheEventLoopFromItsTurn)
+{
+    struct L {
+        static Async<> ask(Isolated<Lines> *lines, int *asked)
+        {
+            for (;; ++*asked)
+                co_await lines->call([](const Lines &l) { return l.count(); });
+        }
+        static Async<> work(int steps) // each of about 10 microseconds
+        {
+            while (steps-- > 0) {
+                const auto end = std::chrono::steady_clock::now() + 10us;
+                while (std::chrono::steady_clock::now() < end) { }
+                co_await yield();
+            }
+        }
+    };
+    SystemClock clock;
+    MainQueue queue(clock);
+    Notes after;
+    int asked = 0;
+    int turns = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&turns] { ++turns; });
+    timer.start(0);
+    {
+        Isolated<Lines> lines(queue, u"lines"_s, &after);
+        JobScope jobs(queue);
+        jobs.start(L::ask(&lines, &asked));
+        const Job<> work = jobs.start(L::work(20'000)); // 200 ms, so 50 slices
+        while (work.running())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    EXPECT_GT(asked, 10);
+    EXPECT_GE(turns, 20);
 }

@@ -1,6 +1,7 @@
 #include "Core/VeranoxMenuAppDelegate.h"
 #include "Core/VeranoxStore.h"
 #include "MenuBar/VeranoxStatusItemController.h"
+#include "Platform/InformationDictionary.h"
 #include "Platform/Platform.h"
 #include "Platform/ProcessActivity.h"
 #include "Platform/ResourceDirectory.h"
@@ -30,7 +31,7 @@ VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
       m_appearance(platform::makeAppearance()),
       m_hotKeyController(platform::makeGlobalHotKey()),
       m_preferences(std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem())),
-      m_store(VeranoxStore::live(queue, platform::resourceDirectory())),
+      m_store(VeranoxStore::live(queue, platform::resourceDirectory(), platform::informationDictionary())),
       m_jobs(queue)
 {
 }

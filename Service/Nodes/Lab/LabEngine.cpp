@@ -72,7 +72,7 @@ Reachability reachability(const LabPolicy &policy)
 /// What other devices of the tailnet type; the port of https goes without saying.
 std::string publishedAddress(const PublicationSettings &settings, const std::string &host)
 {
-    const std::string withPort = host + ":" + std::to_string(settings.port);
+    std::string withPort = host + ":" + std::to_string(settings.port);
     if (!settings.tls)
         return withPort;
     return "https://" + (settings.port == 443 ? host : withPort);

@@ -135,6 +135,7 @@ __attribute__((objc_root_class))
 @interface NSBundle : NSObject
 @property (class, readonly, strong) NSBundle *mainBundle;
 @property (nullable, readonly, copy) NSString *bundleIdentifier, *bundlePath;
+- (nullable id)objectForInfoDictionaryKey:(NSString *)key;
 - (NSString *)localizedStringForKey:(NSString *)k value:(nullable NSString *)v table:(nullable NSString *)t;
 - (nullable id)objectForInfoDictionaryKey:(NSString *)k;
 @end

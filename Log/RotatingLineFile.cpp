@@ -54,7 +54,7 @@ void makeFolders(const QString &path)
 
 bool exists(int folder, const QByteArray &name)
 {
-    struct stat found {};
+    struct stat found{};
     return ::fstatat(folder, name.constData(), &found, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
@@ -65,7 +65,7 @@ FileDescriptor openPlainFile(int folder, const QByteArray &name, const QString &
         [&] { return ::openat(folder, name.constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, fileMode); }));
     if (!file)
         fail(path, u"opened");
-    struct stat found {};
+    struct stat found{};
     if (::fstat(file.number(), &found) != 0)
         fail(path, u"opened");
     if (!S_ISREG(found.st_mode))
@@ -75,7 +75,7 @@ FileDescriptor openPlainFile(int folder, const QByteArray &name, const QString &
 
 std::int64_t sizeOf(int file)
 {
-    struct stat found {};
+    struct stat found{};
     return ::fstat(file, &found) == 0 ? found.st_size : 0;
 }
 

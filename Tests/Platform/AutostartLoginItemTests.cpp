@@ -1,13 +1,26 @@
 #include "Platform/Linux/AutostartLoginItem.h"
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// The exit status of a program with one argument; -1 when it did not run. QProcess clones in a way that the thread
+// sanitizer cannot follow.
+int statusOf(QByteArray program, QByteArray argument)
+{
+    char *const arguments[] = {program.data(), argument.data(), nullptr};
+    pid_t process = 0;
+    if (::posix_spawnp(&process, program.constData(), nullptr, nullptr, arguments, environ) != 0)
+        return -1;
+    int status = 0;
+    return ::waitpid(process, &status, 0) == process && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
 
 class Autostart : public ::testing::Test {
 protected:
@@ -31,7 +44,7 @@ TEST_F(Autostart, writesAnEntryThatTheDesktopAcceptsAndTakesItAway)
     EXPECT_TRUE(item.add());
     EXPECT_TRUE(item.isEnabled());
     EXPECT_TRUE(entry().contains("Exec=\"/opt/my \\\\\"tools\\\\\"/100%%/veranox-menu\"\n")) << entry().constData();
-    EXPECT_EQ(QProcess::execute(u"desktop-file-validate"_s, {path()}), 0);
+    EXPECT_EQ(statusOf("desktop-file-validate", path().toLocal8Bit()), 0);
     EXPECT_TRUE(item.remove());
     EXPECT_FALSE(QFile::exists(path()));
     EXPECT_FALSE(item.isEnabled());

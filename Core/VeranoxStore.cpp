@@ -49,6 +49,8 @@ void VeranoxStore::announceChange()
         this,
         [this] {
             m_changeAnnounced = false;
+            if (std::exchange(m_runtimeLogChanged, false))
+                Q_EMIT runtimeLogChanged();
             Q_EMIT changed();
         },
         Qt::QueuedConnection);

@@ -257,7 +257,6 @@ private:
     void keepLogEntry(VeranoxRuntimeLogEntry entry);
     jobs::Async<> writeRuntimeLog();
     void logSessionStart();
-    void announceLogChange();
     void setRuntimeLogPersistenceError(std::optional<QString> error);
 
     jobs::Async<> performRefresh();
@@ -338,7 +337,7 @@ private:
 
     bool m_changeAnnounced = false;
     std::optional<bool> m_pulseRule;
-    bool m_logChangeAnnounced = false;
+    bool m_runtimeLogChanged = false; // since changed() was last emitted
     bool m_runtimeLogLoaded = false;
     std::uint64_t m_nextRuntimeLogSequence = 0; // of the last entry
     std::deque<VeranoxRuntimeLogEntry> m_unwrittenLog;

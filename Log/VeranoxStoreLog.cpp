@@ -86,7 +86,8 @@ void VeranoxStore::keepLogEntry(VeranoxRuntimeLogEntry entry)
     m_runtimeLog.append(std::move(entry));
     if (m_runtimeLog.size() > maximumEntries)
         m_runtimeLog.removeFirst();
-    announceLogChange();
+    m_runtimeLogChanged = true;
+    announceChange();
 }
 
 // One job writes what is waiting, entry after entry, so that a burst of lines is no burst of jobs.
@@ -115,7 +116,8 @@ jobs::Async<> VeranoxStore::prepareRuntimeLog()
         m_runtimeLog = std::move(entries);
         m_nextRuntimeLogSequence = 0;
         setRuntimeLogPersistenceError(std::nullopt);
-        announceLogChange();
+        m_runtimeLogChanged = true;
+        announceChange();
     } catch (...) {
         setRuntimeLogPersistenceError(
             u"Activity history could not be loaded: "_s + describeFailure(std::current_exception()));
@@ -138,18 +140,4 @@ void VeranoxStore::logSessionStart()
     for (const auto &[key, value] : fields)
         message += u' ' + key + u'=' + value;
     appendLog(message, {.eventCode = u"app_session_started"_s, .level = u"info"_s, .component = u"macos_app"_s});
-}
-
-void VeranoxStore::announceLogChange()
-{
-    announceChange();
-    if (std::exchange(m_logChangeAnnounced, true))
-        return;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_logChangeAnnounced = false;
-            Q_EMIT runtimeLogChanged();
-        },
-        Qt::QueuedConnection);
 }

@@ -8,7 +8,7 @@
 // keyboard; what stands there on a US layout is looked for on the layout in use.
 struct KeySymbol {
     std::uint32_t keysym = 0; // X11's number; of a printing character, its Latin-1 code
-    QString name; // as in XKB's key names and in the shortcuts specification of desktop portals
+    QString name; // as XKB names the key, which desktop portals take as well
 };
 
 // The symbol of a virtual key code; nothing for a key that has none here.

@@ -19,7 +19,7 @@ public:
         const auto shapes = veranoxMenuBarShapes(m_icon, qRound(side * ratio));
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
+        painter->translate(rect.topLeft() + QPoint((rect.width() - side) / 2, (rect.height() - side) / 2));
         painter->scale(1 / ratio, 1 / ratio);
         for (const auto part : parts) {
             if ((m_colors.*part.color).isValid())

@@ -95,7 +95,7 @@ VeranoxDraftResult<QString> normalizedAddress(const QString &text, const QString
 
 VeranoxDraftResult<QUrl> validatedURL(const QString &text, const QString &label)
 {
-    const QUrl url(text.trimmed(), QUrl::StrictMode);
+    QUrl url(text.trimmed(), QUrl::StrictMode);
     if (!url.isValid())
         return draftError(label + u" is not a valid URL."_s);
     if (std::ranges::find(schemes, url.scheme().toLower()) == schemes.end())

@@ -10,7 +10,7 @@ namespace {
 // Fills a router's fields one by one and stops at the first problem, so that the list of fields stays a list.
 class Validation {
 public:
-    explicit Validation(const VeranoxEditableRouterConfig &existing) : m_router(existing) { }
+    explicit Validation(VeranoxEditableRouterConfig existing) : m_router(std::move(existing)) { }
 
     Validation &address(QString VeranoxEditableRouterConfig::*field, const QString &text, const QString &label)
     {
@@ -128,7 +128,7 @@ VeranoxDraftResult<VeranoxEditableRouterConfig> VeranoxRouterSettingsDraft::make
 
 VeranoxDraftResult<QString> VeranoxRouterSettingsDraft::hostnameBase(const QString &text)
 {
-    const QString base = text.trimmed().toLower();
+    QString base = text.trimmed().toLower();
     if (base.isEmpty())
         return draftError(u"Hostname base is required."_s);
     if (!std::ranges::all_of(base, isHostnameCharacter) || base.startsWith(u'-') || base.endsWith(u'-'))

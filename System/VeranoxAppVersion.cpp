@@ -23,8 +23,7 @@ QString orUnknown(const QString &value)
 
 bool isHexadecimal(QStringView digits)
 {
-    return std::all_of(
-        digits.begin(), digits.end(), [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); });
+    return std::ranges::all_of(digits, [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); });
 }
 
 struct Hash {

@@ -3,7 +3,7 @@
 
 int main(int argc, char **argv)
 {
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     const EmptyTray tray(QUrl(QStringLiteral("qrc:/Veranox/TrayFloor/Empty.qml")));
     return QApplication::exec();

@@ -28,7 +28,7 @@ QVariantMap platformData()
 } // namespace
 
 BusSingleInstance::BusSingleInstance(QDBusConnection bus, std::chrono::milliseconds timeout)
-    : m_bus(bus),
+    : m_bus(std::move(bus)),
       m_timeout(timeout)
 {
     new ApplicationAdaptor(this);

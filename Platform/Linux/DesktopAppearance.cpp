@@ -30,7 +30,7 @@ QVariant unwrapped(QVariant value)
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance(QDBusConnection bus, const QStringList &desktopNames, QObject *parent)
+DesktopAppearance::DesktopAppearance(const QDBusConnection &bus, const QStringList &desktopNames, QObject *parent)
     : Appearance(parent),
       m_bus(bus),
       m_portal(portalService, bus, QDBusServiceWatcher::WatchForRegistration),

@@ -13,7 +13,7 @@ class DesktopAppearance : public Appearance {
 
 public:
     // The names of the desktop, most specific first, as XDG_CURRENT_DESKTOP lists them.
-    DesktopAppearance(QDBusConnection bus, const QStringList &desktopNames, QObject *parent = nullptr);
+    DesktopAppearance(const QDBusConnection &bus, const QStringList &desktopNames, QObject *parent = nullptr);
 
     bool isDark() const override;
     bool isPanelDark() const override;

@@ -70,7 +70,7 @@ bool ControlServer::makeRoom()
         return true;
     ControlSession *longest = nullptr;
     for (ControlSession *session : m_sessions)
-        if (session->isWaiting() && (!longest || session->waitingSince() < longest->waitingSince()))
+        if (session->isWaiting() && (longest == nullptr || session->waitingSince() < longest->waitingSince()))
             longest = session;
     if (!longest)
         return false;

@@ -116,7 +116,7 @@ Folder::~Folder()
 Folder Folder::openOrMake(const std::filesystem::path &path, bool isPrivate)
 {
     makeFolder(path);
-    Descriptor folder = openFolder(path);
+    const Descriptor folder = openFolder(path);
     const struct stat info = statOf(folder.get(), "the folder");
     if (info.st_uid != ::geteuid())
         throw std::system_error(EPERM, std::generic_category(), "using the folder, which belongs to another user");

@@ -24,7 +24,7 @@ std::optional<std::filesystem::path> findProgram(const std::string &command, con
         return std::nullopt;
     const std::string folders = environment("PATH").value_or("");
     for (const auto folder : std::views::split(folders, ':')) {
-        const std::filesystem::path candidate = std::filesystem::path(std::string_view(folder)) / command;
+        std::filesystem::path candidate = std::filesystem::path(std::string_view(folder)) / command;
         if (candidate.is_absolute() && isProgram(candidate))
             return candidate;
     }

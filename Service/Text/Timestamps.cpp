@@ -7,9 +7,9 @@ namespace veranox {
 namespace {
 
 struct CivilTime {
-    int year;
-    unsigned month;
-    unsigned day;
+    int year = 0;
+    unsigned month = 0;
+    unsigned day = 0;
     std::chrono::hh_mm_ss<std::chrono::milliseconds> clock;
 };
 

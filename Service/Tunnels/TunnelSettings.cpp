@@ -33,7 +33,7 @@ TunnelSettings readTunnel(JsonReader reader)
     if (std::optional<JsonReader> ssh = reader.objectIfPresent("SSH"))
         tunnel.ssh = readSSH(*ssh);
     if (tunnel.mode == "ssh" && !tunnel.ssh)
-        reader.complain("Mode", "is \"ssh\", but the key \"SSH\" with the bastion is missing");
+        reader.complain("Mode", R"(is "ssh", but the key "SSH" with the bastion is missing)");
     return tunnel;
 }
 

@@ -36,7 +36,7 @@ public:
             throw VeranoxCancellation();
         if (!m_holding)
             co_return value(m_answer);
-        jobs::Completion<Answer> completion(m_queue);
+        const jobs::Completion<Answer> completion(m_queue);
         const auto resolver = completion.resolver();
         m_held.append(resolver);
         const std::stop_callback cancelled(resolver.stopToken(),

@@ -6,12 +6,11 @@
 
 using namespace Qt::StringLiterals;
 
-DBusMenuExporter::DBusMenuExporter(QMenu *menu, const QDBusConnection &bus, const QString &path, QObject *parent)
+DBusMenuExporter::DBusMenuExporter(QMenu *menu, QDBusConnection bus, QString path, QObject *parent)
     : QObject(parent),
-      m_bus(bus),
-      m_path(path),
-      m_menu(menu),
-      m_adaptor(nullptr)
+      m_bus(std::move(bus)),
+      m_path(std::move(path)),
+      m_menu(menu)
 {
     registerDBusMenuTypes();
     m_adaptor = new DBusMenuAdaptor(this);

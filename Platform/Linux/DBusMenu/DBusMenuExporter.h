@@ -19,7 +19,7 @@ public:
     static constexpr int rootId = 0;
 
     // The menu is not owned and may go first: the export is then an empty menu.
-    DBusMenuExporter(QMenu *menu, const QDBusConnection &bus, const QString &path, QObject *parent = nullptr);
+    DBusMenuExporter(QMenu *menu, QDBusConnection bus, QString path, QObject *parent = nullptr);
     ~DBusMenuExporter() override;
 
     QDBusConnection bus() const { return m_bus; }
@@ -60,7 +60,7 @@ private:
     QDBusConnection m_bus;
     QString m_path;
     QPointer<QMenu> m_menu;
-    DBusMenuAdaptor *m_adaptor; // a child
+    DBusMenuAdaptor *m_adaptor = nullptr; // a child
     QHash<QAction *, int> m_ids;
     QHash<int, QAction *> m_actions; // the same, the other way round; dead actions are taken out
     QHash<int, QVariantMap> m_known; // what the panel was last told of an item

@@ -36,7 +36,7 @@ QVariantMap dbusMenuProperties(const QAction &action)
     properties[u"label"_s] = dbusMenuLabel(action.text());
     properties[u"enabled"_s] = action.isEnabled();
     if (action.isCheckable()) {
-        const bool isOneOfSeveral = action.actionGroup() && action.actionGroup()->isExclusive();
+        const bool isOneOfSeveral = action.actionGroup() != nullptr && action.actionGroup()->isExclusive();
         properties[u"toggle-type"_s] = isOneOfSeveral ? u"radio"_s : u"checkmark"_s;
         properties[u"toggle-state"_s] = action.isChecked() ? 1 : 0;
     }

@@ -52,7 +52,7 @@ bool isAgreement(const QDBusMessage &response)
 } // namespace
 
 // Slots that take the whole message: Qt refuses a signature with a blank in it, which a formatter puts there.
-PortalHotKey::PortalHotKey(const QDBusConnection &bus) : m_bus(bus)
+PortalHotKey::PortalHotKey(QDBusConnection bus) : m_bus(std::move(bus))
 {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<QList<PortalShortcut>>();

@@ -9,7 +9,7 @@ class PortalHotKey final : public VeranoxGlobalHotKeyController {
     Q_OBJECT
 
 public:
-    explicit PortalHotKey(const QDBusConnection &bus);
+    explicit PortalHotKey(QDBusConnection bus);
     ~PortalHotKey() override;
 
     void configure(std::optional<VeranoxGlobalShortcut> shortcut) override;

@@ -30,7 +30,7 @@ std::uint8_t firstKeyboardEvent(xcb_connection_t *connection)
     constexpr std::string_view name = "XKEYBOARD";
     const auto query = xcb_query_extension(connection, name.size(), name.data());
     const Reply<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(connection, query, nullptr));
-    return reply && reply->present ? reply->first_event : 0;
+    return reply && reply->present != 0 ? reply->first_event : 0;
 }
 
 // Read afresh each time: the table keeps the layout of the moment at which it was made.

@@ -4,10 +4,9 @@
 #include "Platform/Linux/StatusNotifier/StatusNotifierAdaptor.h"
 #include <QGuiApplication>
 
-StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, QObject *parent)
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection &bus, QObject *parent)
     : StatusItem(parent),
       m_bus(bus),
-      m_adaptor(nullptr),
       m_watcher(bus)
 {
     registerStatusNotifierTypes();

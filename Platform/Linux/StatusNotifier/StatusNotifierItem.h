@@ -22,7 +22,7 @@ public:
     static constexpr QLatin1StringView menuPath{"/MenuBar"};
     static constexpr QLatin1StringView noMenuPath{"/NO_DBUSMENU"};
 
-    explicit StatusNotifierItem(QDBusConnection bus, QObject *parent = nullptr);
+    explicit StatusNotifierItem(const QDBusConnection &bus, QObject *parent = nullptr);
     ~StatusNotifierItem() override;
 
     void setIcon(const QIcon &icon) override;
@@ -56,7 +56,7 @@ private:
     QList<StatusNotifierPixmap> m_pixmaps; // of m_icon, made when a host first asks
     QString m_toolTip;
     QString m_accessibleName;
-    StatusNotifierAdaptor *m_adaptor; // a child
+    StatusNotifierAdaptor *m_adaptor = nullptr; // a child
     std::unique_ptr<DBusMenuExporter> m_menu; // null without menu
     StatusNotifierWatcherLink m_watcher;
     bool m_wasAvailable = false;

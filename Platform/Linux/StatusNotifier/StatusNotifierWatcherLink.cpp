@@ -14,7 +14,7 @@ constexpr QLatin1StringView watcherInterface{"org.kde.StatusNotifierWatcher"};
 
 } // namespace
 
-StatusNotifierWatcherLink::StatusNotifierWatcherLink(QDBusConnection bus, QObject *parent)
+StatusNotifierWatcherLink::StatusNotifierWatcherLink(const QDBusConnection &bus, QObject *parent)
     : QObject(parent),
       m_bus(bus),
       m_services(watcherService, bus, QDBusServiceWatcher::WatchForOwnerChange)
@@ -96,8 +96,9 @@ QDBusMessage StatusNotifierWatcherLink::callOf(const QString &interface, const Q
 template <class Then> void StatusNotifierWatcherLink::ask(const QDBusMessage &call, Then then)
 {
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [then](QDBusPendingCallWatcher *finished) {
-        finished->deleteLater();
-        then(finished->reply());
-    });
+    connect(
+        pending, &QDBusPendingCallWatcher::finished, this, [then = std::move(then)](QDBusPendingCallWatcher *finished) {
+            finished->deleteLater();
+            then(finished->reply());
+        });
 }

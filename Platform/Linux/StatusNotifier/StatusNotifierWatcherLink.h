@@ -18,7 +18,7 @@ public:
         shown, // registered, and a panel shows it
     };
 
-    explicit StatusNotifierWatcherLink(QDBusConnection bus, QObject *parent = nullptr);
+    explicit StatusNotifierWatcherLink(const QDBusConnection &bus, QObject *parent = nullptr);
 
     // Begins to look for a watcher. Call once.
     void start();

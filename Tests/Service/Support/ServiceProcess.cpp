@@ -26,6 +26,7 @@ struct Pipe {
 std::vector<char *> pointers(std::vector<std::string> &texts)
 {
     std::vector<char *> result;
+    result.reserve(texts.size() + 1);
     for (std::string &text : texts)
         result.push_back(text.data());
     result.push_back(nullptr);
@@ -43,6 +44,7 @@ ServiceProcess::ServiceProcess(
         if (const char *value = std::getenv(name))
             variables.emplace(name, value);
     std::vector<std::string> environment;
+    environment.reserve(variables.size());
     for (const auto &[name, value] : variables)
         environment.push_back(name + "=" + value);
     arguments.insert(arguments.begin(), VERANOX_EXECUTABLE);

@@ -6,6 +6,7 @@
 #include "Service/Nodes/Lab/LabEngine.h"
 #include "Service/Nodes/Lab/LabFile.h"
 #include "Service/Nodes/NoNodeEngine.h"
+#include "Service/Nodes/NodeTraffic.h"
 #include "Service/Text/StartProblem.h"
 #include <boost/asio/signal_set.hpp>
 #include <csignal>
@@ -72,11 +73,14 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     ControlToken token = ControlToken::random();
     token.writeTo(folders.applicationSupport);
     const std::unique_ptr<NodeEngine> engine = makeEngine(std::move(lab), time);
-    const ControlApi api(config, *engine, RequestGuard(std::move(token), endpoint.port), environment);
+    NodeTraffic traffic(*engine);
+    traffic.apply(config.document());
+    const ControlApi api(config, *engine, traffic, RequestGuard(std::move(token), endpoint.port), environment);
 
     ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&] {
         log.write(LogLevel::Info, "service_stopping", "service is stopping", {{"reason", "request"}});
         signals.cancel();
+        traffic.stop();
         server.stop();
     });
     signals.async_wait([&](const boost::system::error_code &failure, int signal) {
@@ -84,6 +88,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
             return;
         log.write(LogLevel::Info, "service_stopping", "service is stopping",
             {{"reason", signal == SIGINT ? "SIGINT" : "SIGTERM"}});
+        traffic.stop();
         server.stop();
     });
     server.start();

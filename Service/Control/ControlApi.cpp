@@ -38,9 +38,11 @@ ControlAnswer ok(json::value body)
 
 } // namespace
 
-ControlApi::ControlApi(const ConfigStore &config, const NodeEngine &nodes, RequestGuard guard, Environment environment)
+ControlApi::ControlApi(
+    const ConfigStore &config, const NodeEngine &nodes, Traffic &traffic, RequestGuard guard, Environment environment)
     : m_config(config),
       m_nodes(nodes),
+      m_traffic(traffic),
       m_guard(std::move(guard)),
       m_environment(std::move(environment))
 {
@@ -102,7 +104,7 @@ ControlAnswer ControlApi::tunnels() const
 {
     json::array list;
     for (const auto &[name, settings] : m_config.document().tunnels)
-        list.push_back(tunnelRecord(name, settings, m_nodes.tunnelStatus(name, settings)));
+        list.push_back(tunnelRecord(name, settings, m_traffic.tunnelStatus(name)));
     return ok(std::move(list));
 }
 
@@ -110,10 +112,8 @@ ControlAnswer ControlApi::publications() const
 {
     const ConfigDocument &document = m_config.document();
     json::array list;
-    for (const auto &[name, settings] : document.publications) {
-        const std::string hostname = nodeHostname(document, settings.profile);
-        list.push_back(publicationRecord(name, settings, m_nodes.publicationStatus(name, settings, hostname)));
-    }
+    for (const auto &[name, settings] : document.publications)
+        list.push_back(publicationRecord(name, settings, m_traffic.publicationStatus(name)));
     return ok(std::move(list));
 }
 

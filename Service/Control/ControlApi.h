@@ -5,13 +5,15 @@
 #include "Service/Control/RequestGuard.h"
 #include "Service/Files/UserFolders.h"
 #include "Service/Nodes/NodeEngine.h"
+#include "Service/Nodes/Traffic.h"
 
 namespace veranox {
 
 /// The control API without its transport: one request in, one answer out. What it is given must outlive it.
 class ControlApi {
 public:
-    ControlApi(const ConfigStore &config, const NodeEngine &nodes, RequestGuard guard, Environment environment);
+    ControlApi(const ConfigStore &config, const NodeEngine &nodes, Traffic &traffic, RequestGuard guard,
+        Environment environment);
 
     /// What can be said before the body has come: the refusal of the sender, or nothing.
     std::optional<ControlAnswer> refuseEarly(const ControlRequest &request) const;
@@ -32,6 +34,7 @@ private:
 
     const ConfigStore &m_config;
     const NodeEngine &m_nodes;
+    Traffic &m_traffic;
     RequestGuard m_guard;
     Environment m_environment;
 };

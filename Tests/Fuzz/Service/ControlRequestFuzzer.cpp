@@ -1,5 +1,6 @@
 #include "Service/Control/ControlApi.h"
 #include "Service/Nodes/NoNodeEngine.h"
+#include "Tests/Service/Support/FakeTraffic.h"
 #include <cstdlib>
 #include <sstream>
 
@@ -11,8 +12,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     static const ConfigStore store("/nonexistent");
     static const NoNodeEngine engine(WallTime{});
-    static const ControlApi api(
-        store, engine, RequestGuard(ControlToken::random(), 43200), [](const std::string &) { return std::nullopt; });
+    static test::FakeTraffic traffic;
+    static const ControlApi api(store, engine, traffic, RequestGuard(ControlToken::random(), 43200),
+        [](const std::string &) { return std::nullopt; });
     std::istringstream lines(std::string(reinterpret_cast<const char *>(data), size));
     ControlRequest request;
     std::getline(lines, request.method);

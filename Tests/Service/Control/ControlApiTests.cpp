@@ -1,5 +1,6 @@
 #include "Service/Control/ControlApi.h"
 #include "Service/Nodes/NoNodeEngine.h"
+#include "Tests/Service/Support/FakeTraffic.h"
 #include "Tests/Service/Support/TemporaryFolder.h"
 #include <boost/json/serialize.hpp>
 #include <gmock/gmock.h>
@@ -13,7 +14,8 @@ using Then = ControlAnswer::Then;
 class ControlApiTest : public ::testing::Test {
 protected:
     ControlApiTest()
-        : api(store, engine, RequestGuard(writtenToken(), 43200), [](const std::string &) { return std::nullopt; })
+        : api(store, engine, traffic, RequestGuard(writtenToken(), 43200),
+              [](const std::string &) { return std::nullopt; })
     {
     }
 
@@ -58,6 +60,7 @@ protected:
     std::string tokenText;
     ConfigStore store{folder.path()};
     NoNodeEngine engine{WallTime{}};
+    test::FakeTraffic traffic;
     ControlApi api;
 };
 
@@ -144,8 +147,8 @@ TEST_F(ControlApiTest, HostsThatAreNot)
 
 TEST_F(ControlApiTest, OnTheHttpPortTheHostNeedsNone)
 {
-    const ControlApi onPort80(
-        store, engine, RequestGuard(ControlToken::random(), 80), [](const std::string &) { return std::nullopt; });
+    const ControlApi onPort80(store, engine, traffic, RequestGuard(ControlToken::random(), 80),
+        [](const std::string &) { return std::nullopt; });
     ControlRequest made = request("GET", "/api/health");
     made.hosts = {"localhost"};
     EXPECT_EQ(onPort80.answer(made).status, 200U);

@@ -1,6 +1,7 @@
 #include "Service/Control/ControlServer.h"
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Nodes/NoNodeEngine.h"
+#include "Tests/Service/Support/FakeTraffic.h"
 #include "Tests/Service/Support/RawClient.h"
 #include "Tests/Service/Support/TemporaryFolder.h"
 #include <boost/asio/post.hpp>
@@ -30,7 +31,8 @@ public:
         : m_log(m_lines, level, ""),
           m_acceptor(listenOnLoopback(m_context, {"127.0.0.1", 0})),
           m_port(m_acceptor.local_endpoint().port()),
-          m_api(m_store, m_engine, RequestGuard(token(), m_port), [](const std::string &) { return std::nullopt; }),
+          m_api(m_store, m_engine, m_traffic, RequestGuard(token(), m_port),
+              [](const std::string &) { return std::nullopt; }),
           m_server(m_context, std::move(m_acceptor), m_api, m_store, m_log, limits, [this] { m_server.stop(); }),
           m_thread([this] {
               m_server.start();
@@ -74,6 +76,7 @@ private:
     Log m_log;
     ConfigStore m_store{m_folder.path()};
     NoNodeEngine m_engine{WallTime{}};
+    test::FakeTraffic m_traffic;
     boost::asio::io_context m_context{1};
     boost::asio::ip::tcp::acceptor m_acceptor;
     std::uint16_t m_port;

@@ -30,12 +30,12 @@ LoopbackEndpoint listenEndpoint(const std::string &text)
 }
 
 /// The document of this run: what the file holds and what the lab brings along, with every tunnel at a fixed address.
-void prepareConfig(ConfigStore &store, const std::optional<LabNetwork> &lab, WallTime now)
+void prepareConfig(ConfigStore &store, const std::optional<LabNetwork> &lab, std::uint16_t controlPort, WallTime now)
 {
     store.load(now);
     ConfigDocument document = store.document();
     const bool grew = lab && addLabConfig(*lab, document);
-    const bool assigned = assignTunnelAddresses(document);
+    const bool assigned = assignTunnelAddresses(document, controlPort);
     if (store.isNew() || grew || assigned)
         store.save(std::move(document));
 }
@@ -69,13 +69,14 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     const LoopbackEndpoint endpoint{wanted.host, acceptor.local_endpoint().port()};
 
     ConfigStore config(folders.configuration);
-    prepareConfig(config, lab, time.wallNow());
+    prepareConfig(config, lab, endpoint.port, time.wallNow());
     ControlToken token = ControlToken::random();
     token.writeTo(folders.applicationSupport);
     const std::unique_ptr<NodeEngine> engine = makeEngine(std::move(lab), time);
     NodeTraffic traffic(*engine);
     traffic.apply(config.document());
-    const ControlApi api(config, *engine, traffic, RequestGuard(std::move(token), endpoint.port), environment);
+    ControlApi api(
+        {config, *engine, traffic, time, environment, endpoint.port}, RequestGuard(std::move(token), endpoint.port));
 
     ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&] {
         log.write(LogLevel::Info, "service_stopping", "service is stopping", {{"reason", "request"}});

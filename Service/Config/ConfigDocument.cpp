@@ -1,5 +1,6 @@
 #include "Service/Config/ConfigDocument.h"
 
+#include "Service/Config/PortPlan.h"
 #include "Service/Json/JsonProblem.h"
 #include "Service/Json/JsonText.h"
 #include "Service/Json/NamedRecords.h"
@@ -100,7 +101,11 @@ bool isMapSection(std::string_view key)
 
 ConfigDocument parseConfig(std::string_view text)
 {
-    const json::value value = parseJson(text);
+    return readConfig(parseJson(text));
+}
+
+ConfigDocument readConfig(const json::value &value)
+{
     JsonReader reader(value, "");
     const std::int64_t version = reader.number("Version", {1, INT32_MAX});
     if (version > ConfigDocument::currentVersion)
@@ -122,7 +127,7 @@ json::object configRecord(const ConfigDocument &document)
         {"Profiles", mapRecord(document.profiles)}, {"Security", toJson(document.security)}};
 }
 
-std::string configFileText(const ConfigDocument &document)
+json::object configFile(const ConfigDocument &document)
 {
     json::object file = configRecord(document);
     file["Tunnels"] = mapRecord(document.tunnels);
@@ -131,21 +136,29 @@ std::string configFileText(const ConfigDocument &document)
         if (json::object *section = value.if_object())
             *section = keepingUnknown(std::move(*section), document.asRead.if_contains(key), isMapSection(key));
     const json::value asRead(document.asRead);
-    return prettyJson(keepingUnknown(std::move(file), &asRead, false));
+    return keepingUnknown(std::move(file), &asRead, false);
 }
 
-bool assignTunnelAddresses(ConfigDocument &document)
+std::string configFileText(const ConfigDocument &document)
 {
-    std::set<std::string> taken;
-    for (const auto &[name, tunnel] : document.tunnels)
-        taken.insert(tunnel.listen);
+    return prettyJson(configFile(document));
+}
+
+bool assignTunnelAddresses(ConfigDocument &document, std::uint16_t controlPort)
+{
+    std::set<std::int64_t> taken;
+    for (const std::vector<PortUse> &uses :
+        {routerPorts(document, controlPort), tunnelPorts(document), publishedPorts(document)})
+        for (const PortUse &use : uses)
+            taken.insert(use.port);
     bool assigned = false;
     std::int64_t port = document.router.tunnelListenBase;
     for (auto &[name, tunnel] : document.tunnels) {
         while (tunnel.listen.empty() && port <= portRange.most) {
-            if (const std::string address = "127.0.0.1:" + std::to_string(port++); taken.insert(address).second)
-                tunnel.listen = address;
-            assigned = true;
+            if (const std::int64_t candidate = port++; taken.insert(candidate).second) {
+                tunnel.listen = "127.0.0.1:" + std::to_string(candidate);
+                assigned = true;
+            }
         }
     }
     return assigned;

@@ -68,7 +68,12 @@ struct ConfigDocument {
 /// Reads the document from the text of its file. Throws JsonProblem.
 ConfigDocument parseConfig(std::string_view text);
 
-/// The text of the file, tunnels and publications included.
+/// The same from JSON that has been read already.
+ConfigDocument readConfig(const boost::json::value &value);
+
+/// What the file is to hold: the whole document, tunnels and publications included, and what was read beyond it.
+boost::json::object configFile(const ConfigDocument &document);
+/// The text of that file.
 std::string configFileText(const ConfigDocument &document);
 
 /// The document as the control API gives it: the six sections, without tunnels and publications, which have endpoints
@@ -76,7 +81,7 @@ std::string configFileText(const ConfigDocument &document);
 boost::json::object configRecord(const ConfigDocument &document);
 
 /// Gives every tunnel without a local address the next free port from the base on, so that it stays the same for good.
-/// True when there was one.
-bool assignTunnelAddresses(ConfigDocument &document);
+/// A port is free when nothing in the document uses it and it is not that of the control API. True when there was one.
+bool assignTunnelAddresses(ConfigDocument &document, std::uint16_t controlPort);
 
 } // namespace veranox

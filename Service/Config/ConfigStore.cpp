@@ -2,6 +2,7 @@
 
 #include "Service/Files/Folder.h"
 #include "Service/Json/JsonProblem.h"
+#include "Service/Json/JsonText.h"
 #include "Service/Text/StartProblem.h"
 #include "Service/Text/Timestamps.h"
 #include <system_error>
@@ -14,9 +15,9 @@ const std::string fileName = "config.json";
 constexpr unsigned ownerReadsAndWrites = 0600;
 
 /// "config.json.damaged-20250301T081530Z", with a number behind it where that is taken.
-std::string freeNameFor(const Folder &folder, WallTime now)
+std::string freeNameFor(const Folder &folder, std::string_view why, WallTime now)
 {
-    const std::string name = fileName + ".damaged-" + fileTimestamp(now);
+    const std::string name = fileName + "." + std::string(why) + "-" + fileTimestamp(now);
     std::string candidate = name;
     for (int number = 2; folder.contains(candidate); ++number)
         candidate = name + "-" + std::to_string(number);
@@ -41,9 +42,12 @@ void ConfigStore::load(WallTime now)
 {
     std::string complaint;
     try {
-        const std::optional<std::string> text = openFolder(m_folder).read(fileName, sizeLimit);
+        const Folder folder = openFolder(m_folder);
+        folder.removeAbandoned(fileName);
+        const std::optional<std::string> text = folder.read(fileName, sizeLimit);
         m_isNew = !text;
         m_document = text ? parseConfig(*text) : ConfigDocument{};
+        m_fileText = text.value_or("");
         return;
     } catch (const NewerConfigProblem &problem) {
         throw StartProblem("The configuration file " + file().string() + " is too new: at " + problem.place + ": "
@@ -62,7 +66,7 @@ void ConfigStore::setAside(const std::string &complaint, WallTime now) const
     std::string keptAs;
     try {
         const Folder folder = openFolder(m_folder);
-        keptAs = freeNameFor(folder, now);
+        keptAs = freeNameFor(folder, "damaged", now);
         folder.rename(fileName, keptAs);
     } catch (const std::system_error &failure) {
         throw StartProblem(begin + "; it could not be set aside either (" + failure.what() + "), so mend or move it.");
@@ -73,15 +77,44 @@ void ConfigStore::setAside(const std::string &complaint, WallTime now) const
 
 void ConfigStore::save(ConfigDocument document)
 {
+    document.asRead = configFile(document);
+    std::string text = prettyJson(document.asRead);
+    if (text.size() > sizeLimit)
+        throw StartProblem("The configuration file " + file().string() + " would have more than "
+            + std::to_string(sizeLimit) + " bytes and could not be read again; remove something.");
     try {
-        openFolder(m_folder).replace(fileName, configFileText(document), ownerReadsAndWrites);
+        openFolder(m_folder).replace(fileName, text, ownerReadsAndWrites);
     } catch (const std::system_error &failure) {
         throw StartProblem("The configuration file " + file().string() + " could not be written (" + failure.what()
             + "); make room or let yourself write there.");
     }
     m_document = std::move(document);
+    m_fileText = std::move(text);
     m_isNew = false;
     ++m_generation;
+}
+
+bool ConfigStore::isChangedByOthers() const
+{
+    try {
+        const std::optional<std::string> text = openFolder(m_folder).read(fileName, sizeLimit);
+        return text && *text != m_fileText;
+    } catch (const std::system_error &) {
+        return true;
+    }
+}
+
+void ConfigStore::keepChanged(WallTime now) const
+{
+    try {
+        const Folder folder = openFolder(m_folder);
+        if (const std::optional<std::string> text = folder.read(fileName, sizeLimit))
+            folder.replace(freeNameFor(folder, "replaced", now), *text, ownerReadsAndWrites);
+    } catch (const std::system_error &failure) {
+        throw StartProblem("The configuration file " + file().string()
+            + " was changed by another program, and a copy of it could not be kept (" + failure.what()
+            + "); mend or move the file.");
+    }
 }
 
 } // namespace veranox

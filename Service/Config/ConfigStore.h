@@ -23,6 +23,12 @@ public:
     /// are the old ones.
     void save(ConfigDocument document);
 
+    /// True when the file holds something else than this store last read or wrote. A file that is gone holds nothing
+    /// that could be lost.
+    bool isChangedByOthers() const;
+    /// Keeps what others wrote into the file as "config.json.replaced-<time>" beside it. Throws StartProblem.
+    void keepChanged(WallTime now) const;
+
     const ConfigDocument &document() const { return m_document; }
     std::filesystem::path file() const { return m_folder / "config.json"; }
     bool isNew() const { return m_isNew; }
@@ -34,6 +40,7 @@ private:
 
     std::filesystem::path m_folder;
     ConfigDocument m_document;
+    std::string m_fileText; // as last read or written
     bool m_isNew = true;
     std::uint64_t m_generation = 1;
 };

@@ -2,6 +2,7 @@
 #include <boost/json/value.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace veranox {
 
@@ -14,6 +15,12 @@ struct ControlAnswer {
     std::string allow; // of 405: the methods of the path
     Then then = Then::GoOn;
 };
+
+/// 200 with that body.
+inline ControlAnswer success(boost::json::value body)
+{
+    return {.status = 200, .body = std::move(body), .allow = "", .then = ControlAnswer::Then::GoOn};
+}
 
 /// `{"error": text}` under a status that is not 2xx.
 inline ControlAnswer refusal(unsigned status, std::string_view text)

@@ -1,22 +1,27 @@
 #include "Service/Control/ControlApi.h"
 
-#include "Service/Files/Programs.h"
-#include "Service/Profiles/ProfileRecord.h"
-#include <boost/json/array.hpp>
+#include "Service/Json/JsonProblem.h"
+#include "Service/Text/Refusal.h"
+#include "Service/Text/StartProblem.h"
+#include <exception>
+#include <span>
 
 namespace veranox {
 
-namespace json = boost::json;
+namespace asio = boost::asio;
 
 struct ControlApi::Route {
     std::string_view method;
-    std::string_view path;
-    ControlAnswer (ControlApi::*handler)() const;
+    std::string_view path; // behind /api/; "*" stands for a name
+    Handler handler;
 };
 
 const ControlApi::Route ControlApi::routes[] = {
     {"GET", "profiles", &ControlApi::profiles},
+    {"POST", "profiles/*/login", &ControlApi::login},
+    {"POST", "profiles/*/logout", &ControlApi::logout},
     {"GET", "config", &ControlApi::config},
+    {"POST", "config", &ControlApi::saveConfig},
     {"GET", "environment", &ControlApi::environment},
     {"GET", "tunnels", &ControlApi::tunnels},
     {"GET", "publications", &ControlApi::publications},
@@ -26,25 +31,47 @@ const ControlApi::Route ControlApi::routes[] = {
 
 namespace {
 
-bool isPath(const RequestTarget &target, std::string_view path)
+/// Whether the segments behind /api are those of the path; what stands for the "*" goes into `name`.
+bool isPath(std::span<const std::string> segments, std::string_view path, std::string &name)
 {
-    return target.segments.size() == 2 && target.segments[0] == "api" && target.segments[1] == path;
+    for (const std::string &segment : segments) {
+        const std::string_view expected = path.substr(0, path.find('/'));
+        if (expected == "*" && !segment.empty())
+            name = segment;
+        else if (expected != segment)
+            return false;
+        path.remove_prefix(std::min(path.size(), expected.size() + 1));
+        if (path.empty())
+            return &segment == &segments.back();
+    }
+    return false;
 }
 
-ControlAnswer ok(json::value body)
+ControlAnswer refusalOf(const std::exception_ptr &problem)
 {
-    return {.status = 200, .body = std::move(body), .allow = "", .then = ControlAnswer::Then::GoOn};
+    constexpr unsigned badRequest = 400;
+    constexpr unsigned failed = 500;
+    try {
+        std::rethrow_exception(problem);
+    } catch (const Refusal &refused) {
+        return refusal(static_cast<unsigned>(refused.kind), refused.what());
+    } catch (const JsonValueProblem &value) {
+        return refusal(badRequest, value.place + " " + value.text + ".");
+    } catch (const JsonProblem &body) {
+        return refusal(badRequest, "decoding JSON body: " + body.place + ": " + body.text + ".");
+    } catch (const StartProblem &notSaved) {
+        return refusal(failed, notSaved.what());
+    } catch (const std::exception &unexpected) {
+        return refusal(failed, std::string("Something unexpected went wrong: ") + unexpected.what() + ".");
+    }
 }
 
 } // namespace
 
-ControlApi::ControlApi(
-    const ConfigStore &config, const NodeEngine &nodes, Traffic &traffic, RequestGuard guard, Environment environment)
-    : m_config(config),
-      m_nodes(nodes),
-      m_traffic(traffic),
-      m_guard(std::move(guard)),
-      m_environment(std::move(environment))
+ControlApi::ControlApi(ControlParts parts, RequestGuard guard)
+    : m_parts(std::move(parts)),
+      m_writer(m_parts.config, m_parts.traffic, m_parts.time),
+      m_guard(std::move(guard))
 {
 }
 
@@ -53,21 +80,25 @@ std::optional<ControlAnswer> ControlApi::refuseEarly(const ControlRequest &reque
     return m_guard.checkSender(request);
 }
 
-ControlAnswer ControlApi::answer(const ControlRequest &request) const
+std::variant<ControlApi::Call, ControlAnswer> ControlApi::prepare(ControlRequest request, Handler &handler) const
 {
     if (std::optional<ControlAnswer> refused = m_guard.checkSender(request))
         return *refused;
-    const std::optional<RequestTarget> target = parseTarget(request.target);
+    std::optional<RequestTarget> target = parseTarget(request.target);
     if (!target)
         return refusal(400, "The path of the request is not well formed.");
+    const bool isOurs = target->segments.size() > 1 && target->segments.front() == "api";
+    const std::string_view method = request.method == "HEAD" ? "GET" : std::string_view(request.method);
+    std::string name;
     std::string allowed;
     for (const Route &route : routes) {
-        if (!isPath(*target, route.path))
+        if (!isOurs || !isPath(std::span(target->segments).subspan(1), route.path, name))
             continue;
-        const std::string_view method = request.method == "HEAD" ? "GET" : std::string_view(request.method);
         if (route.method == method) {
-            const std::optional<ControlAnswer> refused = m_guard.checkToken(request);
-            return refused ? *refused : (this->*route.handler)();
+            if (std::optional<ControlAnswer> refused = m_guard.checkToken(request))
+                return *refused;
+            handler = route.handler;
+            return Call{std::move(request), std::move(*target), std::move(name)};
         }
         allowed += (allowed.empty() ? "" : ", ") + std::string(route.method == "GET" ? "GET, HEAD" : route.method);
     }
@@ -78,55 +109,18 @@ ControlAnswer ControlApi::answer(const ControlRequest &request) const
     return wrongMethod;
 }
 
-ControlAnswer ControlApi::profiles() const
+asio::awaitable<ControlAnswer> ControlApi::answer(ControlRequest request)
 {
-    const ConfigDocument &document = m_config.document();
-    json::array list;
-    for (std::size_t i = 0; i < document.profiles.size(); ++i)
-        list.push_back(profileRecord(document, i, m_nodes.profileStatus(document.profiles[i].first)));
-    return ok(std::move(list));
-}
-
-ControlAnswer ControlApi::config() const
-{
-    return ok(configRecord(m_config.document()));
-}
-
-ControlAnswer ControlApi::environment() const
-{
-    const std::string &command = m_config.document().tailscale.tailscaledBin;
-    const std::optional<std::filesystem::path> program = findProgram(command, m_environment);
-    return ok(json::object{
-        {"TailscaledAvailable", program.has_value()}, {"TailscaledBin", program ? program->string() : command}});
-}
-
-ControlAnswer ControlApi::tunnels() const
-{
-    json::array list;
-    for (const auto &[name, settings] : m_config.document().tunnels)
-        list.push_back(tunnelRecord(name, settings, m_traffic.tunnelStatus(name)));
-    return ok(std::move(list));
-}
-
-ControlAnswer ControlApi::publications() const
-{
-    const ConfigDocument &document = m_config.document();
-    json::array list;
-    for (const auto &[name, settings] : document.publications)
-        list.push_back(publicationRecord(name, settings, m_traffic.publicationStatus(name)));
-    return ok(std::move(list));
-}
-
-ControlAnswer ControlApi::health() const
-{
-    return ok(json::object{{"status", "ok"}});
-}
-
-ControlAnswer ControlApi::shutdown() const
-{
-    ControlAnswer answer = ok(json::object{{"status", "stopping"}});
-    answer.then = ControlAnswer::Then::EndService;
-    return answer;
+    std::exception_ptr problem;
+    try {
+        Handler handler = nullptr;
+        const std::variant<Call, ControlAnswer> prepared = prepare(std::move(request), handler);
+        const Call *call = std::get_if<Call>(&prepared);
+        co_return call ? (this->*handler)(*call) : std::get<ControlAnswer>(prepared);
+    } catch (...) {
+        problem = std::current_exception();
+    }
+    co_return refusalOf(problem);
 }
 
 } // namespace veranox

@@ -1,42 +1,73 @@
 #pragma once
 #include "Service/Config/ConfigStore.h"
+#include "Service/Config/ConfigWriter.h"
 #include "Service/Control/ControlAnswer.h"
 #include "Service/Control/ControlRequest.h"
 #include "Service/Control/RequestGuard.h"
 #include "Service/Files/UserFolders.h"
 #include "Service/Nodes/NodeEngine.h"
+#include "Service/Nodes/TimeSource.h"
 #include "Service/Nodes/Traffic.h"
+#include <boost/asio/awaitable.hpp>
+#include <cstdint>
+#include <string>
+#include <variant>
 
 namespace veranox {
 
-/// The control API without its transport: one request in, one answer out. What it is given must outlive it.
+/// What the control API works on.
+struct ControlParts {
+    ConfigStore &config;
+    NodeEngine &nodes;
+    Traffic &traffic;
+    const TimeSource &time;
+    Environment environment;
+    std::uint16_t port; // of the control API itself
+};
+
+/// The control API without its transport: one request in, one answer out. What it is given must outlive it, and it must
+/// outlive every answer that it was asked for.
 class ControlApi {
 public:
-    ControlApi(const ConfigStore &config, const NodeEngine &nodes, Traffic &traffic, RequestGuard guard,
-        Environment environment);
+    ControlApi(ControlParts parts, RequestGuard guard);
 
     /// What can be said before the body has come: the refusal of the sender, or nothing.
     std::optional<ControlAnswer> refuseEarly(const ControlRequest &request) const;
 
-    ControlAnswer answer(const ControlRequest &request) const;
+    /// Never fails: whatever goes wrong is an answer. A refused write has changed nothing.
+    boost::asio::awaitable<ControlAnswer> answer(ControlRequest request);
 
 private:
+    /// A request on its way to its handler.
+    struct Call {
+        ControlRequest request;
+        RequestTarget target;
+        std::string name; // what stands in the path where the route has a "*"
+    };
+    using Handler = ControlAnswer (ControlApi::*)(const Call &);
     struct Route;
     static const Route routes[];
 
-    ControlAnswer profiles() const;
-    ControlAnswer config() const;
-    ControlAnswer environment() const;
-    ControlAnswer tunnels() const;
-    ControlAnswer publications() const;
-    ControlAnswer health() const;
-    ControlAnswer shutdown() const;
+    std::variant<Call, ControlAnswer> prepare(ControlRequest request, Handler &handler) const;
 
-    const ConfigStore &m_config;
-    const NodeEngine &m_nodes;
-    Traffic &m_traffic;
+    TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const;
+    PublicationStatus publicationStatus(const std::string &name, const PublicationSettings &settings) const;
+
+    ControlAnswer profiles(const Call &call);
+    ControlAnswer config(const Call &call);
+    ControlAnswer environment(const Call &call);
+    ControlAnswer tunnels(const Call &call);
+    ControlAnswer publications(const Call &call);
+    ControlAnswer health(const Call &call);
+
+    ControlAnswer saveConfig(const Call &call);
+    ControlAnswer login(const Call &call);
+    ControlAnswer logout(const Call &call);
+    ControlAnswer shutdown(const Call &call);
+
+    ControlParts m_parts;
+    ConfigWriter m_writer;
     RequestGuard m_guard;
-    Environment m_environment;
 };
 
 } // namespace veranox

@@ -11,12 +11,14 @@ std::optional<char> unescape(std::string_view digits)
     unsigned value = 0;
     const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
     const bool isWhole = failure == std::errc{} && digits.size() == 2 && end == digits.data() + digits.size();
-    if (!isWhole || value == 0 || value == '/')
+    if (!isWhole || value == 0)
         return std::nullopt;
     return static_cast<char>(value);
 }
 
-std::optional<std::string> decode(std::string_view segment)
+} // namespace
+
+std::optional<std::string> percentDecoded(std::string_view segment)
 {
     std::string text;
     while (!segment.empty()) {
@@ -34,8 +36,6 @@ std::optional<std::string> decode(std::string_view segment)
     return text;
 }
 
-} // namespace
-
 std::optional<RequestTarget> parseTarget(std::string_view target)
 {
     if (!target.starts_with('/'))
@@ -48,8 +48,8 @@ std::optional<RequestTarget> parseTarget(std::string_view target)
     while (!path.empty()) {
         path.remove_prefix(1);
         const std::string_view segment = path.substr(0, path.find('/'));
-        std::optional<std::string> text = decode(segment);
-        if (!text)
+        std::optional<std::string> text = percentDecoded(segment);
+        if (!text || text->contains('/'))
             return std::nullopt;
         result.segments.push_back(std::move(*text));
         path.remove_prefix(segment.size());

@@ -15,6 +15,7 @@ struct ControlRequest {
     std::vector<std::string> tokens; // every X-Veranox-Token header
     std::string correlationID; // X-Correlation-ID, empty when absent
     std::string attempt; // X-Veranox-Attempt, empty when absent
+    std::string body;
 
     bool isRead() const { return method == "GET" || method == "HEAD"; }
 };
@@ -26,6 +27,9 @@ struct RequestTarget {
 
     bool operator==(const RequestTarget &) const = default;
 };
+
+/// The text with its %XX escapes resolved. Nothing when an escape is none or hides a zero byte.
+std::optional<std::string> percentDecoded(std::string_view text);
 
 /// Takes "/api/tunnels/a%20b?x=y" apart. Nothing for what does not begin with a slash, has a bad escape, or hides a
 /// slash or a zero byte in one.

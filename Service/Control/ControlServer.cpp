@@ -18,7 +18,7 @@ constexpr std::chrono::milliseconds pauseAfterFailedAccept{100};
 
 } // namespace
 
-ControlServer::ControlServer(asio::io_context &context, asio::ip::tcp::acceptor acceptor, const ControlApi &api,
+ControlServer::ControlServer(asio::io_context &context, asio::ip::tcp::acceptor acceptor, ControlApi &api,
     const ConfigStore &config, Log &log, ControlLimits limits, std::function<void()> onShutdown)
     : m_context(context),
       m_acceptor(std::move(acceptor)),
@@ -63,14 +63,15 @@ void ControlServer::begin(asio::ip::tcp::socket socket)
     session->start();
 }
 
-/// Pushes out the connection that has kept us waiting longest, so that a crowd of idle ones locks nobody out.
+/// Pushes out the connection that has kept us waiting longest, for a request or for taking an answer, so that a crowd
+/// of such connections locks nobody out.
 bool ControlServer::makeRoom()
 {
     if (m_sessions.size() < m_limits.connections)
         return true;
     ControlSession *longest = nullptr;
     for (ControlSession *session : m_sessions)
-        if (session->isWaiting() && (longest == nullptr || session->waitingSince() < longest->waitingSince()))
+        if (session->dependsOnClient() && (longest == nullptr || session->waitingSince() < longest->waitingSince()))
             longest = session;
     if (!longest)
         return false;

@@ -21,7 +21,7 @@ class ControlSession;
 class ControlServer {
 public:
     /// `acceptor` already listens. `onShutdown` is called when a client has asked for the end and has its answer.
-    ControlServer(boost::asio::io_context &context, boost::asio::ip::tcp::acceptor acceptor, const ControlApi &api,
+    ControlServer(boost::asio::io_context &context, boost::asio::ip::tcp::acceptor acceptor, ControlApi &api,
         const ConfigStore &config, Log &log, ControlLimits limits, std::function<void()> onShutdown);
     ControlServer(const ControlServer &) = delete;
     ControlServer &operator=(const ControlServer &) = delete;
@@ -33,7 +33,7 @@ public:
     void stop();
 
     // For its sessions.
-    const ControlApi &api() const { return m_api; }
+    ControlApi &api() const { return m_api; }
     const ControlLimits &limits() const { return m_limits; }
     bool isStopping() const { return m_isStopping; }
     void sessionEnded(ControlSession &session);
@@ -51,7 +51,7 @@ private:
     boost::asio::io_context &m_context;
     boost::asio::ip::tcp::acceptor m_acceptor;
     boost::asio::steady_timer m_timer;
-    const ControlApi &m_api;
+    ControlApi &m_api;
     const ConfigStore &m_config;
     Log &m_log;
     ControlLimits m_limits;

@@ -72,9 +72,9 @@ void ControlSession::close()
     m_stream.close();
 }
 
-void ControlSession::wait()
+void ControlSession::enter(Stage stage)
 {
-    m_isWaiting = true;
+    m_stage = stage;
     m_waitingSince = std::chrono::steady_clock::now();
 }
 
@@ -88,7 +88,7 @@ asio::awaitable<void> ControlSession::run(std::shared_ptr<ControlSession> self)
 
 asio::awaitable<bool> ControlSession::serveOne()
 {
-    wait();
+    enter(Stage::Request);
     const bool isThere = co_await awaitFirstByte();
     if (!isThere)
         co_return false;
@@ -103,7 +103,11 @@ asio::awaitable<bool> ControlSession::serveOne()
     const bool hasBody = co_await readBody();
     if (!hasBody)
         co_return false;
-    co_return co_await send(m_server.api().answer(m_request));
+    enter(Stage::Working);
+    ControlRequest request = m_request;
+    request.body = std::move(m_parser->get().body());
+    ControlAnswer answer = co_await m_server.api().answer(std::move(request));
+    co_return co_await send(std::move(answer));
 }
 
 asio::awaitable<bool> ControlSession::awaitFirstByte()
@@ -161,12 +165,13 @@ ControlRequest ControlSession::currentRequest() const
         .origins = allFields(request, "Origin"),
         .tokens = allFields(request, "X-Veranox-Token"),
         .correlationID = std::string(request["X-Correlation-ID"]),
-        .attempt = std::string(request["X-Veranox-Attempt"])};
+        .attempt = std::string(request["X-Veranox-Attempt"]),
+        .body = ""};
 }
 
 asio::awaitable<bool> ControlSession::send(ControlAnswer answer)
 {
-    m_isWaiting = false;
+    enter(Stage::Answer);
     const bool wantsMore = m_parser->is_header_done() && m_parser->get().keep_alive();
     const bool goesOn = wantsMore && answer.then == ControlAnswer::Then::GoOn && !m_server.isStopping();
     http::response<http::string_body> response(static_cast<http::status>(answer.status), 11);
@@ -197,7 +202,7 @@ asio::awaitable<void> ControlSession::letClientRead()
     m_stream.socket().shutdown(asio::ip::tcp::socket::shutdown_send, failure);
     if (m_server.isStopping())
         co_return;
-    wait();
+    enter(Stage::Request);
     m_stream.expires_after(m_server.limits().linger);
     std::array<char, 16384> rest{};
     for (std::size_t pieces = 0; pieces < patience; ++pieces) {

@@ -27,11 +27,14 @@ public:
     /// Cuts the connection now.
     void close();
 
-    /// True while the client is awaited, false while an answer is on its way.
-    bool isWaiting() const { return m_isWaiting; }
+    /// True while a request is awaited, false while an answer is made or on its way.
+    bool isWaiting() const { return m_stage == Stage::Request; }
+    /// True while only the client can bring things on: it has to send, or to take an answer.
+    bool dependsOnClient() const { return m_stage != Stage::Working; }
     std::chrono::steady_clock::time_point waitingSince() const { return m_waitingSince; }
 
 private:
+    enum class Stage { Request, Working, Answer };
     using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
     using ErrorCode = boost::beast::error_code;
 
@@ -45,7 +48,7 @@ private:
     boost::asio::awaitable<bool> send(ControlAnswer answer);
     boost::asio::awaitable<void> letClientRead();
     ControlRequest currentRequest() const;
-    void wait();
+    void enter(Stage stage);
 
     boost::beast::tcp_stream m_stream;
     ControlServer &m_server;
@@ -54,7 +57,7 @@ private:
     ControlRequest m_request;
     std::chrono::steady_clock::time_point m_waitingSince;
     std::chrono::steady_clock::time_point m_requestBegan;
-    bool m_isWaiting = true;
+    Stage m_stage = Stage::Request;
     bool m_isFirstRequest = true;
 };
 

@@ -2,6 +2,7 @@
 
 #include "Service/Files/Descriptor.h"
 #include <array>
+#include <chrono>
 #include <fcntl.h>
 #include <random>
 #include <sys/stat.h>
@@ -72,10 +73,12 @@ void writeAll(int file, std::string_view content)
     }
 }
 
+constexpr std::string_view unfinishedEnding = ".new";
+
 std::string temporaryName(const std::string &name)
 {
     std::random_device random;
-    return "." + name + "." + std::to_string(random()) + ".new";
+    return "." + name + "." + std::to_string(random()) + std::string(unfinishedEnding);
 }
 
 /// An entry that is taken away again unless the work on it came to its end.
@@ -164,6 +167,48 @@ void Folder::replace(const std::string &name, std::string_view content, unsigned
     unfinished.finish();
     if (::fsync(m_descriptor) != 0)
         throwSystemError("bringing the folder to the disk");
+}
+
+void Folder::removeAbandoned(const std::string &name) const
+{
+    constexpr std::chrono::seconds surelyAbandoned{60};
+    std::error_code failure;
+    for (std::filesystem::directory_iterator entry(m_path, failure), end; !failure && entry != end;
+        entry.increment(failure)) {
+        const std::string candidate = entry->path().filename();
+        struct stat info{};
+        if (!candidate.starts_with("." + name + ".") || !candidate.ends_with(unfinishedEnding)
+            || ::fstatat(m_descriptor, candidate.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
+            continue;
+        const auto written = std::chrono::system_clock::from_time_t(info.st_mtime);
+        if (S_ISREG(info.st_mode) && written + surelyAbandoned < std::chrono::system_clock::now())
+            ::unlinkat(m_descriptor, candidate.c_str(), 0);
+    }
+}
+
+void Folder::append(const std::string &name, std::string_view content, std::size_t limit, unsigned mode) const
+{
+    Descriptor file(::openat(m_descriptor, name.c_str(),
+        O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, static_cast<mode_t>(mode)));
+    if (file.get() < 0)
+        throwSystemError("opening it");
+    const struct stat info = statOf(file.get(), "the file");
+    if (!S_ISREG(info.st_mode))
+        throw std::system_error(EINVAL, std::generic_category(), "adding to it, as it is no regular file");
+    if (::fchmod(file.get(), static_cast<mode_t>(mode)) != 0)
+        throwSystemError("setting who may read it");
+    if (content.size() > limit || static_cast<std::size_t>(info.st_size) > limit - content.size())
+        throw std::system_error(EFBIG, std::generic_category(),
+            "adding to it, as it would have more than " + std::to_string(limit) + " bytes");
+    try {
+        writeAll(file.get(), content);
+        if (::fsync(file.get()) != 0)
+            throwSystemError("bringing it to the disk");
+    } catch (const std::system_error &) {
+        if (::ftruncate(file.get(), info.st_size) != 0)
+            throwSystemError("taking back what was half added");
+        throw;
+    }
 }
 
 void Folder::rename(const std::string &from, const std::string &to) const

@@ -28,6 +28,14 @@ public:
     /// crash, either the old or the new content is there, whole.
     void replace(const std::string &name, std::string_view content, unsigned mode) const;
 
+    /// Takes away what a replace() of that name left behind when its process was killed. Only what is older than a
+    /// minute: a younger one may be the work of a process that still lives.
+    void removeAbandoned(const std::string &name) const;
+
+    /// Adds the content at the end of the regular file of that name, which is made where it is missing, and brings it
+    /// to the disk. Fails, with nothing added, when the file would have more than `limit` bytes.
+    void append(const std::string &name, std::string_view content, std::size_t limit, unsigned mode) const;
+
     /// Renames an entry of any kind. Fails when the new name is taken.
     void rename(const std::string &from, const std::string &to) const;
 

@@ -19,6 +19,12 @@ public:
     const std::string text;
 };
 
+/// The member has the right type, but a value that is not allowed.
+class JsonValueProblem : public JsonProblem {
+public:
+    using JsonProblem::JsonProblem;
+};
+
 /// The document is in order, but of a version that only a newer program can read. It must be left as it is.
 class NewerConfigProblem : public JsonProblem {
 public:

@@ -45,8 +45,11 @@ std::int64_t asNumber(const json::value &value, const std::string &place, Number
     const std::int64_t *number = value.if_int64();
     if (number && *number >= range.least && *number <= range.most)
         return *number;
-    throw JsonProblem(
-        place, "must be a whole number from " + std::to_string(range.least) + " to " + std::to_string(range.most));
+    const std::string rule =
+        "must be a whole number from " + std::to_string(range.least) + " to " + std::to_string(range.most);
+    if (number || value.is_uint64())
+        throw JsonValueProblem(place, rule);
+    throw JsonProblem(place, rule);
 }
 
 } // namespace
@@ -113,7 +116,7 @@ std::string JsonReader::word(std::string_view key, const std::vector<std::string
     std::string choice;
     for (const std::string &word : words)
         choice += (choice.empty() ? "" : word == words.back() ? " or " : ", ") + inQuotes(word);
-    complain(key, inQuotes(value) + " is not known; it must be " + choice);
+    throw JsonValueProblem(placeOf(key), inQuotes(value) + " is not known; it must be " + choice);
 }
 
 bool JsonReader::flag(std::string_view key)

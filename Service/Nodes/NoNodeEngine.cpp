@@ -17,6 +17,16 @@ NodeStatus NoNodeEngine::profileStatus(const std::string &) const
     return {.ok = false, .backendState = "Stopped", .raw = "", .error = noEngine, .since = m_started};
 }
 
+NodeAction NoNodeEngine::login(const std::string &)
+{
+    return {.ok = false, .output = "", .error = noEngine, .authURL = ""};
+}
+
+NodeAction NoNodeEngine::logout(const std::string &)
+{
+    return {.ok = false, .output = "", .error = noEngine, .authURL = ""};
+}
+
 TunnelStatus NoNodeEngine::tunnelStatus(const std::string &, const TunnelSettings &settings) const
 {
     if (settings.disabled)

@@ -9,6 +9,8 @@ public:
     explicit NoNodeEngine(WallTime started);
 
     NodeStatus profileStatus(const std::string &profile) const override;
+    NodeAction login(const std::string &profile) override;
+    NodeAction logout(const std::string &profile) override;
     TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const override;
     PublicationStatus publicationStatus(
         const std::string &name, const PublicationSettings &settings, const std::string &hostname) const override;

@@ -1,6 +1,5 @@
 #include "Service/Nodes/Lab/LabEngine.h"
 
-#include "Service/Nodes/Lab/LabPhase.h"
 #include "Service/Text/Timestamps.h"
 
 namespace veranox {
@@ -93,14 +92,25 @@ LabTime LabEngine::elapsed() const
     return std::chrono::floor<LabTime>(m_time.steadyNow() - m_steadyStart);
 }
 
+LabSession LabEngine::sessionOf(const std::string &profile) const
+{
+    const auto known = m_sessions.find(profile);
+    return known == m_sessions.end() ? LabSession{} : known->second;
+}
+
+LabPhase LabEngine::nodePhase(const std::string &name, const LabProfile &profile) const
+{
+    return phaseOf(profile, sessionOf(name), elapsed());
+}
+
 NodeStatus LabEngine::profileStatus(const std::string &profile) const
 {
     const LabProfile *lab = findNamed(m_network.profiles, profile);
     if (!lab)
         return {
             .ok = false, .backendState = "Stopped", .raw = "", .error = unknownProfile(profile), .since = m_wallStart};
-    const LabPhase phase = phaseOf(*lab, elapsed());
-    const NodeWords words = wordsFor(phase, lab->needsLogin);
+    const LabPhase phase = nodePhase(profile, *lab);
+    const NodeWords words = wordsFor(phase, needsLogin(*lab, sessionOf(profile)));
     return {.ok = phase.kind == Kind::Running,
         .backendState = words.state,
         .raw = "lab node on tailnet " + lab->tailnet + ": " + words.state,
@@ -118,7 +128,7 @@ TunnelStatus LabEngine::tunnelStatus(const std::string &name, const TunnelSettin
     const LabTunnel *known = findNamed(m_network.tunnels, name);
     const LabTunnel tunnel = known ? *known : LabTunnel{};
     const LabTime now = elapsed();
-    const LabPhase node = phaseOf(*profile, now);
+    const LabPhase node = nodePhase(settings.profile, *profile);
     const LabPhase phase = phaseOf(tunnel, node, now);
     return {.state = stateWord(phase),
         .activeConns = phase.kind == Kind::Running ? tunnel.activeConns : 0,
@@ -142,7 +152,7 @@ PublicationStatus LabEngine::publicationStatus(
     const LabPublication *known = findNamed(m_network.publications, name);
     const LabPublication publication = known ? *known : LabPublication{};
     const LabTime now = elapsed();
-    const LabPhase node = phaseOf(*profile, now);
+    const LabPhase node = nodePhase(settings.profile, *profile);
     const LabPhase phase = phaseOf(publication, node, now);
     status.state = stateWord(phase);
     status.lastError = failureText(phase, node, settings.profile);

@@ -49,7 +49,9 @@ struct LabProfile {
     std::string tailnet;
     LabTime settlesAfter{0};
     bool needsLogin = false; // asks for a login when it has settled, otherwise, if it must be approved, for that
-    std::optional<LabTime> approvedAfter; // how long it asks; absent with needsLogin: for ever
+    // How long it asks: for a login counted from POST login, where absent means for ever with needsLogin and not at all
+    // after a logout; for an approval counted from when it has settled.
+    std::optional<LabTime> approvedAfter;
     std::optional<LabFailure> failure; // counted from the start of the service
     LabPolicy policy;
     std::optional<ProfileSettings> config;

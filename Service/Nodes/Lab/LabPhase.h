@@ -14,9 +14,20 @@ struct LabPhase {
     bool operator==(const LabPhase &) const = default;
 };
 
+/// What has been done about the login of a node since the start of the service.
+struct LabSession {
+    std::optional<LabTime> loggedOut; // when it was last signed out
+    std::optional<LabTime> login; // when the sign-in that now counts was begun; gone with a logout
+
+    bool operator==(const LabSession &) const = default;
+};
+
+/// True when the node asks a person for a login and not for an approval alone.
+bool needsLogin(const LabProfile &profile, const LabSession &session);
+
 /// A node is unknown for the first quarter of its time to settle, then starting, then asks for what it needs, then
 /// runs; a failure ends all that for good.
-LabPhase phaseOf(const LabProfile &profile, LabTime elapsed);
+LabPhase phaseOf(const LabProfile &profile, const LabSession &session, LabTime elapsed);
 
 /// A tunnel or publication starts until its node runs and its own time has passed. A node that failed fails it too.
 template <class Settings>

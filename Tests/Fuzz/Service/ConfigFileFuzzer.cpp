@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     try {
         ConfigDocument document = parseConfig({reinterpret_cast<const char *>(data), size});
-        assignTunnelAddresses(document);
+        assignTunnelAddresses(document, 43200);
         const std::string text = configFileText(document);
         ConfigDocument again = parseConfig(text);
         if (configFileText(again) != text)

@@ -1,6 +1,4 @@
-#include "Service/Control/ControlApi.h"
-#include "Service/Nodes/NoNodeEngine.h"
-#include "Tests/Service/Support/FakeTraffic.h"
+#include "Tests/Service/Support/ApiBed.h"
 #include <cstdlib>
 #include <sstream>
 
@@ -10,11 +8,7 @@ using namespace veranox;
 /// can guess, nothing but a read from this computer may succeed.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const ConfigStore store("/nonexistent");
-    static const NoNodeEngine engine(WallTime{});
-    static test::FakeTraffic traffic;
-    static const ControlApi api(store, engine, traffic, RequestGuard(ControlToken::random(), 43200),
-        [](const std::string &) { return std::nullopt; });
+    static test::ApiBed bed;
     std::istringstream lines(std::string(reinterpret_cast<const char *>(data), size));
     ControlRequest request;
     std::getline(lines, request.method);
@@ -22,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (std::vector<std::string> *values : {&request.hosts, &request.origins, &request.tokens})
         if (std::string line; std::getline(lines, line) && !line.empty())
             values->push_back(line);
-    const ControlAnswer answer = api.answer(request);
+    const ControlAnswer answer = test::awaitAnswer(bed.api(), request);
     if (answer.then == ControlAnswer::Then::EndService)
         std::abort();
     if (answer.status == 200 && (!request.isRead() || request.hosts.size() != 1))

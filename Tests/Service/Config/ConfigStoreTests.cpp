@@ -231,11 +231,12 @@ TEST_F(ConfigStoreTest, FullDiskKeepsFileAndDocument)
     store.load(time.wallNow());
     store.save(fullDocument());
     const std::string before = folder.read("config.json");
+    const ConfigDocument document = store.document();
     {
         const test::FileSizeLimit full(100);
         EXPECT_THROW(store.save(ConfigDocument{}), StartProblem);
     }
-    EXPECT_EQ(store.document(), fullDocument());
+    EXPECT_EQ(store.document(), document);
     EXPECT_EQ(store.generation(), 2U);
     EXPECT_EQ(folder.read("config.json"), before);
     EXPECT_THAT(folder.names(), ElementsAre("config.json"));
@@ -259,12 +260,12 @@ TEST(ConfigDocument, TunnelsWithoutAnAddressGetTheNextFreePorts)
         {"a", ""}, {"b", "127.0.0.1:50001"}, {"c", ""}, {"d", "127.0.0.1:9"}};
     for (const auto &[name, listen] : tunnels)
         document.tunnels.emplace_back(name, TunnelSettings{}).second.listen = listen;
-    EXPECT_TRUE(assignTunnelAddresses(document));
+    EXPECT_TRUE(assignTunnelAddresses(document, 43200));
     std::vector<std::string> addresses;
     for (const auto &[name, tunnel] : document.tunnels)
         addresses.push_back(tunnel.listen);
     EXPECT_THAT(addresses, ElementsAre("127.0.0.1:50000", "127.0.0.1:50001", "127.0.0.1:50002", "127.0.0.1:9"));
-    EXPECT_FALSE(assignTunnelAddresses(document));
+    EXPECT_FALSE(assignTunnelAddresses(document, 43200));
 }
 
 TEST(ConfigDocument, PortsThatRunOutLeaveATunnelWithoutAddress)
@@ -273,7 +274,7 @@ TEST(ConfigDocument, PortsThatRunOutLeaveATunnelWithoutAddress)
     document.router.tunnelListenBase = 65535;
     document.tunnels.emplace_back("a", TunnelSettings{});
     document.tunnels.emplace_back("b", TunnelSettings{});
-    EXPECT_TRUE(assignTunnelAddresses(document));
+    EXPECT_TRUE(assignTunnelAddresses(document, 43200));
     EXPECT_EQ(document.tunnels[0].second.listen, "127.0.0.1:65535");
     EXPECT_EQ(document.tunnels[1].second.listen, "");
 }

@@ -1,7 +1,4 @@
-#include "Service/Control/ControlApi.h"
-#include "Service/Nodes/NoNodeEngine.h"
-#include "Tests/Service/Support/FakeTraffic.h"
-#include "Tests/Service/Support/TemporaryFolder.h"
+#include "Tests/Service/Support/ApiBed.h"
 #include <boost/json/serialize.hpp>
 #include <gmock/gmock.h>
 
@@ -13,55 +10,36 @@ using Then = ControlAnswer::Then;
 
 class ControlApiTest : public ::testing::Test {
 protected:
-    ControlApiTest()
-        : api(store, engine, traffic, RequestGuard(writtenToken(), 43200),
-              [](const std::string &) { return std::nullopt; })
+    /// A request without a token.
+    ControlRequest request(const std::string &method, const std::string &target) const
     {
-    }
-
-    ControlToken writtenToken()
-    {
-        ControlToken token = ControlToken::random();
-        token.writeTo(folder.path());
-        tokenText = folder.read("control.token").substr(0, 64);
-        return token;
-    }
-
-    static ControlRequest request(const std::string &method, const std::string &target)
-    {
-        ControlRequest made;
-        made.method = method;
-        made.target = target;
-        made.hosts = {"127.0.0.1:43200"};
+        ControlRequest made = bed.request(method, target);
+        made.tokens.clear();
         return made;
     }
 
-    unsigned status(const std::string &method, const std::string &target) const
+    ControlAnswer answer(const ControlRequest &request) { return test::awaitAnswer(bed.api(), request); }
+
+    unsigned status(const std::string &method, const std::string &target)
     {
-        return api.answer(request(method, target)).status;
+        return answer(request(method, target)).status;
     }
 
-    unsigned statusForHosts(std::vector<std::string> hosts) const
+    unsigned statusForHosts(std::vector<std::string> hosts)
     {
         ControlRequest made = request("GET", "/api/health");
         made.hosts = std::move(hosts);
-        return api.answer(made).status;
+        return answer(made).status;
     }
 
-    unsigned statusForOrigins(const std::string &method, std::vector<std::string> origins) const
+    unsigned statusForOrigins(const std::string &method, std::vector<std::string> origins)
     {
-        ControlRequest made = request(method, method == "POST" ? "/api/shutdown" : "/api/health");
+        ControlRequest made = bed.request(method, method == "POST" ? "/api/shutdown" : "/api/health");
         made.origins = std::move(origins);
-        made.tokens = {tokenText};
-        return api.answer(made).status;
+        return answer(made).status;
     }
 
-    test::TemporaryFolder folder;
-    std::string tokenText;
-    ConfigStore store{folder.path()};
-    NoNodeEngine engine{WallTime{}};
-    test::FakeTraffic traffic;
-    ControlApi api;
+    test::ApiBed bed;
 };
 
 TEST_F(ControlApiTest, SixReadsNeedNoToken)
@@ -75,30 +53,31 @@ TEST_F(ControlApiTest, SixReadsNeedNoToken)
 
 TEST_F(ControlApiTest, EmptyServiceAnswersEmptyLists)
 {
-    EXPECT_EQ(boost::json::serialize(api.answer(request("GET", "/api/profiles")).body), "[]");
-    EXPECT_EQ(boost::json::serialize(api.answer(request("GET", "/api/tunnels")).body), "[]");
-    EXPECT_EQ(boost::json::serialize(api.answer(request("GET", "/api/publications")).body), "[]");
-    EXPECT_EQ(boost::json::serialize(api.answer(request("GET", "/api/environment")).body),
+    EXPECT_EQ(boost::json::serialize(answer(request("GET", "/api/profiles")).body), "[]");
+    EXPECT_EQ(boost::json::serialize(answer(request("GET", "/api/tunnels")).body), "[]");
+    EXPECT_EQ(boost::json::serialize(answer(request("GET", "/api/publications")).body), "[]");
+    EXPECT_EQ(boost::json::serialize(answer(request("GET", "/api/environment")).body),
         R"({"TailscaledAvailable":false,"TailscaledBin":"tailscaled"})");
 }
 
 TEST_F(ControlApiTest, UnknownPathsAre404)
 {
     for (const std::string target : {"/", "/api", "/api/", "/api/health/", "/api//health", "/health", "/api/health/x",
-             "/api/Health", "/API/health", "//api/health", "/api/tunnels/a/start", "/api/healt%68x"})
+             "/api/Health", "/API/health", "//api/health", "/api/profiles//login", "/api/profiles/a", "/api/healt%68x"})
         EXPECT_EQ(status("GET", target), 404U) << target;
-    EXPECT_EQ(status("POST", "/api/tunnels/a/start"), 404U) << "a write that does not exist yet";
 }
 
 TEST_F(ControlApiTest, WrongMethodsAre405AndNameTheRightOnes)
 {
     for (const std::string method : {"POST", "PUT", "DELETE", "PATCH", "OPTIONS", "CONNECT", "get", "X"}) {
-        const ControlAnswer answer = api.answer(request(method, "/api/config"));
-        EXPECT_EQ(answer.status, 405U) << method;
-        EXPECT_EQ(answer.allow, "GET, HEAD");
-        EXPECT_TRUE(answer.body.at("error").is_string());
+        const ControlAnswer given = answer(request(method, "/api/environment"));
+        EXPECT_EQ(given.status, 405U) << method;
+        EXPECT_EQ(given.allow, "GET, HEAD");
+        EXPECT_TRUE(given.body.at("error").is_string());
     }
-    EXPECT_EQ(api.answer(request("GET", "/api/shutdown")).allow, "POST");
+    EXPECT_EQ(answer(request("GET", "/api/shutdown")).allow, "POST");
+    EXPECT_EQ(answer(request("DELETE", "/api/config")).allow, "GET, HEAD, POST");
+    EXPECT_EQ(answer(request("GET", "/api/profiles/a%20b/login")).allow, "POST");
 }
 
 TEST_F(ControlApiTest, MalformedTargetsAre400)
@@ -112,19 +91,19 @@ TEST_F(ControlApiTest, WritesNeedTheToken)
 {
     ControlRequest shutdown = request("POST", "/api/shutdown");
     const std::vector<std::string> wrong[] = {
-        {}, {""}, {"wrong"}, {tokenText + " "}, {tokenText, tokenText}, {"wrong", tokenText}};
+        {}, {""}, {"wrong"}, {bed.token() + " "}, {bed.token(), bed.token()}, {"wrong", bed.token()}};
     for (const std::vector<std::string> &tokens : wrong) {
         shutdown.tokens = tokens;
-        const ControlAnswer answer = api.answer(shutdown);
-        EXPECT_EQ(answer.status, 403U);
-        EXPECT_EQ(answer.then, Then::GoOn) << "nothing happened";
-        EXPECT_TRUE(answer.body.at("error").is_string());
+        const ControlAnswer given = answer(shutdown);
+        EXPECT_EQ(given.status, 403U);
+        EXPECT_EQ(given.then, Then::GoOn) << "nothing happened";
+        EXPECT_TRUE(given.body.at("error").is_string());
     }
-    shutdown.tokens = {tokenText};
-    const ControlAnswer answer = api.answer(shutdown);
-    EXPECT_EQ(answer.status, 200U);
-    EXPECT_EQ(answer.then, Then::EndService);
-    EXPECT_TRUE(answer.body.at("status").is_string());
+    shutdown.tokens = {bed.token()};
+    const ControlAnswer given = answer(shutdown);
+    EXPECT_EQ(given.status, 200U);
+    EXPECT_EQ(given.then, Then::EndService);
+    EXPECT_TRUE(given.body.at("status").is_string());
 }
 
 TEST_F(ControlApiTest, HostsThatAreThisService)
@@ -147,13 +126,14 @@ TEST_F(ControlApiTest, HostsThatAreNot)
 
 TEST_F(ControlApiTest, OnTheHttpPortTheHostNeedsNone)
 {
-    const ControlApi onPort80(store, engine, traffic, RequestGuard(ControlToken::random(), 80),
-        [](const std::string &) { return std::nullopt; });
+    ControlApi onPort80(
+        {bed.store(), bed.nodes(), bed.traffic(), bed.time(), [](const std::string &) { return std::nullopt; }, 80},
+        RequestGuard(ControlToken::random(), 80));
     ControlRequest made = request("GET", "/api/health");
     made.hosts = {"localhost"};
-    EXPECT_EQ(onPort80.answer(made).status, 200U);
+    EXPECT_EQ(test::awaitAnswer(onPort80, made).status, 200U);
     made.hosts = {"localhost:43200"};
-    EXPECT_EQ(onPort80.answer(made).status, 421U);
+    EXPECT_EQ(test::awaitAnswer(onPort80, made).status, 421U);
 }
 
 TEST_F(ControlApiTest, OriginsOfOurOwnMayRead)
@@ -182,9 +162,10 @@ TEST_F(ControlApiTest, StrangersAreCutOffAndTokenRefusalsAreNot)
 {
     ControlRequest stranger = request("GET", "/api/health");
     stranger.hosts = {"evil.example"};
-    ASSERT_TRUE(api.refuseEarly(stranger));
-    EXPECT_EQ(api.refuseEarly(stranger)->then, Then::CloseConnection);
-    EXPECT_FALSE(api.refuseEarly(request("POST", "/api/shutdown"))) << "the token is looked at once the body is there";
+    ASSERT_TRUE(bed.api().refuseEarly(stranger));
+    EXPECT_EQ(bed.api().refuseEarly(stranger)->then, Then::CloseConnection);
+    EXPECT_FALSE(bed.api().refuseEarly(request("POST", "/api/shutdown")))
+        << "the token is looked at once the body is there";
 }
 
 TEST(RequestTarget, IsTakenApart)

@@ -31,8 +31,8 @@ public:
         : m_log(m_lines, level, ""),
           m_acceptor(listenOnLoopback(m_context, {"127.0.0.1", 0})),
           m_port(m_acceptor.local_endpoint().port()),
-          m_api(m_store, m_engine, m_traffic, RequestGuard(token(), m_port),
-              [](const std::string &) { return std::nullopt; }),
+          m_api({m_store, m_engine, m_traffic, m_time, [](const std::string &) { return std::nullopt; }, m_port},
+              RequestGuard(token(), m_port)),
           m_server(m_context, std::move(m_acceptor), m_api, m_store, m_log, limits, [this] { m_server.stop(); }),
           m_thread([this] {
               m_server.start();
@@ -77,6 +77,7 @@ private:
     ConfigStore m_store{m_folder.path()};
     NoNodeEngine m_engine{WallTime{}};
     test::FakeTraffic m_traffic;
+    SystemTime m_time;
     boost::asio::io_context m_context{1};
     boost::asio::ip::tcp::acceptor m_acceptor;
     std::uint16_t m_port;
@@ -154,7 +155,7 @@ TEST(ControlServer, TellsAClientThatAsksToGoOn)
 {
     RunningServer server({});
     RawClient client(server.port());
-    client.send(client.request("POST", "/api/config", "Expect: 100-continue\r\nContent-Length: 2\r\n"));
+    client.send(client.request("POST", "/api/environment", "Expect: 100-continue\r\nContent-Length: 2\r\n"));
     EXPECT_EQ(client.receiveHeader().result_int(), 100U);
     client.send("{}");
     EXPECT_EQ(client.receive().result_int(), 405U);

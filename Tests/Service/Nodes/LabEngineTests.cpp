@@ -48,12 +48,6 @@ TEST(LabEngine, NodeThatNeedsALogin)
         (std::vector<std::string>{"NoState", "NeedsLogin", "NeedsLogin", "NeedsLogin"}));
 }
 
-TEST(LabEngine, LoginThatIsApproved)
-{
-    EXPECT_EQ(statesOver(labWith(R"(, "settles_after_s": 1, "needs_login": true, "approved_after_s": 2)"), 3),
-        (std::vector<std::string>{"NoState", "NeedsLogin", "NeedsLogin", "Running"}));
-}
-
 TEST(LabEngine, MachineThatIsApproved)
 {
     EXPECT_EQ(statesOver(labWith(R"(, "approved_after_s": 2)"), 2),

@@ -1,0 +1,26 @@
+#pragma once
+#include "Service/Config/ConfigStore.h"
+#include "Service/Nodes/TimeSource.h"
+#include "Service/Nodes/Traffic.h"
+
+namespace veranox {
+
+/// The one way by which a document becomes the current one. What it is given must outlive it.
+class ConfigWriter {
+public:
+    /// What happens to a file that another program has changed since the service last read or wrote it: a refusal, or a
+    /// copy of it beside the new one.
+    enum class IfChanged { Refuse, KeepCopy };
+
+    ConfigWriter(ConfigStore &store, Traffic &traffic, const TimeSource &time);
+
+    /// Saves the document and lets the traffic follow it. Throws Refusal or StartProblem; then nothing has changed.
+    void commit(ConfigDocument document, IfChanged ifChanged);
+
+private:
+    ConfigStore &m_store;
+    Traffic &m_traffic;
+    const TimeSource &m_time;
+};
+
+} // namespace veranox

@@ -1,0 +1,62 @@
+#include "Service/Nodes/Lab/LabEngine.h"
+
+namespace veranox {
+
+namespace {
+
+using Kind = LabPhase::Kind;
+
+NodeAction done(std::string output)
+{
+    return {.ok = true, .output = std::move(output), .error = "", .authURL = ""};
+}
+
+NodeAction refused(std::string error)
+{
+    return {.ok = false, .output = "", .error = std::move(error), .authURL = ""};
+}
+
+/// Nobody answers at this address: the name belongs to nobody, and the lab approves by itself.
+std::string signInAddress(const std::string &profile, LabTime begun)
+{
+    return "https://login.tailnet.example/lab/" + profile + "/" + std::to_string(begun.count());
+}
+
+} // namespace
+
+NodeAction LabEngine::login(const std::string &profile)
+{
+    const LabProfile *lab = findNamed(m_network.profiles, profile);
+    if (!lab)
+        return refused(profileStatus(profile).error);
+    const LabPhase phase = nodePhase(profile, *lab);
+    if (phase.kind == Kind::Running)
+        return done("The node is signed in to tailnet " + lab->tailnet + ".");
+    if (phase.kind == Kind::Failed)
+        return refused(phase.failure);
+    if (phase.kind != Kind::Asking)
+        return refused("The node is still starting; sign in once it asks for a login.");
+    LabSession &session = m_sessions[profile];
+    if (!needsLogin(*lab, session))
+        return refused("The node waits for an admin of its tailnet to approve it.");
+    if (!session.login)
+        session.login = elapsed();
+    if (nodePhase(profile, *lab).kind == Kind::Running)
+        return done("The node is signed in to tailnet " + lab->tailnet + ".");
+    const std::string address = signInAddress(profile, *session.login);
+    return {.ok = false, .output = "To sign in, visit " + address, .error = "", .authURL = address};
+}
+
+NodeAction LabEngine::logout(const std::string &profile)
+{
+    const LabProfile *lab = findNamed(m_network.profiles, profile);
+    if (!lab)
+        return refused(profileStatus(profile).error);
+    const LabPhase phase = nodePhase(profile, *lab);
+    if (phase.kind == Kind::Failed)
+        return refused(phase.failure);
+    m_sessions[profile] = {.loggedOut = elapsed(), .login = std::nullopt};
+    return done("The node is signed out of tailnet " + lab->tailnet + ".");
+}
+
+} // namespace veranox

@@ -1,6 +1,7 @@
 #include "Service/Config/ProfileCheck.h"
 
 #include "Service/Net/LoopbackEndpoint.h"
+#include "Service/Text/FieldText.h"
 #include "Service/Text/Refusal.h"
 #include "Service/Text/Words.h"
 #include <algorithm>
@@ -47,12 +48,9 @@ void checkTexts(const std::string &name, const ProfileSettings &profile)
     const std::pair<std::string, const std::string *> texts[] = {{"DisplayName", &profile.displayName},
         {"Icon", &profile.icon}, {"Color", &profile.color}, {"AuthKeyEnv", &profile.authKeyEnv},
         {"ControlURL", &profile.controlURL}, {"StateDir", &profile.stateDir}, {"Socket", &profile.socket}};
-    for (const auto &[key, text] : texts) {
-        if (text->size() > longestText)
-            refuse(name, key + " has more than " + std::to_string(longestText) + " bytes");
-        if (std::ranges::any_of(*text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }))
-            refuse(name, key + " holds a control character");
-    }
+    for (const auto &[key, text] : texts)
+        if (const std::optional<std::string> problem = lineProblem(*text, longestText))
+            refuse(name, key + " " + *problem);
 }
 
 void checkHostname(const std::string &name, const std::string &hostname)

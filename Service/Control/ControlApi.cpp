@@ -24,7 +24,18 @@ const ControlApi::Route ControlApi::routes[] = {
     {"POST", "config", &ControlApi::saveConfig},
     {"GET", "environment", &ControlApi::environment},
     {"GET", "tunnels", &ControlApi::tunnels},
+    {"POST", "tunnels", &ControlApi::saveTunnel},
+    {"DELETE", "tunnels/*", &ControlApi::deleteTunnel},
+    {"POST", "tunnels/*/start", &ControlApi::startTunnel},
+    {"POST", "tunnels/*/stop", &ControlApi::stopTunnel},
+    {"POST", "tunnels/*/restart", &ControlApi::restartTunnel},
+    {"POST", "tunnels/*/secret", &ControlApi::setTunnelSecret},
     {"GET", "publications", &ControlApi::publications},
+    {"POST", "publications", &ControlApi::savePublication},
+    {"DELETE", "publications/*", &ControlApi::deletePublication},
+    {"POST", "publications/*/start", &ControlApi::startPublication},
+    {"POST", "publications/*/stop", &ControlApi::stopPublication},
+    {"POST", "publications/*/restart", &ControlApi::restartPublication},
     {"GET", "health", &ControlApi::health},
     {"POST", "shutdown", &ControlApi::shutdown},
 };
@@ -107,6 +118,12 @@ std::variant<ControlApi::Call, ControlAnswer> ControlApi::prepare(ControlRequest
     ControlAnswer wrongMethod = refusal(405, "This path takes only " + allowed + ".");
     wrongMethod.allow = allowed;
     return wrongMethod;
+}
+
+/// For the writes that change one thing: they never go over what another program wrote into the file.
+void ControlApi::commit(ConfigDocument document)
+{
+    m_writer.commit(std::move(document), ConfigWriter::IfChanged::Refuse);
 }
 
 asio::awaitable<ControlAnswer> ControlApi::answer(ControlRequest request)

@@ -65,6 +65,22 @@ private:
     ControlAnswer logout(const Call &call);
     ControlAnswer shutdown(const Call &call);
 
+    ControlAnswer saveTunnel(const Call &call);
+    ControlAnswer deleteTunnel(const Call &call);
+    ControlAnswer startTunnel(const Call &call);
+    ControlAnswer stopTunnel(const Call &call);
+    ControlAnswer switchTunnel(const Call &call, bool isDisabled);
+    ControlAnswer restartTunnel(const Call &call);
+    ControlAnswer setTunnelSecret(const Call &call);
+
+    ControlAnswer savePublication(const Call &call);
+    ControlAnswer deletePublication(const Call &call);
+    ControlAnswer startPublication(const Call &call);
+    ControlAnswer stopPublication(const Call &call);
+    ControlAnswer restartPublication(const Call &call);
+
+    void commit(ConfigDocument document);
+
     ControlParts m_parts;
     ConfigWriter m_writer;
     RequestGuard m_guard;

@@ -1,9 +1,9 @@
 #include "Service/Config/ConfigBody.h"
 #include "Service/Config/ConfigCheck.h"
 #include "Service/Control/ControlApi.h"
+#include "Service/Control/NamedChanges.h"
 #include "Service/Control/QueryFields.h"
 #include "Service/Text/Refusal.h"
-#include "Service/Text/Words.h"
 
 namespace veranox {
 
@@ -11,13 +11,10 @@ namespace json = boost::json;
 
 namespace {
 
-constexpr std::size_t longestNameShown = 80;
-
 void requireProfile(const ConfigDocument &document, const std::string &name)
 {
     if (!findNamed(document.profiles, name))
-        throw Refusal(Refusal::Kind::Unknown,
-            "The profile \"" + shortened(printable(name), longestNameShown) + "\" is not configured.");
+        throw Refusal(Refusal::Kind::Unknown, "The profile " + shownName(name) + " is not configured.");
 }
 
 json::object actionRecord(const std::string &profile, std::string_view action, const NodeAction &result)

@@ -97,6 +97,12 @@ const json::value &JsonReader::require(std::string_view key)
     throw JsonProblem(place(), "the key " + inQuotes(key) + " is missing");
 }
 
+void JsonReader::requireAll(std::initializer_list<std::string_view> keys)
+{
+    for (const std::string_view key : keys)
+        require(key);
+}
+
 std::string JsonReader::text(std::string_view key)
 {
     return asText(require(key), placeOf(key));

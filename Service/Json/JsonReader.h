@@ -3,6 +3,7 @@
 #include <boost/json/value.hpp>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <set>
 #include <string>
@@ -42,6 +43,9 @@ public:
     std::vector<std::string> texts(std::string_view key);
     JsonReader object(std::string_view key);
     std::optional<JsonReader> objectIfPresent(std::string_view key);
+
+    /// Throws for the first of the keys that is missing.
+    void requireAll(std::initializer_list<std::string_view> keys);
 
     /// The member as it is, or null when it is missing.
     const boost::json::value *find(std::string_view key);

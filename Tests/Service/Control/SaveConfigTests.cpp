@@ -1,5 +1,5 @@
 #include "Service/Json/JsonText.h"
-#include "Tests/Service/Support/ApiBed.h"
+#include "Tests/Service/Support/RefusalTable.h"
 #include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <gmock/gmock.h>
@@ -260,6 +260,18 @@ INSTANTIATE_TEST_SUITE_P(Router, RefusedConfig,
             "Port 43300 of the PAC server is already assigned to tunnel \"db\"."},
         Refused{router(R"({"PACListen": "127.0.0.1:8080"})"),
             "Port 8080 of the PAC server is already assigned to the service behind publication \"web\"."}));
+
+TEST_F(SaveConfig, RefusalsHaveTheWordsThatTheApplicationLooksFor)
+{
+    const std::pair<std::string, int> rows[] = {{R"({"Future": 1})", 1}, {R"({"Version": null})", 1},
+        {R"({"Profiles": {"home": {"Suffixes": [".work.ts.net"]}}})", 2}, {work(R"({"Suffixes": ["a b"]})"), 3},
+        {R"({"Profiles": {"A b": {}}})", 4}, {work(R"({"Port": 70000})"), 6}, {work(R"({"Hostname": "-x"})"), 6},
+        {router(R"({"PACListen": "0.0.0.0:1"})"), 6}, {router(R"({"PACListen": "[::1]:43100"})"), 6}};
+    for (const auto &[change, row] : rows) {
+        const std::string sentence = test::errorOf(save(laidOver(document(), json::parse(change))));
+        EXPECT_EQ(test::configurationRow(sentence), row) << sentence;
+    }
+}
 
 TEST_F(SaveConfig, BodiesThatAreNoJson)
 {

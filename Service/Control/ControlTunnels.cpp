@@ -1,0 +1,79 @@
+#include "Service/Control/ControlApi.h"
+#include "Service/Control/NamedChanges.h"
+#include "Service/Control/TunnelSave.h"
+#include "Service/Text/FieldText.h"
+#include "Service/Text/Refusal.h"
+
+namespace veranox {
+
+namespace {
+
+constexpr std::string_view kind = "tunnel";
+
+} // namespace
+
+ControlAnswer ControlApi::saveTunnel(const Call &call)
+{
+    commit(withTunnel(m_parts.config.document(), readTunnelSave(call.request.body), m_parts.port));
+    return tunnels(call);
+}
+
+ControlAnswer ControlApi::deleteTunnel(const Call &call)
+{
+    ConfigDocument next = m_parts.config.document();
+    requireNamed(kind, next.tunnels, call.name);
+    std::erase_if(next.tunnels, [&](const auto &tunnel) { return tunnel.first == call.name; });
+    commit(std::move(next));
+    return tunnels(call);
+}
+
+ControlAnswer ControlApi::startTunnel(const Call &call)
+{
+    return switchTunnel(call, false);
+}
+
+ControlAnswer ControlApi::stopTunnel(const Call &call)
+{
+    return switchTunnel(call, true);
+}
+
+/// One that is switched on already and broke is tried again; one that fares well keeps its connections.
+ControlAnswer ControlApi::switchTunnel(const Call &call, bool isDisabled)
+{
+    ConfigDocument next = m_parts.config.document();
+    TunnelSettings &tunnel = requireNamed(kind, next.tunnels, call.name);
+    if (tunnel.disabled != isDisabled) {
+        tunnel.disabled = isDisabled;
+        commit(std::move(next));
+    } else if (m_parts.traffic.tunnelStatus(call.name).state == "error") {
+        m_parts.traffic.restartTunnel(call.name);
+    }
+    return tunnels(call);
+}
+
+ControlAnswer ControlApi::restartTunnel(const Call &call)
+{
+    ConfigDocument document = m_parts.config.document();
+    if (requireNamed(kind, document.tunnels, call.name).disabled)
+        throw Refusal(
+            Refusal::Kind::Conflict, "The tunnel " + shownName(call.name) + " is switched off; switch it on instead.");
+    m_parts.traffic.restartTunnel(call.name);
+    return tunnels(call);
+}
+
+ControlAnswer ControlApi::setTunnelSecret(const Call &call)
+{
+    constexpr std::size_t longestPassword = 1024;
+    std::string password = readSecret(call.request.body);
+    ConfigDocument document = m_parts.config.document();
+    const TunnelSettings &tunnel = requireNamed(kind, document.tunnels, call.name);
+    if (tunnel.mode != "ssh" || !tunnel.ssh || tunnel.ssh->auth != "password")
+        throw Refusal(
+            Refusal::Kind::Conflict, "The tunnel " + shownName(call.name) + " does not sign in with a password.");
+    if (const std::optional<std::string> problem = lineProblem(password, longestPassword))
+        throw Refusal(Refusal::Kind::BadInput, "The password " + *problem + ".");
+    m_parts.traffic.setTunnelSecret(call.name, std::move(password));
+    return tunnels(call);
+}
+
+} // namespace veranox

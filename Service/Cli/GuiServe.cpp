@@ -75,8 +75,8 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     const std::unique_ptr<NodeEngine> engine = makeEngine(std::move(lab), time);
     NodeTraffic traffic(*engine);
     traffic.apply(config.document());
-    ControlApi api(
-        {config, *engine, traffic, time, environment, endpoint.port}, RequestGuard(std::move(token), endpoint.port));
+    ControlApi api({config, *engine, traffic, time, environment, endpoint.port, folders.applicationSupport},
+        RequestGuard(std::move(token), endpoint.port));
 
     ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&] {
         log.write(LogLevel::Info, "service_stopping", "service is stopping", {{"reason", "request"}});

@@ -13,7 +13,12 @@ namespace asio = boost::asio;
 struct ControlApi::Route {
     std::string_view method;
     std::string_view path; // behind /api/; "*" stands for a name
-    Handler handler;
+    std::variant<Handler, SlowHandler> handler;
+};
+
+struct ControlApi::Prepared {
+    std::variant<Handler, SlowHandler> handler;
+    Call call;
 };
 
 const ControlApi::Route ControlApi::routes[] = {
@@ -36,6 +41,8 @@ const ControlApi::Route ControlApi::routes[] = {
     {"POST", "publications/*/start", &ControlApi::startPublication},
     {"POST", "publications/*/stop", &ControlApi::stopPublication},
     {"POST", "publications/*/restart", &ControlApi::restartPublication},
+    {"GET", "reports/path", &ControlApi::pathReport},
+    {"POST", "feedback", &ControlApi::feedback},
     {"GET", "health", &ControlApi::health},
     {"POST", "shutdown", &ControlApi::shutdown},
 };
@@ -82,6 +89,7 @@ ControlAnswer refusalOf(const std::exception_ptr &problem)
 ControlApi::ControlApi(ControlParts parts, RequestGuard guard)
     : m_parts(std::move(parts)),
       m_writer(m_parts.config, m_parts.traffic, m_parts.time),
+      m_feedback(m_parts.folder, m_parts.time),
       m_guard(std::move(guard))
 {
 }
@@ -91,7 +99,7 @@ std::optional<ControlAnswer> ControlApi::refuseEarly(const ControlRequest &reque
     return m_guard.checkSender(request);
 }
 
-std::variant<ControlApi::Call, ControlAnswer> ControlApi::prepare(ControlRequest request, Handler &handler) const
+std::variant<ControlApi::Prepared, ControlAnswer> ControlApi::prepare(ControlRequest request) const
 {
     if (std::optional<ControlAnswer> refused = m_guard.checkSender(request))
         return *refused;
@@ -108,8 +116,7 @@ std::variant<ControlApi::Call, ControlAnswer> ControlApi::prepare(ControlRequest
         if (route.method == method) {
             if (std::optional<ControlAnswer> refused = m_guard.checkToken(request))
                 return *refused;
-            handler = route.handler;
-            return Call{std::move(request), std::move(*target), std::move(name)};
+            return Prepared{route.handler, {std::move(request), std::move(*target), std::move(name)}};
         }
         allowed += (allowed.empty() ? "" : ", ") + std::string(route.method == "GET" ? "GET, HEAD" : route.method);
     }
@@ -126,14 +133,22 @@ void ControlApi::commit(ConfigDocument document)
     m_writer.commit(std::move(document), ConfigWriter::IfChanged::Refuse);
 }
 
+asio::awaitable<ControlAnswer> ControlApi::carryOut(ControlRequest request)
+{
+    std::variant<Prepared, ControlAnswer> prepared = prepare(std::move(request));
+    Prepared *ready = std::get_if<Prepared>(&prepared);
+    if (!ready)
+        co_return std::get<ControlAnswer>(std::move(prepared));
+    if (const Handler *handler = std::get_if<Handler>(&ready->handler))
+        co_return (this->**handler)(ready->call);
+    co_return co_await (this->*std::get<SlowHandler>(ready->handler))(std::move(ready->call));
+}
+
 asio::awaitable<ControlAnswer> ControlApi::answer(ControlRequest request)
 {
     std::exception_ptr problem;
     try {
-        Handler handler = nullptr;
-        const std::variant<Call, ControlAnswer> prepared = prepare(std::move(request), handler);
-        const Call *call = std::get_if<Call>(&prepared);
-        co_return call ? (this->*handler)(*call) : std::get<ControlAnswer>(prepared);
+        co_return co_await carryOut(std::move(request));
     } catch (...) {
         problem = std::current_exception();
     }

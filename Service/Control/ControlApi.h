@@ -3,6 +3,7 @@
 #include "Service/Config/ConfigWriter.h"
 #include "Service/Control/ControlAnswer.h"
 #include "Service/Control/ControlRequest.h"
+#include "Service/Control/FeedbackBox.h"
 #include "Service/Control/RequestGuard.h"
 #include "Service/Files/UserFolders.h"
 #include "Service/Nodes/NodeEngine.h"
@@ -10,6 +11,7 @@
 #include "Service/Nodes/Traffic.h"
 #include <boost/asio/awaitable.hpp>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <variant>
 
@@ -23,6 +25,7 @@ struct ControlParts {
     const TimeSource &time;
     Environment environment;
     std::uint16_t port; // of the control API itself
+    std::filesystem::path folder; // for what the service keeps besides the configuration
 };
 
 /// The control API without its transport: one request in, one answer out. What it is given must outlive it, and it must
@@ -45,10 +48,15 @@ private:
         std::string name; // what stands in the path where the route has a "*"
     };
     using Handler = ControlAnswer (ControlApi::*)(const Call &);
+    using SlowHandler = boost::asio::awaitable<ControlAnswer> (ControlApi::*)(Call);
     struct Route;
     static const Route routes[];
 
-    std::variant<Call, ControlAnswer> prepare(ControlRequest request, Handler &handler) const;
+    struct Prepared;
+
+    /// The route of the request, or why there is none for it.
+    std::variant<Prepared, ControlAnswer> prepare(ControlRequest request) const;
+    boost::asio::awaitable<ControlAnswer> carryOut(ControlRequest request);
 
     TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const;
     PublicationStatus publicationStatus(const std::string &name, const PublicationSettings &settings) const;
@@ -60,9 +68,12 @@ private:
     ControlAnswer publications(const Call &call);
     ControlAnswer health(const Call &call);
 
+    boost::asio::awaitable<ControlAnswer> pathReport(Call call);
+
     ControlAnswer saveConfig(const Call &call);
     ControlAnswer login(const Call &call);
     ControlAnswer logout(const Call &call);
+    ControlAnswer feedback(const Call &call);
     ControlAnswer shutdown(const Call &call);
 
     ControlAnswer saveTunnel(const Call &call);
@@ -83,6 +94,8 @@ private:
 
     ControlParts m_parts;
     ConfigWriter m_writer;
+    FeedbackBox m_feedback;
+    unsigned m_reports = 0; // under way
     RequestGuard m_guard;
 };
 

@@ -126,8 +126,8 @@ TEST_F(ControlApiTest, HostsThatAreNot)
 
 TEST_F(ControlApiTest, OnTheHttpPortTheHostNeedsNone)
 {
-    ControlApi onPort80(
-        {bed.store(), bed.nodes(), bed.traffic(), bed.time(), [](const std::string &) { return std::nullopt; }, 80},
+    ControlApi onPort80({bed.store(), bed.nodes(), bed.traffic(), bed.time(),
+                            [](const std::string &) { return std::nullopt; }, 80, bed.folder().path()},
         RequestGuard(ControlToken::random(), 80));
     ControlRequest made = request("GET", "/api/health");
     made.hosts = {"localhost"};

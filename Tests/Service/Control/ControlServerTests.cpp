@@ -31,7 +31,8 @@ public:
         : m_log(m_lines, level, ""),
           m_acceptor(listenOnLoopback(m_context, {"127.0.0.1", 0})),
           m_port(m_acceptor.local_endpoint().port()),
-          m_api({m_store, m_engine, m_traffic, m_time, [](const std::string &) { return std::nullopt; }, m_port},
+          m_api({m_store, m_engine, m_traffic, m_time, [](const std::string &) { return std::nullopt; }, m_port,
+                    m_folder.path()},
               RequestGuard(token(), m_port)),
           m_server(m_context, std::move(m_acceptor), m_api, m_store, m_log, limits, [this] { m_server.stop(); }),
           m_thread([this] {

@@ -1,0 +1,121 @@
+#include "Tests/Service/Support/ApiBed.h"
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/redirect_error.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <gtest/gtest.h>
+
+namespace veranox {
+
+namespace {
+
+class PathReport : public ::testing::Test {
+protected:
+    ControlAnswer get(const std::string &query) { return bed.ask("GET", "/api/reports/path" + query); }
+
+    test::ApiBed bed;
+};
+
+TEST_F(PathReport, AsksWhatTheQuerySays)
+{
+    bed.traffic().report = {{"profile", "work"}};
+    const ControlAnswer answer = get("?target=https%3A//wiki.work.ts.net/a%20b?c&netcheck=true&ping_count=5");
+    EXPECT_EQ(answer.status, 200U);
+    EXPECT_EQ(answer.body, (boost::json::value{{"profile", "work"}}));
+    ASSERT_EQ(bed.traffic().questions.size(), 1U);
+    EXPECT_EQ(bed.traffic().questions[0].target, "https://wiki.work.ts.net/a b?c");
+    EXPECT_TRUE(bed.traffic().questions[0].netcheck);
+    EXPECT_EQ(bed.traffic().questions[0].pingCount, 5U);
+}
+
+TEST_F(PathReport, ATargetWithAnAmpersandIsSplitByIt)
+{
+    EXPECT_EQ(get("?target=a&b&netcheck=false").status, 200U);
+    EXPECT_EQ(bed.traffic().questions.at(0).target, "a");
+    EXPECT_FALSE(bed.traffic().questions.at(0).netcheck);
+    EXPECT_EQ(bed.traffic().questions.at(0).pingCount, 3U);
+}
+
+TEST_F(PathReport, NeedsNoToken)
+{
+    ControlRequest request = bed.request("GET", "/api/reports/path?target=a");
+    request.tokens.clear();
+    EXPECT_EQ(test::awaitAnswer(bed.api(), request).status, 200U);
+}
+
+TEST_F(PathReport, Refusals)
+{
+    const std::string noTarget = "The query needs a target: a URL, host:port, a host name or an address.";
+    const std::pair<std::string, std::string> cases[] = {{"", noTarget}, {"?", noTarget}, {"?target=", noTarget},
+        {"?Target=a", noTarget}, {"?target=a&target=b", "The key target stands twice in the query."},
+        {"?target=%zz", "The query of the request is not well formed."},
+        {"?target=a%0Ab", "The target holds a control character."},
+        {"?target=" + std::string(2049, 'a'), "The target has more than 2048 bytes."},
+        {"?target=a&netcheck=yes", "The value of netcheck must be true or false."},
+        {"?target=a&ping_count=0", "The value of ping_count must be a whole number from 1 to 10."},
+        {"?target=a&ping_count=11", "The value of ping_count must be a whole number from 1 to 10."},
+        {"?target=a&ping_count=x", "The value of ping_count must be a whole number from 1 to 10."}};
+    for (const auto &[query, sentence] : cases) {
+        const ControlAnswer answer = get(query);
+        EXPECT_EQ(test::errorOf(answer), sentence) << query;
+        EXPECT_EQ(answer.status, 400U) << query;
+    }
+    EXPECT_TRUE(bed.traffic().questions.empty());
+}
+
+/// Reports that come when a test lets them.
+class HeldTraffic final : public Traffic {
+public:
+    explicit HeldTraffic(boost::asio::io_context &context) : m_gate(context)
+    {
+        m_gate.expires_at(boost::asio::steady_timer::time_point::max());
+    }
+    void apply(const ConfigDocument &) override { }
+    void nodesChanged() override { }
+    TunnelStatus tunnelStatus(const std::string &) const override { return {}; }
+    PublicationStatus publicationStatus(const std::string &) const override { return {}; }
+    void restartTunnel(const std::string &) override { }
+    void restartPublication(const std::string &) override { }
+    void setTunnelSecret(const std::string &, std::string) override { }
+    void stop() override { }
+    boost::asio::awaitable<boost::json::object> pathReport(PathQuestion) override
+    {
+        boost::system::error_code released;
+        co_await m_gate.async_wait(boost::asio::redirect_error(boost::asio::use_awaitable, released));
+        co_return boost::json::object{};
+    }
+    void release() { m_gate.cancel(); }
+
+private:
+    boost::asio::steady_timer m_gate;
+};
+
+TEST_F(PathReport, OnlyAFewRunAtATime)
+{
+    boost::asio::io_context context(1);
+    HeldTraffic traffic(context);
+    ControlApi api({bed.store(), bed.nodes(), traffic, bed.time(), [](const std::string &) { return std::nullopt; },
+                       test::ApiBed::port, bed.folder().path()},
+        RequestGuard(ControlToken::random(), test::ApiBed::port));
+    std::vector<unsigned> statuses;
+    const auto ask = [&] {
+        boost::asio::co_spawn(context, api.answer(bed.request("GET", "/api/reports/path?target=a")),
+            [&](const std::exception_ptr &, const ControlAnswer &answer) { statuses.push_back(answer.status); });
+        context.poll();
+    };
+    for (int i = 0; i < 9; ++i)
+        ask();
+    EXPECT_EQ(statuses, (std::vector<unsigned>{503U}));
+    traffic.release();
+    context.poll();
+    EXPECT_EQ(statuses, (std::vector<unsigned>{503U, 200U, 200U, 200U, 200U, 200U, 200U, 200U, 200U}));
+    ask();
+    traffic.release();
+    context.poll();
+    EXPECT_EQ(statuses.back(), 200U) << "there is room again";
+}
+
+} // namespace
+
+} // namespace veranox

@@ -60,11 +60,12 @@ std::exception_ptr failureOf(const std::function<void()> &work)
 
 } // namespace
 
-VeranoxAPIClient::VeranoxAPIClient(
-    jobs::MainQueue &queue, const QUrl &baseURL, VeranoxDiagnosticSession diagnostics, QString controlTokenPath)
+VeranoxAPIClient::VeranoxAPIClient(jobs::MainQueue &queue, const QUrl &baseURL, VeranoxDiagnosticSession diagnostics,
+    VeranoxClientIdentity identity, QString controlTokenPath)
     : m_queue(queue),
       m_baseURL(baseURL),
       m_diagnostics(std::move(diagnostics)),
+      m_identity(std::move(identity)),
       m_controlTokenPath(std::move(controlTokenPath)),
       m_transport(baseURL),
       m_configCache(queue, [this] { return requestConfigData(); })

@@ -1,12 +1,19 @@
-// What the application asks of the service: one line each.
+// What the application asks of the service, in the order of the protocol.
 #include "API/Json/Json.h"
 #include "API/VeranoxAPIClient.h"
 #include "API/VeranoxConfig.h"
 #include "API/VeranoxEditableConfig.h"
 #include "API/VeranoxEnvironment.h"
+#include "API/VeranoxFeedback.h"
+#include "API/VeranoxPathReport.h"
 #include "API/VeranoxProfile.h"
+#include "API/VeranoxProfileAction.h"
+#include "API/VeranoxSaveConfigResponse.h"
 #include "API/VeranoxShutdownResponse.h"
+#include "API/VeranoxURLEncoding.h"
+#include "Publications/VeranoxEditablePublication.h"
 #include "Publications/VeranoxPublication.h"
+#include "Tunnels/VeranoxEditableTunnel.h"
 #include "Tunnels/VeranoxTunnel.h"
 
 using namespace Qt::StringLiterals;
@@ -24,6 +31,12 @@ template <class T> Slot<T> makeSlot()
 template <class T> auto decodeInto(Slot<T> slot)
 {
     return [slot = std::move(slot)](const QByteArray &body) { slot->emplace(decodeRecord<T>(body)); };
+}
+
+// The path of one profile, tunnel or publication, or of an action on it.
+QString pathOf(const QString &list, const QString &name, const QString &action = {})
+{
+    return u"/api/"_s + list + u'/' + percentEncodedForPath(name) + (action.isEmpty() ? action : u'/' + action);
 }
 
 } // namespace
@@ -52,6 +65,22 @@ template <class T> jobs::Async<T> VeranoxAPIClient::write(VeranoxAPIWrite which,
     co_return std::move(**record);
 }
 
+jobs::Async<VeranoxProfileAction> VeranoxAPIClient::actOnProfile(VeranoxAPIWrite which, QString name, QString action)
+{
+    return write<VeranoxProfileAction>(which, {.method = "POST", .path = pathOf(u"profiles"_s, name, action)});
+}
+
+jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::actOnTunnel(VeranoxAPIWrite which, QString name, QString action)
+{
+    return write<QList<VeranoxTunnel>>(which, {.method = "POST", .path = pathOf(u"tunnels"_s, name, action)});
+}
+
+jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::actOnPublication(
+    VeranoxAPIWrite which, QString name, QString action)
+{
+    return write<QList<VeranoxPublication>>(which, {.method = "POST", .path = pathOf(u"publications"_s, name, action)});
+}
+
 jobs::Async<QList<VeranoxProfile>> VeranoxAPIClient::fetchProfiles()
 {
     return get<QList<VeranoxProfile>>(u"/api/profiles"_s);
@@ -67,9 +96,31 @@ jobs::Async<VeranoxEditableConfig> VeranoxAPIClient::fetchEditableConfig()
     return getFromConfig<VeranoxEditableConfig>();
 }
 
-jobs::Async<VeranoxEnvironment> VeranoxAPIClient::fetchEnvironment()
+jobs::Async<void> VeranoxAPIClient::saveConfig(VeranoxEditableConfig config)
 {
-    return get<VeranoxEnvironment>(u"/api/environment"_s);
+    co_await write<VeranoxSaveConfigResponse>(VeranoxAPIWrite::saveConfig,
+        {.method = "POST", .path = u"/api/config?force=true"_s, .body = encodeRecord(config)});
+}
+
+jobs::Async<VeranoxProfileAction> VeranoxAPIClient::login(QString profileName)
+{
+    return actOnProfile(VeranoxAPIWrite::login, std::move(profileName), u"login"_s);
+}
+
+jobs::Async<VeranoxProfileAction> VeranoxAPIClient::logout(QString profileName)
+{
+    return actOnProfile(VeranoxAPIWrite::logout, std::move(profileName), u"logout"_s);
+}
+
+jobs::Async<void> VeranoxAPIClient::shutdown()
+{
+    co_await write<VeranoxShutdownResponse>(VeranoxAPIWrite::shutdown, {.method = "POST", .path = u"/api/shutdown"_s});
+}
+
+jobs::Async<VeranoxPathReport> VeranoxAPIClient::diagnose(QString target)
+{
+    return get<VeranoxPathReport>(
+        u"/api/reports/path?target="_s + percentEncodedForQuery(target) + u"&netcheck=true&ping_count=3"_s);
 }
 
 jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::fetchTunnels()
@@ -77,12 +128,90 @@ jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::fetchTunnels()
     return get<QList<VeranoxTunnel>>(u"/api/tunnels"_s);
 }
 
+jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::saveTunnel(
+    QString name, std::optional<QString> originalName, VeranoxEditableTunnel tunnel)
+{
+    const VeranoxTunnelSaveRequest request{
+        .name = std::move(name), .originalName = std::move(originalName), .tunnel = std::move(tunnel)};
+    return write<QList<VeranoxTunnel>>(
+        VeranoxAPIWrite::saveTunnel, {.method = "POST", .path = u"/api/tunnels"_s, .body = encodeRecord(request)});
+}
+
+jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::deleteTunnel(QString name)
+{
+    return write<QList<VeranoxTunnel>>(
+        VeranoxAPIWrite::deleteTunnel, {.method = "DELETE", .path = pathOf(u"tunnels"_s, name)});
+}
+
+jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::startTunnel(QString name)
+{
+    return actOnTunnel(VeranoxAPIWrite::startTunnel, std::move(name), u"start"_s);
+}
+
+jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::stopTunnel(QString name)
+{
+    return actOnTunnel(VeranoxAPIWrite::stopTunnel, std::move(name), u"stop"_s);
+}
+
+jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::restartTunnel(QString name)
+{
+    return actOnTunnel(VeranoxAPIWrite::restartTunnel, std::move(name), u"restart"_s);
+}
+
+jobs::Async<void> VeranoxAPIClient::setTunnelSecret(QString name, QString password)
+{
+    const VeranoxTunnelSecretRequest request{.password = std::move(password)};
+    co_await write<QList<VeranoxTunnel>>(VeranoxAPIWrite::setTunnelSecret,
+        {.method = "POST", .path = pathOf(u"tunnels"_s, name, u"secret"_s), .body = encodeRecord(request)});
+}
+
 jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::fetchPublications()
 {
     return get<QList<VeranoxPublication>>(u"/api/publications"_s);
 }
 
-jobs::Async<void> VeranoxAPIClient::shutdown()
+jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::savePublication(
+    QString name, std::optional<QString> originalName, VeranoxEditablePublication publication)
 {
-    co_await write<VeranoxShutdownResponse>(VeranoxAPIWrite::shutdown, {.method = "POST", .path = u"/api/shutdown"_s});
+    const VeranoxPublicationSaveRequest request{
+        .name = std::move(name), .originalName = std::move(originalName), .publication = std::move(publication)};
+    return write<QList<VeranoxPublication>>(VeranoxAPIWrite::savePublication,
+        {.method = "POST", .path = u"/api/publications"_s, .body = encodeRecord(request)});
+}
+
+jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::deletePublication(QString name)
+{
+    return write<QList<VeranoxPublication>>(
+        VeranoxAPIWrite::deletePublication, {.method = "DELETE", .path = pathOf(u"publications"_s, name)});
+}
+
+jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::startPublication(QString name)
+{
+    return actOnPublication(VeranoxAPIWrite::startPublication, std::move(name), u"start"_s);
+}
+
+jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::stopPublication(QString name)
+{
+    return actOnPublication(VeranoxAPIWrite::stopPublication, std::move(name), u"stop"_s);
+}
+
+jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::restartPublication(QString name)
+{
+    return actOnPublication(VeranoxAPIWrite::restartPublication, std::move(name), u"restart"_s);
+}
+
+jobs::Async<VeranoxEnvironment> VeranoxAPIClient::fetchEnvironment()
+{
+    return get<VeranoxEnvironment>(u"/api/environment"_s);
+}
+
+jobs::Async<VeranoxFeedbackResult> VeranoxAPIClient::submitFeedback(QString message, QString kind, QString contact)
+{
+    const VeranoxFeedback feedback{.message = std::move(message),
+        .kind = std::move(kind),
+        .contact = std::move(contact),
+        .appVersion = m_identity.appVersion,
+        .os = m_identity.os};
+    return write<VeranoxFeedbackResult>(VeranoxAPIWrite::submitFeedback,
+        {.method = "POST", .path = u"/api/feedback"_s, .body = encodeRecord(feedback)});
 }

@@ -12,8 +12,11 @@ std::unique_ptr<VeranoxStore> VeranoxStore::live(
 {
     const VeranoxDiagnosticSession diagnostics = VeranoxDiagnosticSession::make();
     const QUrl service(u"http://127.0.0.1:43200"_s, QUrl::StrictMode);
+    const VeranoxSessionIdentity session = VeranoxSessionIdentity::of(infoDictionary);
+    const VeranoxClientIdentity client{
+        .appVersion = session.build.version, .os = session.systemName + u' ' + session.systemVersion};
     return std::make_unique<VeranoxStore>(queue,
-        Collaborators{.apiClient = std::make_unique<VeranoxAPIClient>(queue, service, diagnostics),
+        Collaborators{.apiClient = std::make_unique<VeranoxAPIClient>(queue, service, diagnostics, client),
             .runtimeClient = std::make_unique<VeranoxRuntimeClient>(queue, u"127.0.0.1:43200"_s, diagnostics),
             .cliCommand = VeranoxCLIResolver::resolve(resourceDirectory),
             .diagnostics = diagnostics,
@@ -21,5 +24,5 @@ std::unique_ptr<VeranoxStore> VeranoxStore::live(
             .runtimeLogPersistence =
                 std::make_unique<VeranoxRuntimeLogFile>(queue, VeranoxRuntimeLogFile::defaultFileURL(),
                     VeranoxRuntimeLogFile::defaultMaxBytes, VeranoxRuntimeLogFile::defaultBackupCount),
-            .sessionIdentity = VeranoxSessionIdentity::of(infoDictionary)});
+            .sessionIdentity = session});
 }

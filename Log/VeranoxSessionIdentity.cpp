@@ -7,10 +7,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+bool isMacOS()
+{
+    return QOperatingSystemVersion::currentType() == QOperatingSystemVersion::MacOS;
+}
+
+QString runningSystemName()
+{
+    const QString kernel = QSysInfo::kernelType();
+    return isMacOS() ? u"macOS"_s : kernel.left(1).toUpper() + kernel.sliced(1);
+}
+
 QString runningSystemVersion()
 {
-    const bool isMacOS = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::MacOS;
-    const auto version = QVersionNumber::fromString(isMacOS ? QSysInfo::productVersion() : QSysInfo::kernelVersion());
+    const auto version = QVersionNumber::fromString(isMacOS() ? QSysInfo::productVersion() : QSysInfo::kernelVersion());
     return u"%1.%2.%3"_s.arg(version.majorVersion()).arg(version.minorVersion()).arg(version.microVersion());
 }
 
@@ -22,5 +32,6 @@ VeranoxSessionIdentity VeranoxSessionIdentity::of(const QVariantMap &infoDiction
     return {.build = VeranoxAppVersion(infoDictionary),
         .bundleIdentifier = identifier.isEmpty() ? u"unknown"_s : identifier,
         .systemVersion = runningSystemVersion(),
+        .systemName = runningSystemName(),
         .architecture = QSysInfo::buildCpuArchitecture()};
 }

@@ -49,7 +49,8 @@ template <Rule theRule, class Record, class Member, class Default> struct Field 
     static constexpr Rule rule = theRule;
     Keys keys;
     Member Record::*member;
-    Default fallback; // a value, an ASCII text, another member of the record, or a function that makes the value
+    Default fallback; // a value, an ASCII text, another member of the record, or a function that makes the value,
+                      // given nothing or the record with all that stands above it
 };
 
 template <class Record, class Member, class Default = Blank>

@@ -81,6 +81,8 @@ void takeDefault(Member &member, const Type &record, Default fallback)
         member = record.*fallback;
     else if constexpr (std::is_invocable_v<Default>)
         member = fallback();
+    else if constexpr (std::is_invocable_v<Default, const Type &>)
+        member = fallback(record);
     else
         member = fallback;
 }

@@ -69,6 +69,10 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(content), content.size());
     }
+    static VeranoxClientIdentity identity()
+    {
+        return {.appVersion = QStringLiteral("1.2.3"), .os = QStringLiteral("Test 4.5.6")};
+    }
     QString tokenPath() const { return directory.filePath(QStringLiteral("control.token")); }
 
     QTemporaryDir directory;
@@ -76,7 +80,7 @@ protected:
     MainThreadHeartbeat heartbeat;
     jobs::World world;
     const VeranoxDiagnosticSession session = VeranoxDiagnosticSession::make();
-    VeranoxAPIClient client{world.queue, server.url(), session, tokenPath()};
+    VeranoxAPIClient client{world.queue, server.url(), session, identity(), tokenPath()};
 
 private:
     template <class T> static jobs::Async<> collect(std::shared_ptr<Outcome<T>> outcome, jobs::Async<T> call)

@@ -61,7 +61,7 @@ protected:
 
 TEST_F(HostileService, RefusesTheConnection)
 {
-    VeranoxAPIClient lonely(world.queue, QUrl(u"http://127.0.0.1:1"_s), session, tokenPath());
+    VeranoxAPIClient lonely(world.queue, QUrl(u"http://127.0.0.1:1"_s), session, identity(), tokenPath());
     EXPECT_EQ(complete(lonely.fetchTunnels()).ending, Ending::Unavailable);
     EXPECT_EQ(complete(lonely.shutdown()).ending, Ending::Unavailable);
 }

@@ -207,7 +207,7 @@ TEST_F(ApiHealth, IsTheStatusAlone)
 
 TEST_F(ApiHealth, IsFalseWhenNobodyListens)
 {
-    VeranoxAPIClient lonely(world.queue, QUrl(u"http://127.0.0.1:1"_s), session, tokenPath());
+    VeranoxAPIClient lonely(world.queue, QUrl(u"http://127.0.0.1:1"_s), session, identity(), tokenPath());
     EXPECT_EQ(complete(lonely.healthCheck()).value, false);
     EXPECT_EQ(complete(lonely.fetchProfiles()).ending, Ending::Unavailable);
 }

@@ -216,7 +216,7 @@ TEST_F(ApiCancel, AClientCanDieWhileItsRequestsAreOnTheirWay)
     server.expect("GET /api/config", hostile::hang());
     server.expect("GET /api/tunnels", hostile::hang());
     {
-        VeranoxAPIClient brief(world.queue, server.url(), session, tokenPath());
+        VeranoxAPIClient brief(world.queue, server.url(), session, identity(), tokenPath());
         jobs::JobScope owner(world.queue);
         const auto config = owner.start(brief.fetchConfig());
         const auto tunnels = owner.start(brief.fetchTunnels());

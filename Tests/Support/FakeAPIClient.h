@@ -1,9 +1,15 @@
 // A service that answers as the test says. Each operation is scripted by itself: it answers at once, fails, or is held
 // until the test lets it go.
 #pragma once
+#include "API/Json/Json.h"
 #include "API/VeranoxAPIClientProtocol.h"
 #include "API/VeranoxCancellation.h"
+#include "API/VeranoxFeedback.h"
+#include "API/VeranoxPathReport.h"
+#include "API/VeranoxProfileAction.h"
 #include "Core/Jobs/Jobs.h"
+#include "Publications/VeranoxEditablePublication.h"
+#include "Tunnels/VeranoxEditableTunnel.h"
 #include <expected>
 #include <functional>
 
@@ -16,9 +22,23 @@ public:
     FakeOperation(const FakeOperation &) = delete;
     FakeOperation &operator=(const FakeOperation &) = delete;
 
-    void answer(T value) { m_answer = std::move(value); }
-    template <class E> void fail(E error) { m_answer = std::unexpected(std::make_exception_ptr(std::move(error))); }
-    void hold() { m_holding = true; }
+    // An operation that must be announced before it is called.
+    FakeOperation(jobs::MainQueue &queue, QString name)
+        : m_queue(queue),
+          m_name(std::move(name)),
+          m_announced(false) { }
+
+    void answer(T value)
+    {
+        m_announced = true;
+        m_answer = std::move(value);
+    }
+    template <class E> void fail(E error)
+    {
+        m_announced = true;
+        m_answer = std::unexpected(std::make_exception_ptr(std::move(error)));
+    }
+    void hold() { m_announced = m_holding = true; }
 
     // Answers every held call, with what the operation answers at the time of the release, and holds no more.
     void release()
@@ -44,7 +64,17 @@ public:
         co_return value(co_await completion);
     }
 
+    // The same, and remembers with what it was called.
+    jobs::Async<T> callWith(QString argument)
+    {
+        if (!m_announced)
+            qFatal("%s(%s) was called, which the test did not announce", qPrintable(m_name), qPrintable(argument));
+        arguments.append(argument);
+        return call();
+    }
+
     int calls = 0;
+    QStringList arguments; // of callWith()
     QStringList correlationIDs;
 
 private:
@@ -56,13 +86,17 @@ private:
     }
 
     jobs::MainQueue &m_queue;
+    const QString m_name;
     Answer m_answer;
+    bool m_announced = true;
     bool m_holding = false;
     QList<jobs::Resolver<Answer>> m_held;
 };
 
 struct Nothing { }; // the answer of an operation that has none
 
+// Reads answer with empty records until the test says otherwise; any other operation must be announced (by answer(),
+// fail() or hold()), or its call ends the test.
 class FakeAPIClient final : public VeranoxAPIClientProtocol {
 public:
     explicit FakeAPIClient(jobs::MainQueue &queue)
@@ -73,7 +107,23 @@ public:
           environment(queue),
           tunnels(queue),
           publications(queue),
-          shutdownRequest(queue)
+          shutdownRequest(queue),
+          configSave(queue, QStringLiteral("saveConfig")),
+          loginRequest(queue, QStringLiteral("login")),
+          logoutRequest(queue, QStringLiteral("logout")),
+          diagnosis(queue, QStringLiteral("diagnose")),
+          tunnelSave(queue, QStringLiteral("saveTunnel")),
+          tunnelDeletion(queue, QStringLiteral("deleteTunnel")),
+          tunnelStart(queue, QStringLiteral("startTunnel")),
+          tunnelStop(queue, QStringLiteral("stopTunnel")),
+          tunnelRestart(queue, QStringLiteral("restartTunnel")),
+          tunnelSecret(queue, QStringLiteral("setTunnelSecret")),
+          publicationSave(queue, QStringLiteral("savePublication")),
+          publicationDeletion(queue, QStringLiteral("deletePublication")),
+          publicationStart(queue, QStringLiteral("startPublication")),
+          publicationStop(queue, QStringLiteral("stopPublication")),
+          publicationRestart(queue, QStringLiteral("restartPublication")),
+          feedback(queue, QStringLiteral("submitFeedback"))
     {
     }
 
@@ -93,6 +143,55 @@ public:
     jobs::Async<QList<VeranoxPublication>> fetchPublications() override { return publications.call(); }
     jobs::Async<void> shutdown() override { co_await shutdownRequest.call(); }
 
+    jobs::Async<void> saveConfig(VeranoxEditableConfig config) override
+    {
+        co_await configSave.callWith(encodeRecord(config));
+    }
+    jobs::Async<VeranoxProfileAction> login(QString profileName) override { return loginRequest.callWith(profileName); }
+    jobs::Async<VeranoxProfileAction> logout(QString profileName) override
+    {
+        return logoutRequest.callWith(profileName);
+    }
+    jobs::Async<VeranoxPathReport> diagnose(QString target) override { return diagnosis.callWith(target); }
+    jobs::Async<QList<VeranoxTunnel>> saveTunnel(
+        QString name, std::optional<QString> originalName, VeranoxEditableTunnel tunnel) override
+    {
+        return tunnelSave.callWith(encodeRecord(VeranoxTunnelSaveRequest{name, originalName, tunnel}));
+    }
+    jobs::Async<QList<VeranoxTunnel>> deleteTunnel(QString name) override { return tunnelDeletion.callWith(name); }
+    jobs::Async<QList<VeranoxTunnel>> startTunnel(QString name) override { return tunnelStart.callWith(name); }
+    jobs::Async<QList<VeranoxTunnel>> stopTunnel(QString name) override { return tunnelStop.callWith(name); }
+    jobs::Async<QList<VeranoxTunnel>> restartTunnel(QString name) override { return tunnelRestart.callWith(name); }
+    jobs::Async<void> setTunnelSecret(QString name, QString password) override
+    {
+        co_await tunnelSecret.callWith(name + u' ' + password);
+    }
+    jobs::Async<QList<VeranoxPublication>> savePublication(
+        QString name, std::optional<QString> originalName, VeranoxEditablePublication publication) override
+    {
+        return publicationSave.callWith(encodeRecord(VeranoxPublicationSaveRequest{name, originalName, publication}));
+    }
+    jobs::Async<QList<VeranoxPublication>> deletePublication(QString name) override
+    {
+        return publicationDeletion.callWith(name);
+    }
+    jobs::Async<QList<VeranoxPublication>> startPublication(QString name) override
+    {
+        return publicationStart.callWith(name);
+    }
+    jobs::Async<QList<VeranoxPublication>> stopPublication(QString name) override
+    {
+        return publicationStop.callWith(name);
+    }
+    jobs::Async<QList<VeranoxPublication>> restartPublication(QString name) override
+    {
+        return publicationRestart.callWith(name);
+    }
+    jobs::Async<VeranoxFeedbackResult> submitFeedback(QString message, QString kind, QString contact) override
+    {
+        return feedback.callWith(kind + u' ' + message + u' ' + contact);
+    }
+
     FakeOperation<bool> health;
     FakeOperation<QList<VeranoxProfile>> profiles;
     FakeOperation<VeranoxConfig> config;
@@ -101,6 +200,23 @@ public:
     FakeOperation<QList<VeranoxTunnel>> tunnels;
     FakeOperation<QList<VeranoxPublication>> publications;
     FakeOperation<Nothing> shutdownRequest;
+
+    FakeOperation<Nothing> configSave;
+    FakeOperation<VeranoxProfileAction> loginRequest;
+    FakeOperation<VeranoxProfileAction> logoutRequest;
+    FakeOperation<VeranoxPathReport> diagnosis;
+    FakeOperation<QList<VeranoxTunnel>> tunnelSave;
+    FakeOperation<QList<VeranoxTunnel>> tunnelDeletion;
+    FakeOperation<QList<VeranoxTunnel>> tunnelStart;
+    FakeOperation<QList<VeranoxTunnel>> tunnelStop;
+    FakeOperation<QList<VeranoxTunnel>> tunnelRestart;
+    FakeOperation<Nothing> tunnelSecret;
+    FakeOperation<QList<VeranoxPublication>> publicationSave;
+    FakeOperation<QList<VeranoxPublication>> publicationDeletion;
+    FakeOperation<QList<VeranoxPublication>> publicationStart;
+    FakeOperation<QList<VeranoxPublication>> publicationStop;
+    FakeOperation<QList<VeranoxPublication>> publicationRestart;
+    FakeOperation<VeranoxFeedbackResult> feedback;
 
     // How often each read of a refresh was asked for; fails a test that expects them to go together.
     QList<int> refreshCalls() const

@@ -143,9 +143,9 @@ public:
     jobs::Async<QList<VeranoxPublication>> fetchPublications() override { return publications.call(); }
     jobs::Async<void> shutdown() override { co_await shutdownRequest.call(); }
 
-    jobs::Async<void> saveConfig(VeranoxEditableConfig config) override
+    jobs::Async<void> saveConfig(VeranoxEditableConfig document) override
     {
-        co_await configSave.callWith(encodeRecord(config));
+        co_await configSave.callWith(QString::fromUtf8(encodeRecord(document)));
     }
     jobs::Async<VeranoxProfileAction> login(QString profileName) override { return loginRequest.callWith(profileName); }
     jobs::Async<VeranoxProfileAction> logout(QString profileName) override
@@ -156,7 +156,8 @@ public:
     jobs::Async<QList<VeranoxTunnel>> saveTunnel(
         QString name, std::optional<QString> originalName, VeranoxEditableTunnel tunnel) override
     {
-        return tunnelSave.callWith(encodeRecord(VeranoxTunnelSaveRequest{name, originalName, tunnel}));
+        return tunnelSave.callWith(
+            QString::fromUtf8(encodeRecord(VeranoxTunnelSaveRequest{name, originalName, tunnel})));
     }
     jobs::Async<QList<VeranoxTunnel>> deleteTunnel(QString name) override { return tunnelDeletion.callWith(name); }
     jobs::Async<QList<VeranoxTunnel>> startTunnel(QString name) override { return tunnelStart.callWith(name); }
@@ -169,7 +170,8 @@ public:
     jobs::Async<QList<VeranoxPublication>> savePublication(
         QString name, std::optional<QString> originalName, VeranoxEditablePublication publication) override
     {
-        return publicationSave.callWith(encodeRecord(VeranoxPublicationSaveRequest{name, originalName, publication}));
+        return publicationSave.callWith(
+            QString::fromUtf8(encodeRecord(VeranoxPublicationSaveRequest{name, originalName, publication})));
     }
     jobs::Async<QList<VeranoxPublication>> deletePublication(QString name) override
     {

@@ -1,6 +1,7 @@
 #include "Service/Cli/GuiServe.h"
 
 #include "Service/Control/ControlServer.h"
+#include "Service/Files/DescriptorLimit.h"
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Nodes/Lab/LabConfig.h"
 #include "Service/Nodes/Lab/LabEngine.h"
@@ -53,6 +54,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
 {
     ::signal(SIGPIPE, SIG_IGN);
     ::signal(SIGXFSZ, SIG_IGN);
+    raiseDescriptorLimit();
     DescriptorLogSink output(STDOUT_FILENO);
     Log log(output, command.logLevel, logIdentifier(environment("VERANOX_SESSION_ID").value_or("")).value_or(""));
     const SystemTime time;
@@ -73,7 +75,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     ControlToken token = ControlToken::random();
     token.writeTo(folders.applicationSupport);
     const std::unique_ptr<NodeEngine> engine = makeEngine(std::move(lab), time);
-    NodeTraffic traffic(*engine);
+    NodeTraffic traffic(context.get_executor(), *engine, time);
     traffic.apply(config.document());
     ControlApi api({config, *engine, traffic, time, environment, endpoint.port, folders.applicationSupport},
         RequestGuard(std::move(token), endpoint.port));

@@ -47,4 +47,37 @@ PublicationStatus NoNodeEngine::publicationStatus(
     return status;
 }
 
+bool NoNodeEngine::isActedTunnel(const std::string &) const
+{
+    return true;
+}
+
+bool NoNodeEngine::isActedPublication(const std::string &) const
+{
+    return true;
+}
+
+std::optional<std::chrono::steady_clock::time_point> NoNodeEngine::nextChange() const
+{
+    return std::nullopt;
+}
+
+std::string NoNodeEngine::hostProblem(const std::string &, const std::string &) const
+{
+    return noEngine;
+}
+
+boost::asio::awaitable<boost::asio::ip::tcp::socket> NoNodeEngine::dial(std::string, std::string, std::uint16_t)
+{
+    co_await boost::asio::this_coro::executor;
+    throw DialProblem(noEngine);
+}
+
+NodePort NoNodeEngine::openPort(boost::asio::any_io_executor, const std::string &, const std::string &, std::uint16_t)
+{
+    throw DialProblem(noEngine);
+}
+
+void NoNodeEngine::stop() { }
+
 } // namespace veranox

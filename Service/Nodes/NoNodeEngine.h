@@ -14,6 +14,15 @@ public:
     TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const override;
     PublicationStatus publicationStatus(
         const std::string &name, const PublicationSettings &settings, const std::string &hostname) const override;
+    bool isActedTunnel(const std::string &name) const override;
+    bool isActedPublication(const std::string &name) const override;
+    std::optional<std::chrono::steady_clock::time_point> nextChange() const override;
+    std::string hostProblem(const std::string &profile, const std::string &host) const override;
+    boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
+        std::string profile, std::string host, std::uint16_t port) override;
+    NodePort openPort(boost::asio::any_io_executor executor, const std::string &profile, const std::string &hostname,
+        std::uint16_t port) override;
+    void stop() override;
 
 private:
     WallTime m_started;

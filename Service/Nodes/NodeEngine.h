@@ -1,7 +1,15 @@
 #pragma once
+#include "Service/Net/PortForwarder.h"
 #include "Service/Nodes/NodeStatus.h"
 #include "Service/Publications/PublicationRecord.h"
 #include "Service/Tunnels/TunnelRecord.h"
+#include <boost/asio/any_io_executor.hpp>
+#include <boost/asio/awaitable.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 
 namespace veranox {
@@ -16,6 +24,12 @@ struct NodeAction {
     bool operator==(const NodeAction &) const = default;
 };
 
+/// A port of a node, open to the other devices of its tailnet for as long as this is kept.
+struct NodePort {
+    boost::asio::ip::tcp::acceptor acceptor;
+    std::shared_ptr<void> lease;
+};
+
 /// Where nodes come from: runs one node per profile and knows how each fares. Answers at once from what it knows and
 /// never fails; a name that it does not know is a status that says so.
 class NodeEngine {
@@ -27,10 +41,32 @@ public:
     virtual NodeAction login(const std::string &profile) = 0;
     /// Signs the node out, so that it needs a login.
     virtual NodeAction logout(const std::string &profile) = 0;
+    /// How far the node lets the tunnel be: "listening" when it may carry connections.
     virtual TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const = 0;
-    /// `hostname` is the host name of the node that publishes.
+    /// The same for a publication. `hostname` is the host name of the node that publishes.
     virtual PublicationStatus publicationStatus(
         const std::string &name, const PublicationSettings &settings, const std::string &hostname) const = 0;
+
+    /// True for what only shows its state and carries nothing.
+    virtual bool isActedTunnel(const std::string &name) const = 0;
+    virtual bool isActedPublication(const std::string &name) const = 0;
+
+    /// The moment at which a status changes by the mere passing of time; nothing when none will.
+    virtual std::optional<std::chrono::steady_clock::time_point> nextChange() const = 0;
+
+    /// Why the node of the profile cannot reach the host, as a sentence; empty when it knows the way.
+    virtual std::string hostProblem(const std::string &profile, const std::string &host) const = 0;
+
+    /// Connects through the node of the profile, on the caller's executor. Fails with a DialProblem.
+    virtual boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
+        std::string profile, std::string host, std::uint16_t port) = 0;
+
+    /// Opens a port on the node of the profile, whose host name is given. Throws DialProblem.
+    virtual NodePort openPort(boost::asio::any_io_executor executor, const std::string &profile,
+        const std::string &hostname, std::uint16_t port) = 0;
+
+    /// Ends whatever it still runs, so that the io_context runs out of work.
+    virtual void stop() = 0;
 };
 
 } // namespace veranox

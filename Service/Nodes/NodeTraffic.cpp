@@ -1,22 +1,168 @@
 #include "Service/Nodes/NodeTraffic.h"
 
 #include "Service/Profiles/ProfileRecord.h"
+#include "Service/Tunnels/NativeTunnel.h"
+#include <algorithm>
 
 namespace veranox {
 
-NodeTraffic::NodeTraffic(NodeEngine &nodes) : m_nodes(nodes) { }
+namespace {
+
+constexpr std::string_view readyState = "listening";
+
+/// What a connection notices of the settings: the name that people see is no part of it.
+template <class Settings> Settings withoutLabel(Settings settings)
+{
+    settings.displayName.clear();
+    return settings;
+}
+
+template <class Settings>
+bool isUnchanged(const NamedList<Settings> &before, const NamedList<Settings> &after, const std::string &name)
+{
+    const Settings *old = findNamed(before, name);
+    const Settings *now = findNamed(after, name);
+    return old && now && withoutLabel(*old) == withoutLabel(*now);
+}
+
+bool isServed(const PublicationSettings &publication)
+{
+    return !publication.disabled && !publication.tls && publication.reach != "funnel";
+}
+
+} // namespace
+
+NodeTraffic::NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &nodes, const TimeSource &time)
+    : m_executor(std::move(executor)),
+      m_nodes(nodes),
+      m_time(time),
+      m_timer(m_executor)
+{
+}
+
+NodeTraffic::~NodeTraffic()
+{
+    stop();
+}
 
 void NodeTraffic::apply(const ConfigDocument &document)
 {
+    if (m_isStopped)
+        return;
+    dropWhatChanged(document);
     m_document = document;
+    addWhatIsNew();
+    look();
 }
 
-void NodeTraffic::nodesChanged() { }
+/// All that goes away does so before anything new begins, as an address may change hands.
+void NodeTraffic::dropWhatChanged(const ConfigDocument &document)
+{
+    std::erase_if(
+        m_tunnels, [&](const auto &entry) { return !isUnchanged(m_document.tunnels, document.tunnels, entry.first); });
+    std::erase_if(m_publications, [&](const auto &entry) {
+        const PublicationSettings *old = findNamed(m_document.publications, entry.first);
+        return !isUnchanged(m_document.publications, document.publications, entry.first)
+            || nodeHostname(m_document, old->profile) != nodeHostname(document, old->profile);
+    });
+}
+
+void NodeTraffic::addWhatIsNew()
+{
+    for (const auto &[name, settings] : m_document.tunnels)
+        if (!settings.disabled && !m_nodes.isActedTunnel(name) && !m_tunnels.contains(name))
+            if (std::unique_ptr<TunnelRunner> tunnel = makeTunnel(settings))
+                m_tunnels.emplace(name, std::move(tunnel));
+    for (const auto &[name, settings] : m_document.publications)
+        if (isServed(settings) && !m_nodes.isActedPublication(name) && !m_publications.contains(name))
+            m_publications.emplace(name,
+                std::make_unique<PublicationRunner>(
+                    m_executor, m_nodes, *m_conduits, m_time, settings, nodeHostname(m_document, settings.profile)));
+}
+
+std::unique_ptr<TunnelRunner> NodeTraffic::makeTunnel(const TunnelSettings &settings)
+{
+    if (settings.mode == "ssh")
+        return nullptr;
+    return std::make_unique<NativeTunnel>(m_executor, m_nodes, *m_conduits, settings);
+}
+
+void NodeTraffic::nodesChanged()
+{
+    look();
+}
+
+void NodeTraffic::look()
+{
+    if (m_isStopped)
+        return;
+    const SteadyTime now = m_time.steadyNow();
+    lookAtPublications(now); // first, as a tunnel may lead to one
+    lookAtTunnels(now);
+    awaitNextMoment();
+}
+
+void NodeTraffic::lookAtPublications(SteadyTime now)
+{
+    for (const auto &[name, runner] : m_publications) {
+        const PublicationStatus node = nodePublicationStatus(name, *findNamed(m_document.publications, name));
+        if (node.state == readyState)
+            runner->open(now, node.reachability.state == "unreachable");
+        else
+            runner->close();
+    }
+}
+
+void NodeTraffic::lookAtTunnels(SteadyTime now)
+{
+    for (const auto &[name, runner] : m_tunnels) {
+        const TunnelStatus node = m_nodes.tunnelStatus(name, *findNamed(m_document.tunnels, name));
+        if (node.state == readyState)
+            runner->open(now);
+        else
+            runner->close();
+    }
+}
+
+void NodeTraffic::awaitNextMoment()
+{
+    std::optional<SteadyTime> next = m_nodes.nextChange();
+    const auto consider = [&](std::optional<SteadyTime> moment) {
+        if (moment && (!next || *moment < *next))
+            next = moment;
+    };
+    for (const auto &[name, runner] : m_tunnels)
+        consider(runner->retryAt());
+    for (const auto &[name, runner] : m_publications)
+        consider(runner->retryAt());
+    m_timer.cancel();
+    if (!next)
+        return;
+    m_timer.expires_after(*next - m_time.steadyNow());
+    m_timer.async_wait([this](const boost::system::error_code &failure) {
+        if (!failure)
+            look();
+    });
+}
 
 TunnelStatus NodeTraffic::tunnelStatus(const std::string &name) const
 {
     const TunnelSettings *settings = findNamed(m_document.tunnels, name);
-    return settings ? m_nodes.tunnelStatus(name, *settings) : TunnelStatus{};
+    if (!settings)
+        return {};
+    const TunnelStatus node = m_nodes.tunnelStatus(name, *settings);
+    const auto runner = m_tunnels.find(name);
+    if (node.state != readyState || runner == m_tunnels.end())
+        return node;
+    TunnelStatus status = runner->second->status();
+    if (status.state == readyState)
+        status.activeConns += node.activeConns;
+    return status;
+}
+
+PublicationStatus NodeTraffic::nodePublicationStatus(const std::string &name, const PublicationSettings &settings) const
+{
+    return m_nodes.publicationStatus(name, settings, nodeHostname(m_document, settings.profile));
 }
 
 PublicationStatus NodeTraffic::publicationStatus(const std::string &name) const
@@ -24,12 +170,30 @@ PublicationStatus NodeTraffic::publicationStatus(const std::string &name) const
     const PublicationSettings *settings = findNamed(m_document.publications, name);
     if (!settings)
         return {};
-    return m_nodes.publicationStatus(name, *settings, nodeHostname(m_document, settings->profile));
+    PublicationStatus status = nodePublicationStatus(name, *settings);
+    const auto runner = m_publications.find(name);
+    if (status.state == readyState && runner != m_publications.end())
+        runner->second->describe(status);
+    return status;
 }
 
-void NodeTraffic::restartTunnel(const std::string &) { }
+void NodeTraffic::restartTunnel(const std::string &name)
+{
+    const auto runner = m_tunnels.find(name);
+    if (runner == m_tunnels.end())
+        return;
+    runner->second->close();
+    look();
+}
 
-void NodeTraffic::restartPublication(const std::string &) { }
+void NodeTraffic::restartPublication(const std::string &name)
+{
+    const auto runner = m_publications.find(name);
+    if (runner == m_publications.end())
+        return;
+    runner->second->close();
+    look();
+}
 
 void NodeTraffic::setTunnelSecret(const std::string &, std::string) { }
 
@@ -39,6 +203,15 @@ boost::asio::awaitable<boost::json::object> NodeTraffic::pathReport(PathQuestion
         {"summary", "This version of the service does not try paths yet."}};
 }
 
-void NodeTraffic::stop() { }
+void NodeTraffic::stop()
+{
+    m_isStopped = true;
+    m_timer.cancel();
+    for (const auto &[name, runner] : m_tunnels)
+        runner->close();
+    for (const auto &[name, runner] : m_publications)
+        runner->close();
+    m_nodes.stop();
+}
 
 } // namespace veranox

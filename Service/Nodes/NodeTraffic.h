@@ -1,14 +1,23 @@
 #pragma once
 #include "Service/Nodes/NodeEngine.h"
+#include "Service/Nodes/TimeSource.h"
 #include "Service/Nodes/Traffic.h"
+#include "Service/Publications/PublicationRunner.h"
+#include "Service/Tunnels/TunnelRunner.h"
+#include <boost/asio/steady_timer.hpp>
+#include <map>
+#include <memory>
 
 namespace veranox {
 
-/// Carries the connections through the nodes of an engine.
+/// Carries the connections through the nodes of an engine. Wakes when something can change and at no other time.
 class NodeTraffic final : public Traffic {
 public:
-    /// The engine must outlive it.
-    explicit NodeTraffic(NodeEngine &nodes);
+    /// Engine and time must outlive it.
+    NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &nodes, const TimeSource &time);
+    NodeTraffic(const NodeTraffic &) = delete;
+    NodeTraffic &operator=(const NodeTraffic &) = delete;
+    ~NodeTraffic() override;
 
     void apply(const ConfigDocument &document) override;
     void nodesChanged() override;
@@ -21,8 +30,25 @@ public:
     void stop() override;
 
 private:
+    void dropWhatChanged(const ConfigDocument &document);
+    void addWhatIsNew();
+    std::unique_ptr<TunnelRunner> makeTunnel(const TunnelSettings &settings);
+    PublicationStatus nodePublicationStatus(const std::string &name, const PublicationSettings &settings) const;
+    /// Opens what the nodes let be and closes the rest, then waits for the next moment that matters.
+    void look();
+    void lookAtPublications(SteadyTime now);
+    void lookAtTunnels(SteadyTime now);
+    void awaitNextMoment();
+
+    boost::asio::any_io_executor m_executor;
     NodeEngine &m_nodes;
+    const TimeSource &m_time;
+    std::unique_ptr<Conduits> m_conduits = bestConduits();
     ConfigDocument m_document;
+    std::map<std::string, std::unique_ptr<TunnelRunner>> m_tunnels;
+    std::map<std::string, std::unique_ptr<PublicationRunner>> m_publications;
+    boost::asio::steady_timer m_timer;
+    bool m_isStopped = false;
 };
 
 } // namespace veranox

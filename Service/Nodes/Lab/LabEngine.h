@@ -1,4 +1,5 @@
 #pragma once
+#include "Service/Nodes/Lab/LabDialer.h"
 #include "Service/Nodes/Lab/LabNetwork.h"
 #include "Service/Nodes/Lab/LabPhase.h"
 #include "Service/Nodes/NodeEngine.h"
@@ -20,6 +21,15 @@ public:
     TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const override;
     PublicationStatus publicationStatus(
         const std::string &name, const PublicationSettings &settings, const std::string &hostname) const override;
+    bool isActedTunnel(const std::string &name) const override;
+    bool isActedPublication(const std::string &name) const override;
+    std::optional<std::chrono::steady_clock::time_point> nextChange() const override;
+    std::string hostProblem(const std::string &profile, const std::string &host) const override;
+    boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
+        std::string profile, std::string host, std::uint16_t port) override;
+    NodePort openPort(boost::asio::any_io_executor executor, const std::string &profile, const std::string &hostname,
+        std::uint16_t port) override;
+    void stop() override;
 
 private:
     LabTime elapsed() const;
@@ -28,6 +38,7 @@ private:
     LabPhase nodePhase(const std::string &name, const LabProfile &profile) const;
 
     LabNetwork m_network;
+    LabDialer m_dialer{m_network};
     std::map<std::string, LabSession> m_sessions; // of the profiles that were signed in or out
     const TimeSource &m_time;
     std::chrono::steady_clock::time_point m_steadyStart;

@@ -7,6 +7,7 @@
 #include "Service/Nodes/Lab/LabDemo.h"
 #include "Service/Nodes/Lab/LabHostText.h"
 #include "Service/Text/StartProblem.h"
+#include <boost/asio/ip/address.hpp>
 #include <system_error>
 
 namespace veranox {
@@ -96,6 +97,15 @@ LabPolicy readPolicy(JsonReader reader)
     return policy;
 }
 
+std::string readNodeAddress(JsonReader &reader)
+{
+    const std::string text = reader.text("node_address", "");
+    boost::system::error_code unreadable;
+    if (!text.empty() && (!boost::asio::ip::make_address(text, unreadable).is_loopback() || unreadable))
+        reader.complain("node_address", "must be an address of loopback, for example \"127.80.0.1\"");
+    return text;
+}
+
 LabProfile readLabProfile(JsonReader reader)
 {
     LabProfile profile;
@@ -106,6 +116,7 @@ LabProfile readLabProfile(JsonReader reader)
     profile.failure = readFailure(reader, profile.settlesAfter);
     if (std::optional<JsonReader> policy = reader.objectIfPresent("policy"))
         profile.policy = readPolicy(*policy);
+    profile.nodeAddress = readNodeAddress(reader);
     if (std::optional<JsonReader> config = reader.objectIfPresent("config"))
         profile.config = readProfile(*config);
     reader.refuseUnread();
@@ -119,6 +130,7 @@ LabForwarding<Settings> readForwarding(JsonReader &reader, Settings (*readSettin
     forwarding.startsAfter = readTime(reader, "starts_after_s").value_or(LabTime(0));
     forwarding.failure = readFailure(reader, forwarding.startsAfter);
     forwarding.activeConns = reader.number("active_connections", countRange, 0);
+    forwarding.isActed = reader.flag("acted", false);
     if (std::optional<JsonReader> config = reader.objectIfPresent("config"))
         forwarding.config = readSettings(*config);
     reader.refuseUnread();

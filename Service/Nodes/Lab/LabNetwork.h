@@ -54,6 +54,7 @@ struct LabProfile {
     std::optional<LabTime> approvedAfter;
     std::optional<LabFailure> failure; // counted from the start of the service
     LabPolicy policy;
+    std::string nodeAddress; // loopback address at which the node's published ports are; empty: a free port each
     std::optional<ProfileSettings> config;
 };
 
@@ -61,7 +62,8 @@ struct LabProfile {
 template <class Settings> struct LabForwarding {
     LabTime startsAfter{0};
     std::optional<LabFailure> failure;
-    std::int64_t activeConns = 0; // while it listens
+    std::int64_t activeConns = 0; // while it listens, beside the real ones
+    bool isActed = false; // only shows its state and carries nothing
     std::optional<Settings> config;
 };
 

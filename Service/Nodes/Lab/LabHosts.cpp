@@ -1,0 +1,101 @@
+#include "Service/Nodes/Lab/LabHosts.h"
+
+#include "Service/Nodes/Lab/LabHostServices.h"
+#include <boost/asio/as_tuple.hpp>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <set>
+
+namespace veranox {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+
+namespace {
+
+constexpr auto asTuple = asio::as_tuple(asio::use_awaitable);
+constexpr std::chrono::milliseconds pauseAfterFailedAccept{100};
+
+asio::awaitable<void> serveAs(LabHost::Kind kind, LabConnection connection)
+{
+    if (kind == LabHost::Kind::Site)
+        return serveSite(std::move(connection));
+    return kind == LabHost::Kind::Echo ? serveEcho(std::move(connection)) : serveBlackhole(std::move(connection));
+}
+
+} // namespace
+
+class LabHosts::Server : public std::enable_shared_from_this<Server> {
+public:
+    Server(LabHost::Kind kind, const asio::any_io_executor &executor)
+        : m_kind(kind),
+          m_acceptor(executor, tcp::endpoint(asio::ip::address_v4::loopback(), 0)),
+          m_pause(executor)
+    {
+    }
+
+    tcp::endpoint endpoint() const { return m_acceptor.local_endpoint(); }
+
+    static asio::awaitable<void> run(std::shared_ptr<Server> self)
+    {
+        while (self->m_acceptor.is_open()) {
+            auto [failure, socket] = co_await self->m_acceptor.async_accept(asTuple);
+            if (failure && self->m_acceptor.is_open()) {
+                self->m_pause.expires_after(pauseAfterFailedAccept);
+                co_await self->m_pause.async_wait(asTuple);
+            }
+            if (failure)
+                continue;
+            const auto connection = std::make_shared<tcp::socket>(std::move(socket));
+            self->m_connections.insert(connection);
+            asio::co_spawn(self->m_acceptor.get_executor(), serveOne(self, connection), asio::detached);
+        }
+    }
+
+    void stop()
+    {
+        boost::system::error_code ignored;
+        m_acceptor.close(ignored);
+        m_pause.cancel();
+        for (const LabConnection &connection : m_connections)
+            connection->close(ignored);
+    }
+
+private:
+    static asio::awaitable<void> serveOne(std::shared_ptr<Server> self, LabConnection connection)
+    {
+        co_await serveAs(self->m_kind, connection);
+        self->m_connections.erase(connection);
+        boost::system::error_code ignored;
+        connection->close(ignored);
+    }
+
+    LabHost::Kind m_kind;
+    tcp::acceptor m_acceptor;
+    asio::steady_timer m_pause;
+    std::set<LabConnection> m_connections;
+};
+
+LabHosts::~LabHosts() = default;
+
+tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, asio::any_io_executor executor)
+{
+    std::shared_ptr<Server> &server = m_servers[kind];
+    if (!server) {
+        server = std::make_shared<Server>(kind, executor);
+        asio::co_spawn(executor, Server::run(server), asio::detached);
+    }
+    return server->endpoint();
+}
+
+void LabHosts::stop()
+{
+    for (const auto &[kind, server] : m_servers)
+        if (server)
+            server->stop();
+    m_servers.clear();
+}
+
+} // namespace veranox

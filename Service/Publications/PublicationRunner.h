@@ -1,0 +1,48 @@
+#pragma once
+#include "Service/Net/Backoff.h"
+#include "Service/Nodes/NodeEngine.h"
+#include "Service/Nodes/TimeSource.h"
+
+namespace veranox {
+
+/// Keeps one publication up while its node runs: a port of the node that leads to a service of this computer.
+class PublicationRunner {
+public:
+    using SteadyTime = std::chrono::steady_clock::time_point;
+
+    /// `hostname` is that of the node. Engine, conduits and time must outlive it.
+    PublicationRunner(boost::asio::any_io_executor executor, NodeEngine &nodes, Conduits &conduits,
+        const TimeSource &time, PublicationSettings settings, std::string hostname);
+    PublicationRunner(const PublicationRunner &) = delete;
+    PublicationRunner &operator=(const PublicationRunner &) = delete;
+    ~PublicationRunner();
+
+    /// Begins, or tries again when that is due. To be called while the node runs; harmless when repeated.
+    void open(SteadyTime now, bool admitsNobody);
+    /// Drops all connections and forgets what went wrong.
+    void close();
+    /// When open() is to be called for the next attempt; nothing while there is none to make.
+    std::optional<SteadyTime> retryAt() const { return m_retryAt; }
+    /// Puts what it knows into the status that the node gives while it lets the publication be.
+    void describe(PublicationStatus &status) const;
+
+private:
+    void listen();
+    void report(const std::string &problem);
+
+    boost::asio::any_io_executor m_executor;
+    NodeEngine &m_nodes;
+    Conduits &m_conduits;
+    const TimeSource &m_time;
+    PublicationSettings m_settings;
+    std::string m_hostname;
+    std::shared_ptr<bool> m_admitsNobody = std::make_shared<bool>(false);
+    std::shared_ptr<PortForwarder> m_forwarder; // while it listens
+    std::shared_ptr<void> m_lease; // of the node's port
+    std::string m_error;
+    std::optional<WallTime> m_lastActive;
+    Backoff m_backoff{std::chrono::seconds(15)};
+    std::optional<SteadyTime> m_retryAt;
+};
+
+} // namespace veranox

@@ -1,0 +1,269 @@
+#include "Service/Files/DescriptorLimit.h"
+#include "Tests/Service/Support/LabBench.h"
+#include <gmock/gmock.h>
+#include <list>
+
+namespace veranox {
+
+namespace {
+
+using namespace std::chrono_literals;
+using test::LabBench;
+using test::Peer;
+using ::testing::HasSubstr;
+
+std::string at(std::uint16_t port)
+{
+    return "127.0.0.1:" + std::to_string(port);
+}
+
+/// A lab whose tunnel "t" listens at `listen` and leads to the given host; `host` is the lab's word for it.
+std::string labWith(std::uint16_t listen, const std::string &host, const std::string &target = "h.tail1.ts.net:80",
+    const std::string &profile = "", const std::string &tunnel = "")
+{
+    return R"({"version": 1, "tailnets": {"net": {"suffix": ".tail1.ts.net", "hosts": {"h": ")" + host
+        + R"("}}}, "profiles": {"p": {"tailnet": "net")" + profile + R"(, "config": {"Suffixes": [".tail1.ts.net"]}}},
+        "tunnels": {"t": {)"
+        + tunnel + R"("config": {"Profile": "p", "Target": ")" + target + R"(", "Listen": ")" + at(listen) + R"("}}}})";
+}
+
+/// Bytes in which every place can be told from its neighbours.
+std::string pattern(std::size_t size, unsigned seed)
+{
+    std::string bytes(size, '\0');
+    unsigned state = seed * 2654435761U + 1;
+    for (char &byte : bytes) {
+        state = state * 1664525U + 1013904223U;
+        byte = static_cast<char>(state >> 24U);
+    }
+    return bytes;
+}
+
+TEST(NativeTunnel, CarriesBothWaysAndPassesOnTheHalfClose)
+{
+    const Peer target = Peer::listening();
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, at(target.port())));
+    EXPECT_EQ(bench.tunnel("t"), (TunnelStatus{"listening", 0, ""}));
+    const Peer client = Peer::connectTo(port);
+    const Peer far = target.accept();
+    ASSERT_TRUE(client.send("question"));
+    EXPECT_EQ(far.receive(8), "question");
+    client.finishSending();
+    EXPECT_EQ(far.receiveAll(), "");
+    ASSERT_TRUE(far.send("answer")) << "the other half stays open";
+    EXPECT_EQ(client.receive(6), "answer");
+    EXPECT_EQ(bench.tunnel("t").activeConns, 1);
+    far.finishSending();
+    EXPECT_EQ(client.receiveAll(), "");
+    EXPECT_TRUE(bench.becomes([&] { return bench.tunnel("t").activeConns == 0; }));
+}
+
+TEST(NativeTunnel, PassesOnAResetFromEitherSide)
+{
+    const Peer target = Peer::listening();
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, at(target.port())));
+    for (const bool fromClient : {true, false}) {
+        Peer client = Peer::connectTo(port);
+        Peer far = target.accept();
+        ASSERT_TRUE(client.send("x"));
+        ASSERT_EQ(far.receive(1), "x");
+        (fromClient ? client : far).reset();
+        EXPECT_TRUE((fromClient ? far : client).endsInReset()) << fromClient;
+    }
+}
+
+TEST(NativeTunnel, NoticesAResetBehindAReceiverThatIsStuck)
+{
+    const Peer target = Peer::listening();
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, at(target.port())));
+    Peer client = Peer::connectTo(port);
+    const Peer far = target.accept();
+    const timeval shortPatience{.tv_sec = 0, .tv_usec = 200000};
+    ::setsockopt(client.descriptor(), SOL_SOCKET, SO_SNDTIMEO, &shortPatience, sizeof shortPatience);
+    EXPECT_FALSE(client.send(std::string(64 * 1024 * 1024, 'x'))) << "nobody reads, so the sender is held up";
+    client.reset();
+    EXPECT_TRUE(bench.becomes([&] { return bench.tunnel("t").activeConns == 0; }));
+}
+
+TEST(NativeTunnel, AStuckPeerHoldsUpNobodyElse)
+{
+    const Peer target = Peer::listening();
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, at(target.port())));
+    const Peer stuck = Peer::connectTo(port);
+    const Peer deaf = target.accept();
+    const timeval shortPatience{.tv_sec = 0, .tv_usec = 200000};
+    ::setsockopt(stuck.descriptor(), SOL_SOCKET, SO_SNDTIMEO, &shortPatience, sizeof shortPatience);
+    EXPECT_FALSE(stuck.send(std::string(64 * 1024 * 1024, 'x')));
+    const Peer client = Peer::connectTo(port);
+    const Peer far = target.accept();
+    ASSERT_TRUE(client.send("hello"));
+    EXPECT_EQ(far.receive(5), "hello");
+}
+
+TEST(NativeTunnel, BuiltInHostsAnswer)
+{
+    const std::uint16_t site = test::freePort();
+    LabBench siteBench(labWith(site, "site"));
+    const Peer browser = Peer::connectTo(site);
+    ASSERT_TRUE(browser.send("GET / HTTP/1.1\r\nHost: h\r\nConnection: close\r\n\r\n"));
+    const std::string page = browser.receiveAll();
+    EXPECT_THAT(page, ::testing::StartsWith("HTTP/1.1 200 OK\r\n"));
+    EXPECT_THAT(page, HasSubstr("host of the lab network"));
+
+    const std::uint16_t echo = test::freePort();
+    LabBench echoBench(labWith(echo, "echo"));
+    const Peer caller = Peer::connectTo(echo);
+    ASSERT_TRUE(caller.send("hello"));
+    caller.finishSending();
+    EXPECT_EQ(caller.receiveAll(), "hello");
+
+    const std::uint16_t hole = test::freePort();
+    LabBench holeBench(labWith(hole, "blackhole"));
+    const Peer shouter = Peer::connectTo(hole);
+    ASSERT_TRUE(shouter.send("hello"));
+    shouter.finishSending();
+    EXPECT_EQ(shouter.receiveAll(), "");
+}
+
+TEST(NativeTunnel, SaysWhoHoldsItsPortAndTakesItOnceItIsFree)
+{
+    Peer holder = Peer::listening();
+    LabBench bench(labWith(holder.port(), "echo"));
+    const TunnelStatus taken = bench.tunnel("t");
+    EXPECT_EQ(taken.state, "error");
+    EXPECT_THAT(taken.lastError,
+        ::testing::AllOf(HasSubstr("The address " + at(holder.port()) + " is taken by "),
+            HasSubstr("(process " + std::to_string(::getpid()) + ")")));
+    const std::uint16_t port = holder.port();
+    holder.close();
+    bench.pass(500ms);
+    EXPECT_EQ(bench.tunnel("t").state, "error") << "the next attempt comes after a second";
+    bench.pass(500ms);
+    EXPECT_EQ(bench.tunnel("t"), (TunnelStatus{"listening", 0, ""}));
+    EXPECT_TRUE(Peer::connectTo(port).send("x"));
+}
+
+TEST(NativeTunnel, HostThatTheTailnetDoesNotHaveIsAnError)
+{
+    LabBench bench(labWith(test::freePort(), "echo", "nobody.tail1.ts.net:80"));
+    EXPECT_EQ(bench.tunnel("t"),
+        (TunnelStatus{"error", 0, "The tailnet of profile \"p\" has no host \"nobody.tail1.ts.net\"."}));
+}
+
+TEST(NativeTunnel, FailedDialIsToldAndForgottenWithTheNextThatSucceeds)
+{
+    std::optional<Peer> target(Peer::listening());
+    const std::uint16_t targetPort = target->port();
+    target.reset();
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, "127.0.0.1", "h.tail1.ts.net:" + std::to_string(targetPort)));
+    EXPECT_TRUE(Peer::connectTo(port).endsInReset());
+    EXPECT_EQ(bench.tunnel("t"),
+        (TunnelStatus{
+            "listening", 0, "h.tail1.ts.net port " + std::to_string(targetPort) + " refused the connection."}));
+}
+
+TEST(NativeTunnel, WaitsForItsNodeAndFallsWithIt)
+{
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, "echo", "h.tail1.ts.net:80",
+        R"(, "settles_after_s": 2, "fails": "The key expired.", "fails_after_s": 10)", R"("starts_after_s": 1, )"));
+    EXPECT_EQ(bench.tunnel("t").state, "starting");
+    EXPECT_ANY_THROW(Peer::connectTo(port));
+    bench.pass(3s);
+    EXPECT_EQ(bench.tunnel("t").state, "listening");
+    const Peer client = Peer::connectTo(port);
+    ASSERT_TRUE(client.send("x"));
+    ASSERT_EQ(client.receive(1), "x");
+    bench.pass(7s);
+    EXPECT_EQ(bench.tunnel("t"), (TunnelStatus{"error", 0, "Profile \"p\" is not running: The key expired."}));
+    EXPECT_TRUE(client.endsInReset());
+    EXPECT_ANY_THROW(Peer::connectTo(port));
+}
+
+TEST(NativeTunnel, ConnectionsOutliveASaveThatDoesNotConcernThem)
+{
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, "echo"));
+    const Peer client = Peer::connectTo(port);
+    bench.document().tunnels.front().second.displayName = "Another label";
+    bench.apply();
+    ASSERT_TRUE(client.send("still"));
+    EXPECT_EQ(client.receive(5), "still");
+    const std::uint16_t moved = test::freePort();
+    bench.document().tunnels.front().second.listen = at(moved);
+    bench.apply();
+    EXPECT_TRUE(client.endsInReset());
+    EXPECT_ANY_THROW(Peer::connectTo(port));
+    const Peer later = Peer::connectTo(moved);
+    ASSERT_TRUE(later.send("x"));
+    EXPECT_EQ(later.receive(1), "x");
+    bench.document().tunnels.front().second.disabled = true;
+    bench.apply();
+    EXPECT_EQ(bench.tunnel("t"), (TunnelStatus{"stopped", 0, ""}));
+    EXPECT_ANY_THROW(Peer::connectTo(moved));
+}
+
+TEST(NativeTunnel, RestartDropsConnectionsAndListensAgain)
+{
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, "echo"));
+    const Peer client = Peer::connectTo(port);
+    ASSERT_TRUE(client.send("x"));
+    ASSERT_EQ(client.receive(1), "x");
+    bench.call([&] { bench.traffic().restartTunnel("t"); });
+    EXPECT_TRUE(client.endsInReset());
+    const Peer later = Peer::connectTo(port);
+    ASSERT_TRUE(later.send("x"));
+    EXPECT_EQ(later.receive(1), "x");
+    bench.call([&] { bench.traffic().restartTunnel("nobody"); });
+}
+
+TEST(NativeTunnel, ActedTunnelOnlyShowsItsState)
+{
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, "echo", "h.tail1.ts.net:80", "", R"("acted": true, "active_connections": 3, )"));
+    EXPECT_EQ(bench.tunnel("t"), (TunnelStatus{"listening", 3, ""}));
+    EXPECT_ANY_THROW(Peer::connectTo(port));
+}
+
+/// 500 at once, each with bytes of its own; every tenth is torn down half-way.
+TEST(NativeTunnel, FiveHundredConnectionsLoseNothingWhileOthersAreReset)
+{
+    raiseDescriptorLimit();
+    constexpr unsigned connections = 500;
+    constexpr std::size_t size = 100'000;
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, "echo"));
+    std::list<Peer> clients;
+    for (unsigned i = 0; i < connections; ++i)
+        clients.push_back(Peer::connectTo(port));
+    EXPECT_TRUE(bench.becomes([&] { return bench.tunnel("t").activeConns == connections; }));
+    unsigned index = 0;
+    for (const Peer &client : clients)
+        ASSERT_TRUE(client.send(pattern(size, index++).substr(0, size / 2)));
+    index = 0;
+    for (Peer &client : clients)
+        if (index++ % 10 == 5)
+            client.reset();
+    index = 0;
+    unsigned intact = 0;
+    for (const Peer &client : clients) {
+        const std::string bytes = pattern(size, index);
+        if (index++ % 10 == 5)
+            continue;
+        ASSERT_TRUE(client.send(bytes.substr(size / 2)));
+        client.finishSending();
+        intact += client.receiveAll() == bytes ? 1 : 0;
+    }
+    EXPECT_EQ(intact, connections * 9 / 10);
+    EXPECT_TRUE(bench.becomes([&] { return bench.tunnel("t").activeConns == 0; }));
+}
+
+} // namespace
+
+} // namespace veranox

@@ -1,0 +1,14 @@
+#pragma once
+#include <QString>
+#include <exception>
+
+// What a failed tunnel operation says to a person. Pure functions, any thread.
+namespace VeranoxTunnelErrorMessage {
+
+// One sentence for any failure; `serviceUnavailable` is the operation's own for a service that cannot be reached.
+QString message(const std::exception_ptr &failure, const QString &serviceUnavailable);
+
+// One sentence for a refusal in the service's own words.
+QString messageForServerError(const QString &text);
+
+} // namespace VeranoxTunnelErrorMessage

@@ -1,0 +1,32 @@
+#pragma once
+#include "Tunnels/VeranoxTunnel.h"
+#include <QList>
+#include <optional>
+
+// How many tunnels there are, and how many of them need a person.
+struct VeranoxTunnelOverview {
+    Q_GADGET
+    Q_PROPERTY(qint64 totalCount MEMBER totalCount)
+    Q_PROPERTY(qint64 enabledCount MEMBER enabledCount)
+    Q_PROPERTY(qint64 disabledCount MEMBER disabledCount)
+    Q_PROPERTY(qint64 attentionCount MEMBER attentionCount)
+    Q_PROPERTY(QString statusSummary READ statusSummary)
+
+public:
+    qint64 totalCount = 0;
+    qint64 enabledCount = 0;
+    qint64 disabledCount = 0;
+    qint64 attentionCount = 0; // enabled ones with an error
+
+    VeranoxTunnelOverview() = default;
+    explicit VeranoxTunnelOverview(const QList<VeranoxTunnel> &tunnels);
+
+    QString statusSummary() const;
+
+    // Absent when none needs attention.
+    std::optional<QString> attentionSummary() const;
+
+    bool operator==(const VeranoxTunnelOverview &) const = default;
+};
+
+Q_DECLARE_METATYPE(VeranoxTunnelOverview)

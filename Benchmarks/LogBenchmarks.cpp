@@ -42,10 +42,11 @@ public:
     }
     std::optional<QString> fileURL() const override { return m_file.fileURL(); }
     jobs::Async<QList<VeranoxRuntimeLogEntry>> loadRecent(int limit) override { return m_file.loadRecent(limit); }
-    jobs::Async<> append(VeranoxRuntimeLogEntry entry) override
+    jobs::Async<> append(QList<VeranoxRuntimeLogEntry> entries) override
     {
-        co_await m_file.append(std::move(entry));
-        ++written;
+        const qsizetype count = entries.size();
+        co_await m_file.append(std::move(entries));
+        written += static_cast<int>(count);
     }
     int written = 0;
 

@@ -14,6 +14,7 @@
 #include "Log/VeranoxProfileNameInference.h"
 #include "Log/VeranoxRuntimeLogPersisting.h"
 #include "Log/VeranoxSessionIdentity.h"
+#include "Log/VeranoxUnwrittenLog.h"
 #include "Profiles/VeranoxLoginPrompt.h"
 #include "Profiles/VeranoxProfileDraft.h"
 #include "Profiles/VeranoxProfileTestFeedback.h"
@@ -24,7 +25,6 @@
 #include "System/VeranoxNotificationSnapshot.h"
 #include "Tunnels/VeranoxTunnel.h"
 #include <QObject>
-#include <deque>
 #include <memory>
 #include <optional>
 
@@ -340,7 +340,7 @@ private:
     bool m_runtimeLogChanged = false; // since changed() was last emitted
     bool m_runtimeLogLoaded = false;
     std::uint64_t m_nextRuntimeLogSequence = 0; // of the last entry
-    std::deque<VeranoxRuntimeLogEntry> m_unwrittenLog;
+    VeranoxUnwrittenLog m_unwrittenLog;
     mutable std::optional<VeranoxProfileNameInference> m_profileNames; // absent until asked for
     Generations m_generations;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
 #include <sys/stat.h>
 #include <system_error>
 
@@ -104,17 +105,47 @@ RotatingLineFile::RotatingLineFile(const QString &path, std::int64_t maxBytes, i
 {
 }
 
-void RotatingLineFile::append(const QByteArray &line)
+// Lines that fit into the file go there in one write. Once that fails, each has to find its own way.
+void RotatingLineFile::append(const QByteArrayList &lines)
 {
-    const QByteArray data = line + '\n';
+    std::optional<VeranoxRuntimeLogFileError> failure;
+    qsizetype most = lines.size();
+    for (qsizetype next = 0; next < lines.size();) {
+        try {
+            next += appendTogether(lines, next, most);
+            failure.reset();
+        } catch (const VeranoxRuntimeLogFileError &error) {
+            failure = error;
+            next += most == 1 ? 1 : 0;
+            most = 1;
+        }
+    }
+    if (failure)
+        throw *std::move(failure);
+}
+
+// Writes the line at `first` and as many after it as still fit, `most` in all; gives their number.
+qsizetype RotatingLineFile::appendTogether(const QByteArrayList &lines, qsizetype first, qsizetype most) const
+{
     const FileDescriptor folder = openFolder();
     FileDescriptor file = prepareFile(folder.number());
-    const std::int64_t size = sizeOf(file.number());
+    std::int64_t size = sizeOf(file.number());
+    QByteArray data = lines[first] + '\n';
     if (size > 0 && data.size() > m_maxBytes - size) {
         rotate(folder.number());
         file = prepareFile(folder.number());
+        size = sizeOf(file.number());
+    }
+    qsizetype count = 1;
+    for (; count < most && first + count < lines.size(); ++count) {
+        const QByteArray &line = lines[first + count];
+        if (line.size() + 1 > m_maxBytes - size - data.size())
+            break;
+        data += line;
+        data += '\n';
     }
     writeAll(file.number(), data, m_path);
+    return count;
 }
 
 QByteArrayList RotatingLineFile::contents()

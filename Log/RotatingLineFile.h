@@ -17,9 +17,10 @@ public:
     // maxBytes below 1 counts as 1, backupCount below 0 as 0.
     RotatingLineFile(const QString &path, std::int64_t maxBytes, int backupCount);
 
-    // Adds the line and a line feed, rotating before if it does not fit. A line that is larger than maxBytes gets a
-    // file of its own. When writing fails the file is as it was before.
-    void append(const QByteArray &line);
+    // Adds each line and a line feed, rotating before one that does not fit. A line that is larger than maxBytes gets a
+    // file of its own. A line that cannot be written leaves the file as it was before, and the next is tried; throws
+    // when it is the last one that was not written.
+    void append(const QByteArrayList &lines);
 
     // The content of all files that exist, oldest first. Of a file that is far larger than any of ours, the end.
     QByteArrayList contents();
@@ -29,6 +30,7 @@ private:
         QByteArray name;
         QString path; // for people
     };
+    qsizetype appendTogether(const QByteArrayList &lines, qsizetype first, qsizetype most) const;
     FileDescriptor openFolder() const;
     FileDescriptor prepareFile(int folder) const;
     void rotate(int folder) const;

@@ -5,7 +5,7 @@ jobs::Async<QList<VeranoxRuntimeLogEntry>> VeranoxRuntimeLogDiscarder::loadRecen
     co_return QList<VeranoxRuntimeLogEntry>();
 }
 
-jobs::Async<> VeranoxRuntimeLogDiscarder::append(VeranoxRuntimeLogEntry /*entry*/)
+jobs::Async<> VeranoxRuntimeLogDiscarder::append(QList<VeranoxRuntimeLogEntry> /*entries*/)
 {
     co_return;
 }

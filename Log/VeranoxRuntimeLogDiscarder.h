@@ -9,7 +9,7 @@ public:
     }
     std::optional<QString> fileURL() const override { return m_fileURL; }
     jobs::Async<QList<VeranoxRuntimeLogEntry>> loadRecent(int limit) override;
-    jobs::Async<> append(VeranoxRuntimeLogEntry entry) override;
+    jobs::Async<> append(QList<VeranoxRuntimeLogEntry> entries) override;
 
 private:
     std::optional<QString> m_fileURL;

@@ -23,6 +23,15 @@ QList<VeranoxRuntimeLogEntry> newestEntries(const QByteArrayList &contents, int 
     return newestFirst;
 }
 
+QByteArrayList lines(const QList<VeranoxRuntimeLogEntry> &entries)
+{
+    QByteArrayList lines;
+    lines.reserve(entries.size());
+    for (const VeranoxRuntimeLogEntry &entry : entries)
+        lines.append(entry.toJson());
+    return lines;
+}
+
 } // namespace
 
 VeranoxRuntimeLogFile::VeranoxRuntimeLogFile(
@@ -49,11 +58,11 @@ jobs::Async<QList<VeranoxRuntimeLogEntry>> VeranoxRuntimeLogFile::loadRecent(int
     co_return co_await thread().call([limit](RotatingLineFile &file) { return newestEntries(file.contents(), limit); });
 }
 
-jobs::Async<> VeranoxRuntimeLogFile::append(VeranoxRuntimeLogEntry entry)
+jobs::Async<> VeranoxRuntimeLogFile::append(QList<VeranoxRuntimeLogEntry> entries)
 {
     if (!m_fileURL)
         co_return;
-    co_await thread().call([entry = std::move(entry)](RotatingLineFile &file) { file.append(entry.toJson()); });
+    co_await thread().call([entries = std::move(entries)](RotatingLineFile &file) { file.append(lines(entries)); });
 }
 
 VeranoxRuntimeLogFile::Thread &VeranoxRuntimeLogFile::thread()

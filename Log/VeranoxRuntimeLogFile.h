@@ -23,7 +23,7 @@ public:
 
     // Lines that can't be read are passed over. Nothing is touched for a limit below 1.
     jobs::Async<QList<VeranoxRuntimeLogEntry>> loadRecent(int limit) override;
-    jobs::Async<> append(VeranoxRuntimeLogEntry entry) override;
+    jobs::Async<> append(QList<VeranoxRuntimeLogEntry> entries) override;
 
 private:
     using Thread = jobs::Isolated<RotatingLineFile>;

@@ -19,8 +19,9 @@ public:
     // The newest `limit` entries, oldest first. Throws a VeranoxError.
     virtual jobs::Async<QList<VeranoxRuntimeLogEntry>> loadRecent(int limit) = 0;
 
-    // Keeps one more entry. Throws a VeranoxError; the entry is then not kept.
-    virtual jobs::Async<> append(VeranoxRuntimeLogEntry entry) = 0;
+    // Keeps more entries, in their order. One that cannot be kept does not stop the others. Throws a VeranoxError when
+    // the last one is not kept.
+    virtual jobs::Async<> append(QList<VeranoxRuntimeLogEntry> entries) = 0;
 
 protected:
     VeranoxRuntimeLogPersisting() = default;

@@ -80,7 +80,7 @@ std::optional<QString> VeranoxStore::inferredProfileName(const QString &line) co
 
 void VeranoxStore::keepLogEntry(VeranoxRuntimeLogEntry entry)
 {
-    m_unwrittenLog.push_back(entry);
+    m_unwrittenLog.append(entry);
     if (!m_runtimeLogWriteTask.running())
         m_runtimeLogWriteTask = m_jobs.start(writeRuntimeLog());
     m_runtimeLog.append(std::move(entry));
@@ -90,15 +90,14 @@ void VeranoxStore::keepLogEntry(VeranoxRuntimeLogEntry entry)
     announceChange();
 }
 
-// One job writes what is waiting, entry after entry, so that a burst of lines is no burst of jobs.
+// One job writes what is waiting, as much at a time as has come during the write before, so that a burst of lines is
+// neither a burst of jobs nor one of writes.
 jobs::Async<> VeranoxStore::writeRuntimeLog()
 {
-    while (!m_unwrittenLog.empty()) {
-        VeranoxRuntimeLogEntry entry = std::move(m_unwrittenLog.front());
-        m_unwrittenLog.pop_front();
+    while (!m_unwrittenLog.isEmpty()) {
         std::optional<QString> error;
         try {
-            co_await m_runtimeLogPersistence->append(std::move(entry));
+            co_await m_runtimeLogPersistence->append(m_unwrittenLog.takeBatch());
         } catch (...) {
             error = u"Activity history could not be saved: "_s + describeFailure(std::current_exception());
         }

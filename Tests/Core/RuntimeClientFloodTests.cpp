@@ -1,6 +1,6 @@
 // A service that says more than anybody wants to hear.
+#include "Tests/Core/FloodWatch.h"
 #include "Tests/Core/RuntimeClientWorld.h"
-#include <ctime>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -14,28 +14,6 @@ extern "C" const char *__asan_default_options()
 
 namespace {
 
-constexpr qint64 kilobyte = 1024;
-
-qint64 peakMemory()
-{
-    QFile status(u"/proc/self/status"_s);
-    EXPECT_TRUE(status.open(QFile::ReadOnly));
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).chopped(2).trimmed().toLongLong() * kilobyte;
-    }
-    ADD_FAILURE() << "no peak of memory";
-    return 0;
-}
-
-// What this thread has worked so far, in milliseconds: unlike time it does not count what other programs do.
-double work()
-{
-    timespec used{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
-    return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
-}
-
 class RuntimeClientFlood : public RuntimeClientWorld {
 protected:
     RuntimeClientFlood()
@@ -47,29 +25,19 @@ protected:
         };
     }
 
-    // Reads it all, while a timer that wants to ring every 5 ms measures the work that keeps it from it.
+    // Reads it all.
     void hear(const QString &flood)
     {
-        const qint64 before = peakMemory();
-        QTimer heartbeat;
-        double atBeat = work();
-        QObject::connect(&heartbeat, &QTimer::timeout, &heartbeat, [&] {
-            longestWork = std::max(longestWork, work() - atBeat);
-            atBeat = work();
-        });
-        heartbeat.start(5);
+        const FloodWatch watch;
         client->startGUI(doing({flood, u"exit:0"_s}));
         EXPECT_TRUE(waitForExit(50s));
-        growth = peakMemory() - before;
-        EXPECT_LT(growth, 32 * 1024 * kilobyte);
-        EXPECT_LT(longestWork, 100); // ms; it is about 10 without a sanitizer
+        EXPECT_LT(watch.growth(), 32 * 1024 * FloodWatch::kilobyte);
+        EXPECT_LT(watch.longestWork(), 100); // ms; it is about 10 without a sanitizer
     }
 
     qint64 told = 0;
     qint64 characters = 0;
     qsizetype longest = 0;
-    double longestWork = 0;
-    qint64 growth = 0;
 };
 
 QString pattern(const QByteArray &bytes, int megabytes = 100)

@@ -19,6 +19,18 @@ protected:
     }
 };
 
+// The rights of a user whom folders can refuse, for a test that runs as root.
+class OrdinaryRights {
+public:
+    OrdinaryRights() { EXPECT_TRUE(m_before != 0 || ::seteuid(65534) == 0); }
+    ~OrdinaryRights() { EXPECT_EQ(::seteuid(m_before), 0); }
+    OrdinaryRights(const OrdinaryRights &) = delete;
+    OrdinaryRights &operator=(const OrdinaryRights &) = delete;
+
+private:
+    uid_t m_before = ::geteuid();
+};
+
 TEST_F(LogFileFailure, NeverWritesOrReadsThroughASymbolicLink)
 {
     const QString target = home.filePath(u"target"_s);
@@ -68,6 +80,22 @@ TEST_F(LogFileFailure, DoesNotWaitAtAPipe)
     ::close(reader);
 }
 
+TEST_F(LogFileFailure, TellsOfAFolderThatIsSomebodyElses)
+{
+    QDir().mkpath(folder);
+    ::chmod(QFile::encodeName(home.path()).constData(), 0755);
+    ::chmod(QFile::encodeName(folder).constData(), 0777);
+    open();
+    {
+        const OrdinaryRights rights;
+        if (::geteuid() == QFileInfo(folder).ownerId())
+            GTEST_SKIP() << "only root can be somebody else";
+        expectError(append(entry(u"a"_s)), u"logs” could not be made private: Operation not permitted"_s);
+        expectError(loadError(), u"could not be made private"_s);
+    }
+    EXPECT_FALSE(QFileInfo::exists(path));
+}
+
 TEST_F(LogFileFailure, TellsOfAFolderInPlaceOfTheFile)
 {
     QDir().mkpath(path);
@@ -100,18 +128,6 @@ TEST_F(LogFileFailure, RecoversOnceTheObstacleIsGone)
     EXPECT_EQ(append(entry(u"b"_s)), std::nullopt);
     EXPECT_EQ(messages(), QStringList{u"b"_s});
 }
-
-// The rights of a user whom folders can refuse, for a test that runs as root.
-class OrdinaryRights {
-public:
-    OrdinaryRights() { EXPECT_TRUE(m_before != 0 || ::seteuid(65534) == 0); }
-    ~OrdinaryRights() { EXPECT_EQ(::seteuid(m_before), 0); }
-    OrdinaryRights(const OrdinaryRights &) = delete;
-    OrdinaryRights &operator=(const OrdinaryRights &) = delete;
-
-private:
-    uid_t m_before = ::geteuid();
-};
 
 TEST_F(LogFileFailure, TellsOfAFolderThatRefuses)
 {
@@ -178,6 +194,17 @@ TEST_F(LogOnSmallDisk, LeavesTheFileWholeWhenTheDiskIsFull)
     EXPECT_EQ(content(path).size(), 10'000); // no half line
     EXPECT_EQ(append(entryOfSize(200, u'y')), std::nullopt);
     EXPECT_EQ(messages().size(), 2);
+}
+
+TEST_F(LogOnSmallDisk, KeepsWhatStillFitsOfRecordsThatComeTogether)
+{
+    open();
+    EXPECT_EQ(append({entryOfSize(10'000, u'a'), entryOfSize(10'000, u'b'), entryOfSize(200, u'c')}), std::nullopt);
+    ASSERT_EQ(messages().size(), 2);
+    EXPECT_EQ(messages().first().front(), u'a');
+    EXPECT_EQ(messages().last().front(), u'c');
+    expectError(append({entryOfSize(200, u'd'), entryOfSize(10'000, u'e')}), u"No space left on device"_s);
+    EXPECT_EQ(messages().size(), 3);
 }
 
 TEST_F(LogOnSmallDisk, TellsOfADiskThatIsReadOnly)

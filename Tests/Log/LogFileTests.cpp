@@ -29,6 +29,22 @@ TEST_F(LogFile, MakesItsFolderAndFileForTheOwnerOnly)
     EXPECT_EQ(mode(path), 0600U);
 }
 
+// Whatever a careless parent process has left as the mask of permissions.
+TEST_F(LogFile, IsForTheOwnerOnlyUnderAnyMask)
+{
+    const mode_t before = ::umask(0);
+    open(1, 2);
+    const QStringList texts{u"a"_s, u"b"_s, u"c"_s};
+    for (const QString &text : texts)
+        EXPECT_EQ(append(entry(text)), std::nullopt);
+    EXPECT_EQ(messages(), texts);
+    ::umask(before);
+    for (const QString &made : {home.filePath(u"a"_s), home.filePath(u"a/b"_s), folder})
+        EXPECT_EQ(mode(made), 0700U) << qPrintable(made);
+    for (const QString &made : {path, backup(1), backup(2)})
+        EXPECT_EQ(mode(made), 0600U) << qPrintable(made);
+}
+
 TEST_F(LogFile, NarrowsPermissionsThatAreTooWide)
 {
     write(path, "");
@@ -113,7 +129,7 @@ TEST_F(LogFile, ServesCallsInTheirOrder)
 {
     open();
     for (int number = 0; number < 200; ++number)
-        jobs.start(log->append(entry(QString::number(number))));
+        jobs.start(log->append({entry(QString::number(number))}));
     const QStringList texts = messages();
     ASSERT_EQ(texts.size(), 200);
     for (int number = 0; number < 200; ++number)
@@ -135,7 +151,7 @@ TEST_F(LogFile, FindsItsFileAgainWhenOthersMoveOrDeleteIt)
 TEST_F(LogFile, FinishesTheCallsMadeSoFarWhenItGoes)
 {
     open();
-    jobs.start(log->append(entry(u"a"_s)));
+    jobs.start(log->append({entry(u"a"_s)}));
     world.queue.settle();
     log.reset();
     open();

@@ -36,9 +36,10 @@ protected:
     }
 
     // The error text, or nothing when it went well.
-    std::optional<QString> append(const VeranoxRuntimeLogEntry &entry)
+    std::optional<QString> append(const VeranoxRuntimeLogEntry &entry) { return append(QList{entry}); }
+    std::optional<QString> append(const QList<VeranoxRuntimeLogEntry> &entries)
     {
-        const auto job = jobs.start(appending(log.get(), entry));
+        const auto job = jobs.start(appending(log.get(), entries));
         world.run();
         return result;
     }
@@ -98,11 +99,11 @@ protected:
     jobs::JobScope jobs;
 
 private:
-    jobs::Async<> appending(VeranoxRuntimeLogFile *file, VeranoxRuntimeLogEntry entry)
+    jobs::Async<> appending(VeranoxRuntimeLogFile *file, QList<VeranoxRuntimeLogEntry> entries)
     {
         result = QStringLiteral("never came back");
         try {
-            co_await file->append(std::move(entry));
+            co_await file->append(std::move(entries));
             result.reset();
         } catch (const VeranoxError &error) {
             result = error.localizedDescription();

@@ -1,4 +1,5 @@
 #include "Tests/Log/LogFileWorld.h"
+#include "Tests/Log/RandomText.h"
 
 using namespace Qt::StringLiterals;
 
@@ -71,6 +72,30 @@ TEST_F(LogRotation, RaisesLimitsThatAreTooLow)
     EXPECT_EQ(append(entry(u"b"_s)), std::nullopt);
     EXPECT_EQ(messages(), QStringList{u"b"_s});
     EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{u"activity.jsonl"_s});
+}
+
+// However many records come at once, the files are those of one record after the other.
+TEST_F(LogRotation, TreatsRecordsThatComeTogetherLikeThoseThatComeAlone)
+{
+    RandomText random(6);
+    for (int round = 0; round < 60; ++round) {
+        QList<VeranoxRuntimeLogEntry> entries;
+        for (int left = random.below(40); left > 0; --left)
+            entries.append(entryOfSize(random.below(10) == 0 ? 1'500 : 120 + random.below(300)));
+        const auto filesAfter = [&](bool together) {
+            QDir(folder).removeRecursively();
+            open(1'000, 2);
+            for (const auto &entry : entries) {
+                if (!together)
+                    EXPECT_EQ(append(entry), std::nullopt);
+            }
+            if (together)
+                EXPECT_EQ(append(entries), std::nullopt);
+            return QByteArrayList{content(backup(2)), content(backup(1)), content(path)};
+        };
+        const QByteArrayList alone = filesAfter(false);
+        ASSERT_EQ(filesAfter(true), alone) << round;
+    }
 }
 
 TEST_F(LogRotation, StopsAtTheFirstFailureAndGoesOnWithTheNextRecord)

@@ -27,6 +27,33 @@ TEST_F(StoreLogPersistence, WritesEveryEntryInOrderOneAtATime)
     EXPECT_EQ(file->written.last().message, u"later"_s);
 }
 
+TEST_F(StoreLogPersistence, JoinsWhatWaitsIntoOneWrite)
+{
+    file->appending.hold();
+    store->appendLog(u"first"_s);
+    world.run();
+    for (int number = 0; number < 499; ++number)
+        store->appendLog(u"waits"_s);
+    file->appending.release();
+    world.run();
+    EXPECT_EQ(file->appending.calls, 2);
+    EXPECT_EQ(file->written, store->runtimeLog());
+}
+
+TEST_F(StoreLogPersistence, HoldsNoMoreForADiskThatHangsThanItsFilesWould)
+{
+    file->appending.hold();
+    const QString line(16'000, u'x');
+    for (int number = 0; number < 2'000; ++number)
+        store->appendLog(line);
+    file->appending.release();
+    world.run();
+    EXPECT_GE(file->written.size(), 8 * 1024 * 1024 / 17'000);
+    EXPECT_LE(file->written.size(), 8 * 1024 * 1024 / 16'000 + 2);
+    EXPECT_EQ(file->written.last(), store->runtimeLog().last());
+    EXPECT_EQ(store->runtimeLogPersistenceError(), std::nullopt);
+}
+
 TEST_F(StoreLogPersistence, WritesMoreThanItKeepsInMemory)
 {
     for (int number = 0; number < 10'000; ++number)

@@ -13,12 +13,12 @@ public:
         limits.append(limit);
         return loading.call();
     }
-    jobs::Async<> append(VeranoxRuntimeLogEntry entry) override
+    jobs::Async<> append(QList<VeranoxRuntimeLogEntry> entries) override
     {
         EXPECT_FALSE(std::exchange(m_busy, true)) << "two writes at once";
         const auto idle = qScopeGuard([this] { m_busy = false; });
         co_await appending.call();
-        written.append(std::move(entry));
+        written.append(std::move(entries));
     }
 
     FakeOperation<Nothing> appending;

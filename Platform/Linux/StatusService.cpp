@@ -1,5 +1,6 @@
 #include "Platform/StatusService.h"
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusReply>
 
@@ -41,8 +42,12 @@ std::unique_ptr<StatusService> StatusService::publish(std::function<QStringList(
     return service;
 }
 
+// Qt takes its static objects down in reverse order. Its table of types has to be there before the bus, so that it is
+// still there while the bus's own thread ends: that thread looks types up to its last moment, and complains on standard
+// error when they are gone.
 std::optional<QStringList> StatusService::ask()
 {
+    qRegisterMetaType<QDBusError>();
     const QDBusReply<QStringList> answer =
         QDBusConnection::sessionBus().call(question(), QDBus::Block, answerTimeoutMS);
     return answer.isValid() ? std::optional(answer.value()) : std::nullopt;

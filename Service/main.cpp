@@ -1,5 +1,6 @@
 #include "Service/Cli/CommandLine.h"
 #include "Service/Cli/GuiServe.h"
+#include "Service/Cli/SshHelper.h"
 #include "Service/Text/StartProblem.h"
 #include "Service/Text/Words.h"
 #include <cstdio>
@@ -30,6 +31,8 @@ int run(const veranox::Command &command)
 int main(int count, char **words)
 {
     try {
+        if (const std::optional<int> status = veranox::runSshHelper({words, words + count}))
+            return *status;
         return run(veranox::parseCommandLine({words + 1, words + count}));
     } catch (const veranox::StartProblem &problem) {
         return fail(problem.what());

@@ -2,6 +2,7 @@
 
 #include "Service/Control/ControlServer.h"
 #include "Service/Files/DescriptorLimit.h"
+#include "Service/Files/OwnExecutable.h"
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Nodes/Lab/LabConfig.h"
 #include "Service/Nodes/Lab/LabEngine.h"
@@ -75,7 +76,8 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     ControlToken token = ControlToken::random();
     token.writeTo(folders.applicationSupport);
     const std::unique_ptr<NodeEngine> engine = makeEngine(std::move(lab), time);
-    NodeTraffic traffic(context.get_executor(), *engine, time);
+    NodeTraffic traffic(context.get_executor(), *engine, time,
+        {ownExecutable(), folders.applicationSupport / "known_hosts", environment});
     traffic.apply(config.document());
     ControlApi api({config, *engine, traffic, time, environment, endpoint.port, folders.applicationSupport},
         RequestGuard(std::move(token), endpoint.port));

@@ -20,6 +20,15 @@ public:
     }
 
     int get() const { return m_value; }
+    /// Gives the file away.
+    int release() { return std::exchange(m_value, -1); }
+    /// Takes over another file and closes the one that it had.
+    void reset(int value)
+    {
+        if (m_value >= 0)
+            ::close(m_value);
+        m_value = value;
+    }
     /// Closes now and tells whether the system took everything that was written.
     bool close() { return ::close(std::exchange(m_value, -1)) == 0; }
 

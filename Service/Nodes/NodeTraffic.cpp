@@ -2,6 +2,7 @@
 
 #include "Service/Profiles/ProfileRecord.h"
 #include "Service/Tunnels/NativeTunnel.h"
+#include "Service/Tunnels/SshTunnel.h"
 #include <algorithm>
 
 namespace veranox {
@@ -32,10 +33,12 @@ bool isServed(const PublicationSettings &publication)
 
 } // namespace
 
-NodeTraffic::NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &nodes, const TimeSource &time)
+NodeTraffic::NodeTraffic(
+    boost::asio::any_io_executor executor, NodeEngine &nodes, const TimeSource &time, SshPlaces sshPlaces)
     : m_executor(std::move(executor)),
       m_nodes(nodes),
       m_time(time),
+      m_sshPlaces(std::move(sshPlaces)),
       m_timer(m_executor)
 {
 }
@@ -50,6 +53,9 @@ void NodeTraffic::apply(const ConfigDocument &document)
     if (m_isStopped)
         return;
     dropWhatChanged(document);
+    std::erase_if(m_secrets, [&](const auto &secret) {
+        return findNamed(m_document.tunnels, secret.first) && !findNamed(document.tunnels, secret.first);
+    });
     m_document = document;
     addWhatIsNew();
     look();
@@ -71,8 +77,7 @@ void NodeTraffic::addWhatIsNew()
 {
     for (const auto &[name, settings] : m_document.tunnels)
         if (!settings.disabled && !m_nodes.isActedTunnel(name) && !m_tunnels.contains(name))
-            if (std::unique_ptr<TunnelRunner> tunnel = makeTunnel(settings))
-                m_tunnels.emplace(name, std::move(tunnel));
+            m_tunnels.emplace(name, makeTunnel(name, settings));
     for (const auto &[name, settings] : m_document.publications)
         if (isServed(settings) && !m_nodes.isActedPublication(name) && !m_publications.contains(name))
             m_publications.emplace(name,
@@ -80,10 +85,12 @@ void NodeTraffic::addWhatIsNew()
                     m_executor, m_nodes, *m_conduits, m_time, settings, nodeHostname(m_document, settings.profile)));
 }
 
-std::unique_ptr<TunnelRunner> NodeTraffic::makeTunnel(const TunnelSettings &settings)
+std::unique_ptr<TunnelRunner> NodeTraffic::makeTunnel(const std::string &name, const TunnelSettings &settings)
 {
     if (settings.mode == "ssh")
-        return nullptr;
+        return std::make_unique<SshTunnel>(SshTunnel::Surroundings{m_executor, m_nodes, *m_conduits, m_time,
+                                               m_sshPlaces, [this] { awaitNextMoment(); }},
+            settings, m_secrets[name]);
     return std::make_unique<NativeTunnel>(m_executor, m_nodes, *m_conduits, settings);
 }
 
@@ -195,7 +202,15 @@ void NodeTraffic::restartPublication(const std::string &name)
     look();
 }
 
-void NodeTraffic::setTunnelSecret(const std::string &, std::string) { }
+void NodeTraffic::setTunnelSecret(const std::string &name, std::string password)
+{
+    m_secrets[name] = password;
+    const auto runner = m_tunnels.find(name);
+    if (runner == m_tunnels.end())
+        return;
+    runner->second->setSecret(std::move(password));
+    look();
+}
 
 boost::asio::awaitable<boost::json::object> NodeTraffic::pathReport(PathQuestion question)
 {

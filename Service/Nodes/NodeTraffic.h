@@ -3,6 +3,7 @@
 #include "Service/Nodes/TimeSource.h"
 #include "Service/Nodes/Traffic.h"
 #include "Service/Publications/PublicationRunner.h"
+#include "Service/Tunnels/SshCommand.h"
 #include "Service/Tunnels/TunnelRunner.h"
 #include <boost/asio/steady_timer.hpp>
 #include <map>
@@ -14,7 +15,7 @@ namespace veranox {
 class NodeTraffic final : public Traffic {
 public:
     /// Engine and time must outlive it.
-    NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &nodes, const TimeSource &time);
+    NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &nodes, const TimeSource &time, SshPlaces sshPlaces);
     NodeTraffic(const NodeTraffic &) = delete;
     NodeTraffic &operator=(const NodeTraffic &) = delete;
     ~NodeTraffic() override;
@@ -32,7 +33,7 @@ public:
 private:
     void dropWhatChanged(const ConfigDocument &document);
     void addWhatIsNew();
-    std::unique_ptr<TunnelRunner> makeTunnel(const TunnelSettings &settings);
+    std::unique_ptr<TunnelRunner> makeTunnel(const std::string &name, const TunnelSettings &settings);
     PublicationStatus nodePublicationStatus(const std::string &name, const PublicationSettings &settings) const;
     /// Opens what the nodes let be and closes the rest, then waits for the next moment that matters.
     void look();
@@ -43,8 +44,10 @@ private:
     boost::asio::any_io_executor m_executor;
     NodeEngine &m_nodes;
     const TimeSource &m_time;
+    SshPlaces m_sshPlaces;
     std::unique_ptr<Conduits> m_conduits = bestConduits();
     ConfigDocument m_document;
+    std::map<std::string, std::string> m_secrets; // passwords by the names of tunnels
     std::map<std::string, std::unique_ptr<TunnelRunner>> m_tunnels;
     std::map<std::string, std::unique_ptr<PublicationRunner>> m_publications;
     boost::asio::steady_timer m_timer;

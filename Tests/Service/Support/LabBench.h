@@ -27,7 +27,7 @@ public:
 
     explicit LabBench(const std::string &lab)
         : m_engine(parseLab(lab), m_time),
-          m_traffic(m_context.get_executor(), m_engine, m_time),
+          m_traffic(m_context.get_executor(), m_engine, m_time, {}),
           m_work(m_context.get_executor()),
           m_thread([this] { m_context.run(); })
     {

@@ -1,0 +1,67 @@
+"""Well-known programs through a native tunnel and to a publication."""
+
+import http.server
+import threading
+import unittest
+
+from support import PeerTest, answers, eventually, free_port, lab
+
+
+class NativeTunnelPeers(PeerTest):
+    def test_curl_reads_the_built_in_site(self):
+        port = free_port()
+        self.start_service(lab(
+            tunnels={"t": {"Profile": "p", "Target": "wiki.tail1.ts.net:80", "Listen": f"127.0.0.1:{port}"}},
+            hosts={"wiki": "site"}))
+        page = self.run_program("curl", "-sS", "-i", f"http://127.0.0.1:{port}/any/path")
+        self.assertEqual(page.returncode, 0, page.stderr)
+        self.assertIn("HTTP/1.1 200 OK", page.stdout)
+        self.assertIn("<h1>It works</h1>", page.stdout)
+
+    def test_redis_keeps_what_comes_through(self):
+        server, port = free_port(), free_port()
+        self.start(["redis-server", "--port", str(server), "--bind", "127.0.0.1", "--save", "", "--dir",
+                    str(self.folder), "--logfile", "/dev/null"])
+        self.assertTrue(eventually(lambda: answers(server)))
+        service = self.start_service(lab(
+            tunnels={"t": {"Profile": "p", "Target": "cache.tail1.ts.net:6379", "Listen": f"127.0.0.1:{port}"}},
+            hosts={"cache": f"127.0.0.1:{server}"}))
+        value = "x" * 100_000
+        stored = self.run_program("redis-cli", "-p", str(port), "-x", "set", "key", input=value)
+        self.assertEqual(stored.stdout.strip(), "OK", stored.stderr)
+        read = self.run_program("redis-cli", "-p", str(port), "--raw", "get", "key")
+        self.assertEqual(read.stdout.rstrip("\n"), value)
+        self.assertEqual(service.tunnel("t")["LastError"], "")
+
+
+class Page(http.server.BaseHTTPRequestHandler):
+    def do_GET(self):
+        body = b"from the local service"
+        self.send_response(200)
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        self.wfile.write(body)
+
+    def log_message(self, *_):
+        pass
+
+
+class PublicationPeers(PeerTest):
+    def test_curl_reaches_it_from_another_node(self):
+        server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Page)
+        self.addCleanup(server.server_close)
+        self.addCleanup(server.shutdown)
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        port = free_port()
+        service = self.start_service(lab(
+            tunnels={"t": {"Profile": "p", "Target": "desk.tail1.ts.net:8080", "Listen": f"127.0.0.1:{port}"}},
+            publications={"web": {"Profile": "q", "Target": f"127.0.0.1:{server.server_port}", "Port": 8080}}))
+        self.assertEqual(service.publication("web")["State"], "listening")
+        self.assertEqual(service.publication("web")["Address"], "desk.tail1.ts.net:8080")
+        page = self.run_program("curl", "-sS", f"http://127.0.0.1:{port}/")
+        self.assertEqual(page.stdout, "from the local service", page.stderr)
+        self.assertNotEqual(service.publication("web")["LastActive"], "")
+
+
+if __name__ == "__main__":
+    unittest.main()

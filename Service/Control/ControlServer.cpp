@@ -63,17 +63,21 @@ void ControlServer::begin(asio::ip::tcp::socket socket)
     session->start();
 }
 
-/// Pushes out the connection that has kept us waiting longest, for a request or for taking an answer, so that a crowd
-/// of such connections locks nobody out.
+/// Pushes out a connection that keeps us waiting, so that a crowd of such locks nobody out: first one that does not
+/// take its answer, which a client in good order does at once, then one that owes us a request; the longest waiting of
+/// each.
 bool ControlServer::makeRoom()
 {
     if (m_sessions.size() < m_limits.connections)
         return true;
+    const auto byMerit = [](const ControlSession *session) {
+        return std::pair(session->isWaiting(), session->waitingSince());
+    };
     ControlSession *longest = nullptr;
     for (ControlSession *session : m_sessions)
-        if (session->dependsOnClient() && (longest == nullptr || session->waitingSince() < longest->waitingSince()))
+        if (session->dependsOnClient() && (longest == nullptr || byMerit(session) < byMerit(longest)))
             longest = session;
-    if (!longest)
+    if (longest == nullptr)
         return false;
     m_sessions.erase(longest);
     longest->close();

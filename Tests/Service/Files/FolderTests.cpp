@@ -171,6 +171,35 @@ TEST(UserFolders, RelativePlacesAreIgnored)
     EXPECT_THROW(userFolders(environmentOf({})), StartProblem);
 }
 
+TEST(Folder, TakesAwayOnlyWhatAKilledReplaceLeftBehindLongAgo)
+{
+    const TemporaryFolder base;
+    const std::vector<std::string> old{".a.1.new", ".a.x.new", ".b.1.new", "a", ".a", ".a.1", "a.1.new"};
+    for (const std::string &name : old) {
+        base.write(name, "text");
+        fs::last_write_time(base / name, fs::file_time_type::clock::now() - std::chrono::minutes(2));
+    }
+    base.write(".a.2.new", "of a process that still works on it");
+    fs::create_directory(base / ".a.folder.new");
+    fs::last_write_time(base / ".a.folder.new", fs::file_time_type::clock::now() - std::chrono::minutes(2));
+    Folder::openOrMake(base.path(), false).removeAbandoned("a");
+    EXPECT_THAT(base.names(), ElementsAre(".a", ".a.1", ".a.2.new", ".a.folder.new", ".b.1.new", "a", "a.1.new"));
+}
+
+TEST(Folder, AppendsUpToTheLimit)
+{
+    const TemporaryFolder base;
+    const Folder folder = Folder::openOrMake(base.path(), false);
+    folder.append("a", "one", 6, 0600);
+    folder.append("a", "two", 6, 0600);
+    EXPECT_EQ(base.read("a"), "onetwo");
+    EXPECT_THROW(folder.append("a", "3", 6, 0600), std::system_error);
+    EXPECT_THROW(folder.append("b", "1234567", 6, 0600), std::system_error);
+    EXPECT_EQ(base.read("a"), "onetwo");
+    fs::create_directory(base / "folder");
+    EXPECT_THROW(folder.append("folder", "x", 6, 0600), std::system_error);
+}
+
 TEST(Programs, AreFoundOnThePath)
 {
     const TemporaryFolder base;

@@ -1,0 +1,10 @@
+#include "Tests/Fuzz/Records/RecordFuzzer.h"
+#include "Tunnels/VeranoxEditableTunnel.h"
+
+// Whatever can be read is written so that it reads the same.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    if (const auto record = fuzz::decoded<VeranoxEditableTunnel>(data, size))
+        fuzz::require(decodeRecord<VeranoxEditableTunnel>(encodeRecord(*record)) == *record);
+    return 0;
+}

@@ -1,5 +1,4 @@
 """Desktops that lack something, or get it later."""
-import os
 import shutil
 import signal
 import unittest
@@ -8,8 +7,6 @@ from support.case import EndToEndTestCase
 from support.paths import MENU
 from support.polling import eventually, stays
 from support.programs import STOP_BOUND
-
-INSTALLED_SERVICES = ("/opt/homebrew/bin/veranox", "/usr/local/bin/veranox")  # where the application looks as well
 
 
 class NoTray(EndToEndTestCase):
@@ -69,9 +66,7 @@ class NoTray(EndToEndTestCase):
 
 class NoService(EndToEndTestCase):
     def test_the_icon_stands_and_tells_of_the_error(self):
-        installed = [path for path in INSTALLED_SERVICES if os.path.exists(path)]
-        if installed:
-            self.skipTest(f"the application would take {installed[0]}")
+        self.skip_where_a_service_is_installed()
         alone = self.folder / "bin" / MENU.name  # no service beside it
         alone.parent.mkdir()
         shutil.copy(MENU, alone)

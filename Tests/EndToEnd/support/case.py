@@ -1,5 +1,6 @@
 """What every end-to-end test stands on."""
 import fcntl
+import os
 import pathlib
 import shutil
 import signal
@@ -14,6 +15,7 @@ from .programs import PORT, Application, Service
 from .session import Session
 from .trays import StatusNotifierHost, XEmbedTray
 
+INSTALLED_SERVICES = ("/opt/homebrew/bin/veranox", "/usr/local/bin/veranox")  # where the application looks as well
 BEHIND_FRONT = 43201  # the service's port while a front stands on the application's
 FINDINGS = ("ERROR: AddressSanitizer", "ERROR: LeakSanitizer", "WARNING: ThreadSanitizer", "runtime error:")
 
@@ -52,6 +54,12 @@ class EndToEndTestCase(unittest.TestCase):
         with socket.socket() as probe:
             if probe.connect_ex(("127.0.0.1", PORT)) == 0:
                 self.fail(f"port {PORT} is taken: end the service that runs there")
+
+    def skip_where_a_service_is_installed(self):
+        """For tests of an application that has no usable service of its own."""
+        installed = [path for path in INSTALLED_SERVICES if os.path.exists(path)]
+        if installed:
+            self.skipTest(f"the application would take {installed[0]}")
 
     # ---- What a test starts; all of it ends with the test
 

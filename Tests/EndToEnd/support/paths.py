@@ -6,6 +6,7 @@ SOURCE = pathlib.Path(__file__).resolve().parents[3]
 BUILD = pathlib.Path(os.environ.get("VERANOX_BUILD_DIR", SOURCE / "build" / "release")).resolve()
 
 MENU = BUILD / "bin" / "veranox-menu"
+RESOURCES = pathlib.PurePath("../lib/veranox")  # seen from the folder of the application
 SERVICE = BUILD / "bin" / "veranox"
 STATUS_NOTIFIER_HOST = BUILD / "tests" / "status_notifier_host"
 VIRTUAL_DESKTOP = SOURCE / "Tests" / "Support" / "virtual-desktop"

@@ -35,12 +35,10 @@ void JsonUserDefaults::load()
     QFile file(m_path);
     if (!file.exists())
         return;
-    if (!file.open(QIODevice::ReadOnly)) {
-        m_isWritable = false;
-        m_problem = u"The settings in %1 cannot be read: %2. The defaults apply, and changes are not saved."_s.arg(
-            m_path, file.errorString());
-        return;
-    }
+    if (!QFileInfo(file).isFile()) // a pipe would keep us waiting for its writer
+        return giveUp(u"It is not a regular file"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return giveUp(file.errorString());
     const QByteArray bytes = file.read(maxFileBytes + 1);
     if (bytes.size() > maxFileBytes)
         return setAside(u"it is larger than 1 MiB"_s);
@@ -51,6 +49,13 @@ void JsonUserDefaults::load()
     if (!document.isObject())
         return setAside(u"it holds no JSON object"_s);
     m_values = document.object();
+}
+
+void JsonUserDefaults::giveUp(const QString &reason)
+{
+    m_isWritable = false;
+    m_problem =
+        u"The settings in %1 cannot be read: %2. The defaults apply, and changes are not saved."_s.arg(m_path, reason);
 }
 
 void JsonUserDefaults::setAside(const QString &reason)

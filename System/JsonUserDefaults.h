@@ -18,6 +18,7 @@ public:
 
 private:
     void load();
+    void giveUp(const QString &reason);
     void setAside(const QString &reason);
     bool save();
 

@@ -40,7 +40,7 @@ QString AutostartLoginItem::defaultEntryPath()
 bool AutostartLoginItem::isEnabled() const
 {
     QFile entry(m_entryPath);
-    if (!entry.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!QFileInfo(entry).isFile() || !entry.open(QIODevice::ReadOnly | QIODevice::Text)) // no waiting at a pipe
         return false;
     const QStringList lines = QString::fromUtf8(entry.read(maxEntryBytes)).split(u'\n');
     return !lines.contains(u"Hidden=true"_s) && !lines.contains(u"X-GNOME-Autostart-enabled=false"_s);

@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
@@ -63,6 +64,15 @@ TEST_F(Autostart, anEntryThatThePersonSwitchedOffCountsAsOff)
         ASSERT_TRUE(item.add()); // switching it on again replaces it
         EXPECT_TRUE(item.isEnabled());
     }
+}
+
+TEST_F(Autostart, aPipeInTheWayIsNotWaitedFor)
+{
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(path()).path()));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
+    EXPECT_FALSE(item.isEnabled());
+    EXPECT_TRUE(item.add());
+    EXPECT_TRUE(item.isEnabled());
 }
 
 TEST_F(Autostart, aFolderInTheWayIsAFinishedSentence)

@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -70,6 +72,37 @@ TEST_F(JsonDefaults, setsADamagedFileAsideAndNeverEmptiesIt)
         EXPECT_EQ(files().size(), 2);
         EXPECT_TRUE(defaults.problem().isEmpty());
     }
+}
+
+TEST_F(JsonDefaults, doesNotWaitAtAPipe)
+{
+    QDir().mkpath(folder.filePath(u"veranox"_s));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
+    JsonUserDefaults defaults(path());
+    const QString sentence = u"The settings in %1 cannot be read: It is not a regular file. The defaults apply, and "
+                             "changes are not saved."_s.arg(path());
+    EXPECT_EQ(defaults.problem(), sentence);
+    defaults.setValue(u"a"_s, true);
+    EXPECT_EQ(defaults.problem(), sentence);
+    EXPECT_FALSE(QFileInfo(path()).isFile());
+}
+
+TEST_F(JsonDefaults, aFileThatMayNotBeReadIsLeftAsItIs)
+{
+    put("{\"a\": true}");
+    ::chmod(QFile::encodeName(folder.path()).constData(), 0755);
+    ::chmod(QFile::encodeName(folder.filePath(u"veranox"_s)).constData(), 0777);
+    ::chmod(QFile::encodeName(path()).constData(), 0600);
+    const uid_t before = ::geteuid();
+    if (before != 0 || ::seteuid(65534) != 0)
+        GTEST_SKIP() << "only root can be somebody else";
+    JsonUserDefaults defaults(path());
+    defaults.setValue(u"a"_s, false);
+    ASSERT_EQ(::seteuid(before), 0);
+    EXPECT_EQ(defaults.problem(),
+        u"The settings in %1 cannot be read: Permission denied. The defaults apply, and "
+        "changes are not saved."_s.arg(path()));
+    EXPECT_EQ(content(path()), "{\"a\": true}");
 }
 
 TEST_F(JsonDefaults, aFolderInTheWayLosesNothingAndSaysSo)

@@ -19,15 +19,7 @@ QString ServiceState::logWord() const
 
 QString ServiceState::title() const
 {
-    switch (m_kind) {
-    case Kind::starting:
-        return u"Starting"_s;
-    case Kind::online:
-        return u"Online"_s;
-    case Kind::offline:
-        return u"Offline"_s;
-    case Kind::error:
-        return u"Error"_s;
-    }
-    Q_UNREACHABLE();
+    QString word = logWord();
+    word.front() = word.front().toUpper();
+    return word;
 }

@@ -26,6 +26,8 @@ constexpr jobs::Clock::Duration recoveryDelay(int attemptsBefore)
 
 jobs::Async<> VeranoxStore::ensureServiceStarted()
 {
+    if (m_isQuitting) // nobody would stop what is started now
+        co_return;
     if (!m_startServiceTask.running())
         m_startServiceTask = m_jobs.start(performServiceStart());
     co_await m_startServiceTask;

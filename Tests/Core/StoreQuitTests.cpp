@@ -144,6 +144,23 @@ TEST_F(StoreQuit, duringTheFirstProbeLaunchesNothing)
     EXPECT_EQ(store->serviceState(), ServiceState::offline());
 }
 
+TEST_F(StoreQuit, nothingIsStartedOnceItHasBegun)
+{
+    service->health.answer(false);
+    runtime->stopTime = 2s;
+    runtime->gui = {.isRunning = true, .terminationStatus = 0};
+    scope.start(store->quitAndShutdown());
+    world.run(1s);
+    store->startRouter();
+    const auto start = scope.start(store->start()); // one that was still reading the log
+    world.run(1min);
+    EXPECT_TRUE(start.finished());
+    EXPECT_EQ(runtime->calls, QStringList({u"shutdown"_s}));
+    EXPECT_EQ(service->health.calls, 0);
+    EXPECT_EQ(store->serviceState(), ServiceState::offline());
+    EXPECT_EQ(store->lastActionMessage(), u"Veranox stopped."_s);
+}
+
 TEST_F(StoreQuit, theLastWordAsksTheChildToStopWithoutWaiting)
 {
     runtime->gui = {.isRunning = true, .terminationStatus = 0};

@@ -1,13 +1,36 @@
 #include "Core/VeranoxLaunchError.h"
 #include "Tests/Core/RuntimeClientWorld.h"
 #include <QScopeGuard>
+#include <QTemporaryDir>
 #include <csignal>
 #include <fcntl.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-class RuntimeClient : public RuntimeClientWorld { };
+class RuntimeClient : public RuntimeClientWorld {
+protected:
+    static QByteArray program()
+    {
+        QFile file(QStringLiteral(SERVICE_DOUBLE));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+    // An executable file of this content.
+    QString executableOf(const QByteArray &content)
+    {
+        const QString path = folder.filePath(u"veranox-%1"_s.arg(++executables));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(content), content.size());
+        EXPECT_TRUE(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        return path;
+    }
+
+    QTemporaryDir folder;
+    int executables = 0;
+};
 
 TEST_F(RuntimeClient, tellsOfTheStartTheLinesAndTheEnd)
 {
@@ -78,6 +101,15 @@ TEST_F(RuntimeClient, aLaunchFailureIsThrownInTheSystemsWordsAndChangesNothing)
     };
     EXPECT_EQ(messageOf(u"/nowhere/veranox"_s), u"/nowhere/veranox could not be started: No such file or directory."_s);
     EXPECT_EQ(messageOf(u"/etc/passwd"_s), u"/etc/passwd could not be started: Permission denied."_s);
+    QByteArray foreign = program();
+    foreign[18] = 0x16; // the header's machine: S/390
+    foreign[19] = 0;
+    for (const QByteArray &content : {QByteArray(), foreign, program().first(100), QByteArray("no program\n")}) {
+        const QString executable = executableOf(content);
+        EXPECT_EQ(messageOf(executable), executable + u" could not be started: Exec format error."_s);
+    }
+    const QString orphan = executableOf("#!/nowhere/interpreter\n");
+    EXPECT_EQ(messageOf(orphan), orphan + u" could not be started: No such file or directory."_s);
     EXPECT_FALSE(client->guiProcess());
     EXPECT_TRUE(lines.isEmpty());
 

@@ -44,9 +44,21 @@ void checkAccount(const std::string &what, const std::string &text)
         refuse("The " + what + " cannot start with a hyphen or hold a blank or an @.");
 }
 
+bool isHostPort(const std::string &text)
+{
+    try {
+        parseHostPort(text);
+        return true;
+    } catch (const std::invalid_argument &) {
+        return false;
+    }
+}
+
 void checkBastion(const TunnelSSHSettings &ssh)
 {
     checkAccount("bastion host", ssh.bastion);
+    if (!isHostPort(ssh.bastion) && !isHostPort(ssh.bastion + ":22"))
+        refuse("The bastion host must be a host name or an address, with its port behind it where that is not 22.");
     checkAccount("SSH user", ssh.user);
     checkLine("private key's path", ssh.identityFile);
     if (ssh.auth == "key" && !ssh.identityFile.starts_with('/'))

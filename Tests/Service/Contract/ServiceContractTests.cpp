@@ -2,6 +2,7 @@
 #include "Tests/Service/Support/ServiceProcess.h"
 #include <algorithm>
 #include <boost/json/parse.hpp>
+#include <boost/json/serialize.hpp>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <list>
@@ -49,6 +50,40 @@ TEST_F(ServiceContract, ServesTheDemo)
     EXPECT_EQ(get(port, "/api/config").at("Profiles").as_object().size(), 5U);
     EXPECT_TRUE(get(port, "/api/environment").at("TailscaledAvailable").is_bool());
     EXPECT_EQ(get(port, "/api/health").at("status"), "ok");
+}
+
+TEST_F(ServiceContract, TheDemoCanBeSavedAsItIs)
+{
+    ServiceProcess service(home.path(), demo);
+    const std::uint16_t port = service.awaitPort();
+    RawClient client(port);
+    const auto post = [&](const std::string &path, const boost::json::value &body) {
+        const std::string text = boost::json::serialize(body);
+        return client.exchange(
+            client.request("POST", path, tokenHeader() + "Content-Length: " + std::to_string(text.size()) + "\r\n")
+            + text);
+    };
+    const RawClient::Answer saved = post("/api/config?force=true", get(port, "/api/config"));
+    EXPECT_EQ(saved.result_int(), 200U) << saved.body();
+    for (const boost::json::value &tunnel : get(port, "/api/tunnels").as_array()) {
+        boost::json::object settings;
+        for (const std::string_view key : {"DisplayName", "Profile", "Mode", "Listen", "Target", "Disabled"})
+            settings[key] = tunnel.at(key);
+        if (tunnel.at("Mode") == "ssh")
+            settings["SSH"] = {{"Bastion", tunnel.at("SSHBastion")}, {"User", tunnel.at("SSHUser")},
+                {"Auth", tunnel.at("SSHAuth")}, {"IdentityFile", tunnel.at("SSHIdentity")}};
+        const RawClient::Answer answer = post(
+            "/api/tunnels", {{"Name", tunnel.at("Name")}, {"OriginalName", tunnel.at("Name")}, {"Tunnel", settings}});
+        EXPECT_EQ(answer.result_int(), 200U) << answer.body();
+    }
+    for (const boost::json::value &publication : get(port, "/api/publications").as_array()) {
+        boost::json::object settings;
+        for (const std::string_view key : {"DisplayName", "Profile", "Target", "Reach", "Port", "TLS", "Disabled"})
+            settings[key] = publication.at(key);
+        const RawClient::Answer answer = post("/api/publications",
+            {{"Name", publication.at("Name")}, {"OriginalName", publication.at("Name")}, {"Publication", settings}});
+        EXPECT_EQ(answer.result_int(), 200U) << answer.body();
+    }
 }
 
 TEST_F(ServiceContract, EveryRecordHasAllItsKeys)

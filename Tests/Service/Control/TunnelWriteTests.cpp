@@ -111,7 +111,8 @@ TEST_F(TunnelWrites, RenameTakesEverythingAlong)
 TEST_F(TunnelWrites, ThroughABastion)
 {
     EXPECT_EQ(
-        post("", ssh(R"({"Bastion": "b.example", "User": "me", "Auth": "key", "IdentityFile": "/k"})")).status, 200U);
+        post("", ssh(R"({"Bastion": "b.example:2222", "User": "me", "Auth": "key", "IdentityFile": "/k"})")).status,
+        200U);
     EXPECT_EQ(onDisk("new").at("SSH").at("IdentityFile"), "/k");
 }
 
@@ -258,6 +259,8 @@ INSTANTIATE_TEST_SUITE_P(Values, RefusedTunnel,
             "An SSH tunnel needs a bastion host and an SSH user; the SSH user is missing."},
         RefusedSave{ssh(R"({"Bastion": "-oProxyCommand=x", "User": "u", "Auth": "agent", "IdentityFile": ""})"),
             "The bastion host cannot start with a hyphen or hold a blank or an @."},
+        RefusedSave{ssh(R"({"Bastion": "b:ssh", "User": "u", "Auth": "agent", "IdentityFile": ""})"),
+            "The bastion host must be a host name or an address, with its port behind it where that is not 22."},
         RefusedSave{ssh(R"({"Bastion": "b", "User": "a b", "Auth": "agent", "IdentityFile": ""})"),
             "The SSH user cannot start with a hyphen or hold a blank or an @."},
         RefusedSave{ssh(R"({"Bastion": "b", "User": "u", "Auth": "key", "IdentityFile": "id_rsa"})"),

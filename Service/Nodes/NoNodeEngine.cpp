@@ -67,6 +67,16 @@ std::string NoNodeEngine::hostProblem(const std::string &, const std::string &) 
     return noEngine;
 }
 
+std::vector<std::string> NoNodeEngine::resolve(const std::string &, const std::string &) const
+{
+    return {};
+}
+
+NodeNames NoNodeEngine::nodeNames(const std::string &, const std::string &hostname) const
+{
+    return {.hostName = hostname, .dnsName = "", .addresses = {}};
+}
+
 boost::asio::awaitable<boost::asio::ip::tcp::socket> NoNodeEngine::dial(std::string, std::string, std::uint16_t)
 {
     co_await boost::asio::this_coro::executor;

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace veranox {
 
@@ -28,6 +29,13 @@ struct NodeAction {
 struct NodePort {
     boost::asio::ip::tcp::acceptor acceptor;
     std::shared_ptr<void> lease;
+};
+
+/// What a node is called in its tailnet.
+struct NodeNames {
+    std::string hostName;
+    std::string dnsName; // empty while it is not known
+    std::vector<std::string> addresses;
 };
 
 /// Where nodes come from: runs one node per profile and knows how each fares. Answers at once from what it knows and
@@ -56,6 +64,12 @@ public:
 
     /// Why the node of the profile cannot reach the host, as a sentence; empty when it knows the way.
     virtual std::string hostProblem(const std::string &profile, const std::string &host) const = 0;
+
+    /// The addresses of a host as the node of the profile sees them; none for one that it does not know.
+    virtual std::vector<std::string> resolve(const std::string &profile, const std::string &host) const = 0;
+
+    /// The names of the profile's node, whose host name is given.
+    virtual NodeNames nodeNames(const std::string &profile, const std::string &hostname) const = 0;
 
     /// Connects through the node of the profile, on the caller's executor. Fails with a DialProblem.
     virtual boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(

@@ -1,6 +1,7 @@
 #include "Service/Nodes/NodeTraffic.h"
 
 #include "Service/Profiles/ProfileRecord.h"
+#include "Service/Reports/PathReport.h"
 #include "Service/Tunnels/NativeTunnel.h"
 #include "Service/Tunnels/SshTunnel.h"
 #include <algorithm>
@@ -214,8 +215,7 @@ void NodeTraffic::setTunnelSecret(const std::string &name, std::string password)
 
 boost::asio::awaitable<boost::json::object> NodeTraffic::pathReport(PathQuestion question)
 {
-    co_return boost::json::object{{"profile", ""}, {"target", question.target},
-        {"summary", "This version of the service does not try paths yet."}};
+    co_return co_await makePathReport(&m_nodes, m_document, std::move(question));
 }
 
 void NodeTraffic::stop()

@@ -59,6 +59,15 @@ std::string LabDialer::hostProblem(const std::string &profile, const std::string
     return "The tailnet of profile \"" + profile + "\" has no host \"" + host + "\".";
 }
 
+std::vector<std::string> LabDialer::resolve(const std::string &profile, const std::string &host) const
+{
+    if (!hostProblem(profile, host).empty())
+        return {};
+    const LabTailnet &tailnet = *tailnetOf(profile);
+    const LabHost *known = findNamed(tailnet.hosts, labelOf(host, tailnet.suffix));
+    return {known && known->kind == LabHost::Kind::Address ? known->address : "127.0.0.1"};
+}
+
 /// Where on loopback that host is. Throws DialProblem.
 LabDialer::Endpoint LabDialer::endpointOf(
     const std::string &profile, const std::string &host, std::uint16_t port, asio::any_io_executor executor)

@@ -15,6 +15,8 @@ public:
 
     /// Why nothing is known under that name in the tailnet of the profile; empty when something is.
     std::string hostProblem(const std::string &profile, const std::string &host) const;
+    /// The addresses of a host; none for one that is not known.
+    std::vector<std::string> resolve(const std::string &profile, const std::string &host) const;
     /// Fails with a DialProblem.
     boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
         std::string profile, std::string host, std::uint16_t port);

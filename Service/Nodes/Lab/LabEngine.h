@@ -25,6 +25,8 @@ public:
     bool isActedPublication(const std::string &name) const override;
     std::optional<std::chrono::steady_clock::time_point> nextChange() const override;
     std::string hostProblem(const std::string &profile, const std::string &host) const override;
+    std::vector<std::string> resolve(const std::string &profile, const std::string &host) const override;
+    NodeNames nodeNames(const std::string &profile, const std::string &hostname) const override;
     boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
         std::string profile, std::string host, std::uint16_t port) override;
     NodePort openPort(boost::asio::any_io_executor executor, const std::string &profile, const std::string &hostname,

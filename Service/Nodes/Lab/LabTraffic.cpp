@@ -87,6 +87,25 @@ std::string LabEngine::hostProblem(const std::string &profile, const std::string
     return m_dialer.hostProblem(profile, host);
 }
 
+std::vector<std::string> LabEngine::resolve(const std::string &profile, const std::string &host) const
+{
+    return m_dialer.resolve(profile, host);
+}
+
+NodeNames LabEngine::nodeNames(const std::string &profile, const std::string &hostname) const
+{
+    const LabProfile *known = findNamed(m_network.profiles, profile);
+    if (!known)
+        return {.hostName = hostname, .dnsName = "", .addresses = {}};
+    NodeNames names{.hostName = hostname,
+        .dnsName = hostname + findNamed(m_network.tailnets, known->tailnet)->suffix,
+        .addresses = {}};
+    for (const std::string &address : {known->policy.hint.nodeIP, known->nodeAddress})
+        if (!address.empty())
+            names.addresses.push_back(address);
+    return names;
+}
+
 asio::awaitable<tcp::socket> LabEngine::dial(std::string profile, std::string host, std::uint16_t port)
 {
     const NodeStatus node = profileStatus(profile);

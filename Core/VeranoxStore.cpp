@@ -1,5 +1,6 @@
 #include "Core/VeranoxStore.h"
 #include "Log/VeranoxRuntimeLogDiscarder.h"
+#include "Tunnels/VeranoxNoTunnelSecrets.h"
 
 VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
     : m_apiClient(std::move(collaborators.apiClient)),
@@ -11,6 +12,7 @@ VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
       m_failureNotifier(std::move(collaborators.failureNotifier)),
       m_runtimeLogPersistence(std::move(collaborators.runtimeLogPersistence)),
       m_sessionIdentity(std::move(collaborators.sessionIdentity)),
+      m_tunnelSecrets(std::move(collaborators.tunnelSecrets)),
       m_config{.router = VeranoxRouterConfig::defaults()},
       m_profileDraft(VeranoxProfileDraft::empty(1)),
       m_routerDraft(VeranoxEditableRouterConfig::defaults()),
@@ -18,6 +20,8 @@ VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
 {
     if (!m_runtimeLogPersistence)
         m_runtimeLogPersistence = std::make_unique<VeranoxRuntimeLogDiscarder>();
+    if (!m_tunnelSecrets)
+        m_tunnelSecrets = std::make_unique<VeranoxNoTunnelSecrets>(QString());
     for (const ChangeSignal signal : {&VeranoxStore::profilesChanged, &VeranoxStore::editableConfigChanged})
         connect(this, signal, this, [this] { m_profileNames.reset(); });
     for (const ChangeSignal signal : {&VeranoxStore::serviceStateChanged, &VeranoxStore::profilesChanged,

@@ -21,9 +21,13 @@
 #include "Profiles/VeranoxRouterRestartPrompt.h"
 #include "Profiles/VeranoxRouterSettingsDraft.h"
 #include "Publications/VeranoxPublication.h"
+#include "Publications/VeranoxPublicationActionResult.h"
+#include "Publications/VeranoxPublicationDraft.h"
 #include "Settings/VeranoxSettingsSelection.h"
 #include "System/VeranoxNotificationSnapshot.h"
 #include "Tunnels/VeranoxTunnel.h"
+#include "Tunnels/VeranoxTunnelDraft.h"
+#include "Tunnels/VeranoxTunnelSecretStoring.h"
 #include <QObject>
 #include <memory>
 #include <optional>
@@ -80,13 +84,14 @@ public:
         std::unique_ptr<VeranoxFailureObserving> failureNotifier;
         std::unique_ptr<VeranoxRuntimeLogPersisting> runtimeLogPersistence; // absent: the log ends with the store
         VeranoxSessionIdentity sessionIdentity = VeranoxSessionIdentity::of({});
+        std::unique_ptr<VeranoxTunnelSecretStoring> tunnelSecrets; // absent: no password is kept
     };
 
     // The store of the running application: it talks to the service at 127.0.0.1:43200. `resourceDirectory` is where
     // this application's own resources lie, the service's executable among them; the information dictionary names the
     // build.
-    static std::unique_ptr<VeranoxStore> live(
-        jobs::MainQueue &queue, const QString &resourceDirectory, const QVariantMap &infoDictionary = {});
+    static std::unique_ptr<VeranoxStore> live(jobs::MainQueue &queue, const QString &resourceDirectory,
+        const QVariantMap &infoDictionary = {}, std::unique_ptr<VeranoxTunnelSecretStoring> tunnelSecrets = {});
 
     VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators);
     ~VeranoxStore() override;
@@ -179,6 +184,44 @@ public:
 
     // The last word before the process ends: immediate, idempotent.
     void shutdown();
+
+    // ---- Tunnels
+    // What the service answers a change with is adopted at once. Each failure is one sentence; the list then stays.
+
+    // Each profile that has tunnels, in the shared order of profiles, with its tunnels in the service's order.
+    QList<std::pair<VeranoxProfile, QList<VeranoxTunnel>>> tunnelsByProfile() const;
+
+    // The draft of a tunnel; the keyring is asked only where a password may be kept.
+    jobs::Async<VeranoxTunnelDraft> tunnelDraft(VeranoxTunnel tunnel);
+
+    // Saves the draft and then sees to its password, which can make nothing fail. Gives the sentence of what failed.
+    jobs::Async<std::optional<QString>> saveTunnelDraft(VeranoxTunnelDraft draft);
+
+    // Deletes the tunnel and then its password. Gives the sentence of what failed; the password then stays.
+    jobs::Async<std::optional<QString>> deleteTunnel(QString name);
+
+    // These tell of a failure in lastActionMessage.
+    jobs::Async<> restartTunnel(QString name);
+    jobs::Async<> setTunnelEnabled(QString name, bool enabled);
+
+    // ---- Publications
+    // The profiles that can publish, in the shared order.
+    QList<VeranoxProfile> publishableProfiles() const;
+
+    // Each profile that has publications, in the shared order of profiles, with its publications in the service's
+    // order.
+    QList<std::pair<VeranoxProfile, QList<VeranoxPublication>>> publicationsByProfile() const;
+
+    // Why publications cannot be changed at present; absent when they can.
+    std::optional<QString> publicationsUnavailableReason() const;
+
+    // What the service answers is adopted at once, and the list stays on a failure. The last two tell of a failure in
+    // lastActionMessage, too.
+    jobs::Async<VeranoxPublicationActionResult> savePublicationDraft(VeranoxPublicationDraft draft);
+    jobs::Async<VeranoxPublicationActionResult> deletePublication(QString name);
+    jobs::Async<VeranoxPublicationActionResult> restartPublication(QString name);
+    // Reads the list again after a failure: the service may have switched it on although it could not start it.
+    jobs::Async<VeranoxPublicationActionResult> setPublicationEnabled(QString name, bool enabled);
 
     // ---- Activity log
     // Adds the lines of message, trimmed and redacted, empty ones left out, and keeps them for later runs. Never fails.
@@ -285,6 +328,17 @@ private:
     jobs::Async<> requestShutdownForRestart();
     void concludeRestart();
 
+    jobs::Async<std::optional<QString>> applyTunnels(jobs::Async<QList<VeranoxTunnel>> change, QString unavailable);
+    jobs::Async<> switchTunnel(QString name, jobs::Async<QList<VeranoxTunnel>> change);
+    jobs::Async<> storeTunnelPassword(VeranoxTunnelDraft draft, QString saved);
+    jobs::Async<> sendStoredPassword(QString tunnelName, VeranoxTunnelSecretStoring::Unlocking unlocking);
+    jobs::Async<> republishTunnelSecrets();
+
+    std::optional<QString> publicationConflict(const VeranoxPublicationDraft &draft) const;
+    jobs::Async<VeranoxPublicationActionResult> applyPublications(
+        jobs::Async<QList<VeranoxPublication>> change, QString success, QString unavailable);
+    void tellOfFailure(const QString &publication, const VeranoxPublicationActionResult &result);
+
     jobs::Async<> performQuit();
     jobs::Async<> requestServiceShutdown();
 
@@ -306,6 +360,7 @@ private:
     std::unique_ptr<VeranoxFailureObserving> m_failureNotifier;
     std::unique_ptr<VeranoxRuntimeLogPersisting> m_runtimeLogPersistence;
     VeranoxSessionIdentity m_sessionIdentity;
+    std::unique_ptr<VeranoxTunnelSecretStoring> m_tunnelSecrets;
 
     ServiceState m_serviceState;
     QList<VeranoxProfile> m_profiles;

@@ -7,8 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-std::unique_ptr<VeranoxStore> VeranoxStore::live(
-    jobs::MainQueue &queue, const QString &resourceDirectory, const QVariantMap &infoDictionary)
+std::unique_ptr<VeranoxStore> VeranoxStore::live(jobs::MainQueue &queue, const QString &resourceDirectory,
+    const QVariantMap &infoDictionary, std::unique_ptr<VeranoxTunnelSecretStoring> tunnelSecrets)
 {
     const VeranoxDiagnosticSession diagnostics = VeranoxDiagnosticSession::make();
     const QUrl service(u"http://127.0.0.1:43200"_s, QUrl::StrictMode);
@@ -24,5 +24,6 @@ std::unique_ptr<VeranoxStore> VeranoxStore::live(
             .runtimeLogPersistence =
                 std::make_unique<VeranoxRuntimeLogFile>(queue, VeranoxRuntimeLogFile::defaultFileURL(),
                     VeranoxRuntimeLogFile::defaultMaxBytes, VeranoxRuntimeLogFile::defaultBackupCount),
-            .sessionIdentity = session});
+            .sessionIdentity = session,
+            .tunnelSecrets = std::move(tunnelSecrets)});
 }

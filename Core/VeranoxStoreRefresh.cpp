@@ -1,7 +1,7 @@
 // One refresh, and the schedule on which it is repeated.
 #include "API/VeranoxFailure.h"
+#include "API/VeranoxOutcome.h"
 #include "Core/VeranoxStore.h"
-#include <expected>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -12,21 +12,9 @@ constexpr jobs::Clock::Duration settledInterval = 15s;
 constexpr jobs::Clock::Duration settlingInterval = 2s;
 constexpr int settlingPollLimit = 30; // then a profile that never settles costs no more than a settled one
 
-template <class T> using Outcome = std::expected<T, std::exception_ptr>;
-
-// The outcome as a value, so that it can be taken in a fixed order whatever the order of arrival.
-template <class T> jobs::Async<Outcome<T>> outcome(jobs::Async<T> fetch)
+template <class T> jobs::Child<VeranoxOutcome<T>> begin(jobs::Async<T> fetch)
 {
-    try {
-        co_return co_await std::move(fetch);
-    } catch (...) {
-        co_return std::unexpected(std::current_exception());
-    }
-}
-
-template <class T> jobs::Child<Outcome<T>> begin(jobs::Async<T> fetch)
-{
-    return jobs::fork(outcome(std::move(fetch)));
+    return jobs::fork(outcomeOf(std::move(fetch)));
 }
 
 } // namespace
@@ -63,12 +51,12 @@ struct VeranoxStore::Fetches {
         co_await publications;
     }
 
-    jobs::Child<Outcome<QList<VeranoxProfile>>> profiles;
-    jobs::Child<Outcome<VeranoxConfig>> config;
-    jobs::Child<Outcome<VeranoxEditableConfig>> editableConfig;
-    jobs::Child<Outcome<VeranoxEnvironment>> environment;
-    jobs::Child<Outcome<QList<VeranoxTunnel>>> tunnels;
-    jobs::Child<Outcome<QList<VeranoxPublication>>> publications;
+    jobs::Child<VeranoxOutcome<QList<VeranoxProfile>>> profiles;
+    jobs::Child<VeranoxOutcome<VeranoxConfig>> config;
+    jobs::Child<VeranoxOutcome<VeranoxEditableConfig>> editableConfig;
+    jobs::Child<VeranoxOutcome<VeranoxEnvironment>> environment;
+    jobs::Child<VeranoxOutcome<QList<VeranoxTunnel>>> tunnels;
+    jobs::Child<VeranoxOutcome<QList<VeranoxPublication>>> publications;
 };
 
 void VeranoxStore::requestRefresh()
@@ -131,8 +119,11 @@ jobs::Async<> VeranoxStore::applyOptional(Fetches *fetches, Generations atStart)
 {
     if (auto environment = co_await fetches->environment)
         setEnvironment(*std::move(environment));
-    if (auto tunnels = co_await fetches->tunnels; tunnels && atStart.tunnels == m_generations.tunnels)
-        setTunnels(*std::move(tunnels));
+    if (auto tunnels = co_await fetches->tunnels) {
+        if (atStart.tunnels == m_generations.tunnels)
+            setTunnels(*std::move(tunnels));
+        co_await republishTunnelSecrets();
+    }
     if (auto publications = co_await fetches->publications;
         publications && atStart.publications == m_generations.publications)
         setPublications(*std::move(publications));

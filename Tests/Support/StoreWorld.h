@@ -4,6 +4,7 @@
 #include "Core/VeranoxStore.h"
 #include "Tests/Support/FakeAPIClient.h"
 #include "Tests/Support/FakeRuntimeClient.h"
+#include "Tests/Support/FakeTunnelSecrets.h"
 #include "Tests/Support/QtPrinters.h"
 #include "Tests/Support/VirtualTime.h"
 #include <QSignalSpy>
@@ -26,9 +27,11 @@ protected:
         auto client = std::make_unique<FakeAPIClient>(world.queue);
         auto processes = std::make_unique<FakeRuntimeClient>();
         auto observer = std::make_unique<RecordingObserver>();
+        auto keyring = std::make_unique<FakeTunnelSecrets>();
         service = client.get();
         runtime = processes.get();
         observed = observer.get();
+        secrets = keyring.get();
         service->config.answer({.router = VeranoxRouterConfig::defaults()});
         service->editableConfig.answer(VeranoxEditableConfig::emptyForFirstProfile());
         service->profiles.answer({profile(QStringLiteral("home"), true, QStringLiteral("Running"))});
@@ -37,7 +40,8 @@ protected:
                 .runtimeClient = std::move(processes),
                 .cliCommand = std::move(cliCommand),
                 .diagnostics = VeranoxDiagnosticSession::make(),
-                .failureNotifier = std::move(observer)});
+                .failureNotifier = std::move(observer),
+                .tunnelSecrets = std::move(keyring)});
     }
 
     static VeranoxCommand command()
@@ -100,5 +104,6 @@ protected:
     FakeAPIClient *service = nullptr; // owned by the store
     FakeRuntimeClient *runtime = nullptr; // likewise
     RecordingObserver *observed = nullptr; // likewise
+    FakeTunnelSecrets *secrets = nullptr; // likewise
     std::unique_ptr<VeranoxStore> store;
 };

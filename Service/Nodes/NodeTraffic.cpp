@@ -29,7 +29,7 @@ bool isUnchanged(const NamedList<Settings> &before, const NamedList<Settings> &a
 
 bool isServed(const PublicationSettings &publication)
 {
-    return !publication.disabled && !publication.tls && publication.reach != "funnel";
+    return !publication.disabled && publication.reach != "funnel";
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "Service/Publications/PublicationRunner.h"
 
+#include "Service/Net/LabCertificate.h"
 #include "Service/Net/LoopbackEndpoint.h"
+#include "Service/Net/TlsEnd.h"
 #include "Service/Text/Timestamps.h"
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/use_awaitable.hpp>
@@ -28,10 +30,13 @@ asio::awaitable<StreamSocket> dialLocal(LoopbackEndpoint target)
 }
 
 /// A connection that the policy of the tailnet does not allow ends before anything is said.
-asio::awaitable<StreamSocket> admitByPolicy(std::shared_ptr<bool> admitsNobody, StreamSocket socket)
+asio::awaitable<StreamSocket> admit(
+    std::shared_ptr<bool> admitsNobody, std::shared_ptr<asio::ssl::context> tls, StreamSocket socket)
 {
     if (*admitsNobody)
         closeWithReset(socket);
+    else if (tls)
+        co_return co_await endTls(std::move(socket), std::move(tls));
     co_return socket;
 }
 
@@ -74,14 +79,17 @@ void PublicationRunner::open(SteadyTime now, bool admitsNobody)
 void PublicationRunner::listen()
 {
     const LoopbackEndpoint target = parseLoopbackEndpoint(m_settings.target, 1);
+    if (m_settings.tls && !m_tls)
+        m_tls = std::make_shared<asio::ssl::context>(
+            selfSignedContext(m_nodes.nodeNames(m_settings.profile, m_hostname).dnsName));
     NodePort port =
         m_nodes.openPort(m_executor, m_settings.profile, m_hostname, static_cast<std::uint16_t>(m_settings.port));
     m_lease = std::move(port.lease);
     m_forwarder = std::make_shared<PortForwarder>(
         std::move(port.acceptor), m_conduits, [target] { return dialLocal(target); },
         [this](const std::string &problem) { report(problem); });
-    m_forwarder->setAdmit([admitsNobody = m_admitsNobody](
-                              StreamSocket socket) { return admitByPolicy(admitsNobody, std::move(socket)); });
+    m_forwarder->setAdmit([admitsNobody = m_admitsNobody, tls = m_tls](
+                              StreamSocket socket) { return admit(admitsNobody, tls, std::move(socket)); });
     m_forwarder->start();
 }
 

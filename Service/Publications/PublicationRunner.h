@@ -2,6 +2,7 @@
 #include "Service/Net/Backoff.h"
 #include "Service/Nodes/NodeEngine.h"
 #include "Service/Nodes/TimeSource.h"
+#include <boost/asio/ssl/context.hpp>
 
 namespace veranox {
 
@@ -36,6 +37,7 @@ private:
     const TimeSource &m_time;
     PublicationSettings m_settings;
     std::string m_hostname;
+    std::shared_ptr<boost::asio::ssl::context> m_tls; // made with the first use
     std::shared_ptr<bool> m_admitsNobody = std::make_shared<bool>(false);
     std::shared_ptr<PortForwarder> m_forwarder; // while it listens
     std::shared_ptr<void> m_lease; // of the node's port

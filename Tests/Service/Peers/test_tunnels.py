@@ -47,15 +47,31 @@ class Page(http.server.BaseHTTPRequestHandler):
 
 
 class PublicationPeers(PeerTest):
-    def test_curl_reaches_it_from_another_node(self):
+    def start_page(self):
         server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Page)
         self.addCleanup(server.server_close)
         self.addCleanup(server.shutdown)
         threading.Thread(target=server.serve_forever, daemon=True).start()
-        port = free_port()
+        return server.server_port
+
+    def test_curl_reaches_it_over_tls(self):
+        port, page_port = free_port(), self.start_page()
+        self.start_service(lab(
+            tunnels={"t": {"Profile": "p", "Target": "desk.tail1.ts.net:443", "Listen": f"127.0.0.1:{port}"}},
+            publications={"web": {"Profile": "q", "Target": f"127.0.0.1:{page_port}", "Port": 443, "TLS": True}}))
+        page = self.run_program("curl", "-sS", "--insecure", f"https://127.0.0.1:{port}/")
+        self.assertEqual(page.stdout, "from the local service", page.stderr)
+        name = self.run_program("curl", "-sSv", "--insecure", f"https://127.0.0.1:{port}/").stderr
+        self.assertIn("Veranox lab", name)
+        self.assertNotEqual(self.run_program("curl", "-sS", f"https://127.0.0.1:{port}/").returncode, 0)
+        plain = self.run_program("curl", "-sS", f"http://127.0.0.1:{port}/")
+        self.assertNotEqual(plain.returncode, 0, "no plain text on a TLS port")
+
+    def test_curl_reaches_it_from_another_node(self):
+        port, page_port = free_port(), self.start_page()
         service = self.start_service(lab(
             tunnels={"t": {"Profile": "p", "Target": "desk.tail1.ts.net:8080", "Listen": f"127.0.0.1:{port}"}},
-            publications={"web": {"Profile": "q", "Target": f"127.0.0.1:{server.server_port}", "Port": 8080}}))
+            publications={"web": {"Profile": "q", "Target": f"127.0.0.1:{page_port}", "Port": 8080}}))
         self.assertEqual(service.publication("web")["State"], "listening")
         self.assertEqual(service.publication("web")["Address"], "desk.tail1.ts.net:8080")
         page = self.run_program("curl", "-sS", f"http://127.0.0.1:{port}/")

@@ -13,11 +13,11 @@ namespace asio = boost::asio;
 struct ControlApi::Route {
     std::string_view method;
     std::string_view path; // behind /api/; "*" stands for a name
-    std::variant<Handler, SlowHandler> handler;
+    std::variant<ReadHandler, Handler, SlowHandler> handler;
 };
 
 struct ControlApi::Prepared {
-    std::variant<Handler, SlowHandler> handler;
+    std::variant<ReadHandler, Handler, SlowHandler> handler;
     Call call;
 };
 
@@ -139,6 +139,8 @@ asio::awaitable<ControlAnswer> ControlApi::carryOut(ControlRequest request)
     Prepared *ready = std::get_if<Prepared>(&prepared);
     if (!ready)
         co_return std::get<ControlAnswer>(std::move(prepared));
+    if (const ReadHandler *read = std::get_if<ReadHandler>(&ready->handler))
+        co_return (this->**read)(ready->call);
     if (const Handler *handler = std::get_if<Handler>(&ready->handler))
         co_return (this->**handler)(ready->call);
     co_return co_await (this->*std::get<SlowHandler>(ready->handler))(std::move(ready->call));

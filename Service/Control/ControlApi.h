@@ -47,6 +47,7 @@ private:
         RequestTarget target;
         std::string name; // what stands in the path where the route has a "*"
     };
+    using ReadHandler = ControlAnswer (ControlApi::*)(const Call &) const;
     using Handler = ControlAnswer (ControlApi::*)(const Call &);
     using SlowHandler = boost::asio::awaitable<ControlAnswer> (ControlApi::*)(Call);
     struct Route;
@@ -61,12 +62,12 @@ private:
     TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const;
     PublicationStatus publicationStatus(const std::string &name, const PublicationSettings &settings) const;
 
-    ControlAnswer profiles(const Call &call);
-    ControlAnswer config(const Call &call);
-    ControlAnswer environment(const Call &call);
-    ControlAnswer tunnels(const Call &call);
-    ControlAnswer publications(const Call &call);
-    ControlAnswer health(const Call &call);
+    ControlAnswer profiles(const Call &call) const;
+    ControlAnswer config(const Call &call) const;
+    ControlAnswer environment(const Call &call) const;
+    ControlAnswer tunnels(const Call &call) const;
+    ControlAnswer publications(const Call &call) const;
+    ControlAnswer health(const Call &call) const;
 
     boost::asio::awaitable<ControlAnswer> pathReport(Call call);
 

@@ -7,7 +7,7 @@ namespace veranox {
 
 namespace json = boost::json;
 
-ControlAnswer ControlApi::profiles(const Call &)
+ControlAnswer ControlApi::profiles(const Call &) const
 {
     const ConfigDocument &document = m_parts.config.document();
     json::array list;
@@ -16,12 +16,12 @@ ControlAnswer ControlApi::profiles(const Call &)
     return success(std::move(list));
 }
 
-ControlAnswer ControlApi::config(const Call &)
+ControlAnswer ControlApi::config(const Call &) const
 {
     return success(configRecord(m_parts.config.document()));
 }
 
-ControlAnswer ControlApi::environment(const Call &)
+ControlAnswer ControlApi::environment(const Call &) const
 {
     const std::string &command = m_parts.config.document().tailscale.tailscaledBin;
     const std::optional<std::filesystem::path> program = findProgram(command, m_parts.environment);
@@ -58,7 +58,7 @@ PublicationStatus ControlApi::publicationStatus(const std::string &name, const P
     return status;
 }
 
-ControlAnswer ControlApi::tunnels(const Call &)
+ControlAnswer ControlApi::tunnels(const Call &) const
 {
     json::array list;
     for (const auto &[name, settings] : m_parts.config.document().tunnels)
@@ -66,7 +66,7 @@ ControlAnswer ControlApi::tunnels(const Call &)
     return success(std::move(list));
 }
 
-ControlAnswer ControlApi::publications(const Call &)
+ControlAnswer ControlApi::publications(const Call &) const
 {
     json::array list;
     for (const auto &[name, settings] : m_parts.config.document().publications)
@@ -74,7 +74,7 @@ ControlAnswer ControlApi::publications(const Call &)
     return success(std::move(list));
 }
 
-ControlAnswer ControlApi::health(const Call &)
+ControlAnswer ControlApi::health(const Call &) const
 {
     return success(json::object{{"status", "ok"}});
 }

@@ -188,7 +188,7 @@ void Folder::removeAbandoned(const std::string &name) const
 
 void Folder::append(const std::string &name, std::string_view content, std::size_t limit, unsigned mode) const
 {
-    Descriptor file(::openat(m_descriptor, name.c_str(),
+    const Descriptor file(::openat(m_descriptor, name.c_str(),
         O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, static_cast<mode_t>(mode)));
     if (file.get() < 0)
         throwSystemError("opening it");

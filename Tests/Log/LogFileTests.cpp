@@ -125,6 +125,22 @@ TEST_F(LogFile, LosesNoMoreThanTwoRecordsWhenKilledAtAnyByte)
     }
 }
 
+// Records that go to the disk in one write are no worse off: those that are whole load again.
+TEST_F(LogFile, LosesOnlyWhatWasNotWrittenWhenKilledWithinAWriteOfSeveralRecords)
+{
+    open();
+    EXPECT_EQ(append({entry(u"a"_s), entry(u"b ä🙂"_s), entry(u"c"_s)}), std::nullopt);
+    const QByteArray written = content(path);
+    for (qsizetype length = 0; length <= written.size(); ++length) {
+        write(path, written.first(length));
+        // A record of which only the line feed is missing is whole.
+        const qsizetype whole = (written.first(length) + '\n').count("}\n");
+        ASSERT_EQ(messages(), (QStringList{u"a"_s, u"b ä🙂"_s, u"c"_s}).first(whole)) << length;
+        EXPECT_EQ(append({entry(u"behind"_s), entry(u"after"_s)}), std::nullopt);
+        ASSERT_EQ(messages().last(), u"after"_s) << length;
+    }
+}
+
 TEST_F(LogFile, ServesCallsInTheirOrder)
 {
     open();

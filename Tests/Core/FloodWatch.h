@@ -1,16 +1,13 @@
 // What a flood costs this program: memory, and the main thread's time for everything else.
 #pragma once
-#include <QFile>
+#include "Tests/Support/PeakMemory.h"
 #include <QObject>
 #include <QTimer>
 #include <algorithm>
 #include <ctime>
-#include <gtest/gtest.h>
 
 class FloodWatch {
 public:
-    static constexpr qint64 kilobyte = 1024;
-
     // From here on a timer that wants to ring every 5 ms measures the work that keeps it from it.
     FloodWatch()
     {
@@ -19,27 +16,16 @@ public:
             m_atBeat = work();
         });
         m_heartbeat.start(5);
+        m_memory.begin();
     }
 
     // Milliseconds.
     double longestWork() const { return m_longestWork; }
 
-    // Bytes by which the most memory that this program ever had has grown since the watch began.
-    qint64 growth() const { return peakMemory() - m_memoryBefore; }
+    // Bytes: the most memory that this program had since the watch began, beyond what it had then.
+    qint64 growth() const { return m_memory.growth(); }
 
 private:
-    static qint64 peakMemory()
-    {
-        QFile status(QStringLiteral("/proc/self/status"));
-        EXPECT_TRUE(status.open(QFile::ReadOnly));
-        for (const QByteArray &line : status.readAll().split('\n')) {
-            if (line.startsWith("VmHWM:"))
-                return line.mid(6).chopped(2).trimmed().toLongLong() * kilobyte;
-        }
-        ADD_FAILURE() << "no peak of memory";
-        return 0;
-    }
-
     // What this thread has worked so far: unlike time it does not count what other programs do.
     static double work()
     {
@@ -51,5 +37,5 @@ private:
     QTimer m_heartbeat;
     double m_atBeat = work();
     double m_longestWork = 0;
-    qint64 m_memoryBefore = peakMemory();
+    PeakMemory m_memory;
 };

@@ -8,11 +8,14 @@
 #include "Tests/Support/RealWorld.h"
 #include <QDir>
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
+
+constexpr qint64 memoryBound = 64 * 1024 * 1024; // what waits for the disk is 8 MiB in the file, some 30 in memory
 
 class StoreFlood : public ::testing::Test {
 protected:
@@ -22,7 +25,8 @@ protected:
         const FloodWatch watch;
         launch({u"flood:%1:%2"_s.arg(megabytes).arg(QString::fromLatin1(pattern.toHex())), u"exit:0"_s});
         EXPECT_TRUE(world.runUntil([this] { return says(u"[GUI] exited with status 0"_s); }, 50s));
-        EXPECT_LT(watch.growth(), 64 * 1024 * FloodWatch::kilobyte);
+        if (PeakMemory::isMeaningful)
+            EXPECT_LT(watch.growth(), memoryBound);
         EXPECT_LT(watch.longestWork(), 100); // ms; a few without a sanitizer
         EXPECT_EQ(store->runtimeLogPersistenceError(), std::nullopt);
     }
@@ -79,7 +83,7 @@ private:
 
 TEST_F(StoreFlood, linesOfAnOrdinaryLength)
 {
-    hear(QByteArray(79, 'x') + '\n', 20);
+    hear(QByteArray(79, 'x') + '\n', 10);
 }
 
 TEST_F(StoreFlood, noLineEndAtAll)

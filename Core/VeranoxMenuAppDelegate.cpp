@@ -31,7 +31,8 @@ VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
       m_appearance(platform::makeAppearance()),
       m_hotKeyController(platform::makeGlobalHotKey()),
       m_preferences(std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem())),
-      m_store(VeranoxStore::live(queue, platform::resourceDirectory(), platform::informationDictionary())),
+      m_store(VeranoxStore::live(
+          queue, platform::resourceDirectory(), platform::informationDictionary(), platform::makeTunnelSecrets(queue))),
       m_jobs(queue)
 {
 }

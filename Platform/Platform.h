@@ -1,4 +1,5 @@
 #pragma once
+#include "Core/Jobs/MainQueue.h"
 #include "Platform/Appearance.h"
 #include "Platform/SingleInstance.h"
 #include "Platform/StatusItem.h"
@@ -6,6 +7,7 @@
 #include "System/LoginItem.h"
 #include "System/UserDefaults.h"
 #include "System/VeranoxGlobalHotKeyController.h"
+#include "Tunnels/VeranoxTunnelSecretStoring.h"
 #include <memory>
 
 // What this system offers behind the seams. The folder of the system implements it; nothing else knows which system it
@@ -19,5 +21,6 @@ std::unique_ptr<Termination> makeTermination();
 std::unique_ptr<UserDefaults> makeUserDefaults();
 std::unique_ptr<LoginItem> makeLoginItem();
 std::unique_ptr<VeranoxGlobalHotKeyController> makeGlobalHotKey();
+std::unique_ptr<VeranoxTunnelSecretStoring> makeTunnelSecrets(jobs::MainQueue &queue);
 
 } // namespace platform

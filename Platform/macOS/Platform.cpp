@@ -7,6 +7,7 @@
 #include "Platform/macOS/ServiceLoginItem.h"
 #include "Platform/macOS/SystemSingleInstance.h"
 #include "Platform/macOS/SystemTrayStatusItem.h"
+#include "Platform/macOS/VeranoxKeychainTunnelSecrets.h"
 
 std::unique_ptr<StatusItem> platform::makeStatusItem()
 {
@@ -41,4 +42,9 @@ std::unique_ptr<LoginItem> platform::makeLoginItem()
 std::unique_ptr<VeranoxGlobalHotKeyController> platform::makeGlobalHotKey()
 {
     return std::make_unique<CarbonHotKey>();
+}
+
+std::unique_ptr<VeranoxTunnelSecretStoring> platform::makeTunnelSecrets(jobs::MainQueue & /*queue*/)
+{
+    return std::make_unique<VeranoxKeychainTunnelSecrets>();
 }

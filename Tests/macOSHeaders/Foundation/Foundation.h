@@ -102,6 +102,7 @@ __attribute__((objc_root_class))
 - (T)objectAtIndexedSubscript:(NSUInteger)i;
 @end
 @interface NSDictionary<__covariant K, __covariant V> : NSObject <NSFastEnumeration>
++ (instancetype)dictionary;
 + (instancetype)dictionaryWithObjects:(const V _Nonnull[_Nullable])o
                               forKeys:(const K<NSCopying> _Nonnull[_Nullable])k
                                 count:(NSUInteger)c;

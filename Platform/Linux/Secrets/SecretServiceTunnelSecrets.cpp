@@ -98,7 +98,7 @@ jobs::Async<> SecretServiceTunnelSecrets::deletePassword(QString tunnelName)
 jobs::Async<std::optional<QString>> SecretServiceTunnelSecrets::readPassword(QString tunnelName)
 {
     const Item item = co_await find(tunnelName);
-    if (!item || (secret_item_get_locked(item.get()) && !co_await unlock(item)))
+    if (!item || (secret_item_get_locked(item.get()) != 0 && !co_await unlock(item)))
         co_return std::nullopt;
     co_return co_await secretOf(item);
 }

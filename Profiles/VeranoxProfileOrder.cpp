@@ -1,7 +1,7 @@
 #include "Profiles/VeranoxProfileOrder.h"
 #include <QCollator>
 #include <algorithm>
-#include <numeric>
+#include <ranges>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -21,7 +21,7 @@ QList<VeranoxProfile> inSharedProfileOrder(const QList<VeranoxProfile> &profiles
     QCollator collator;
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::vector<qsizetype> places(std::size_t(profiles.size()));
-    std::iota(places.begin(), places.end(), 0);
+    std::ranges::copy(std::views::iota(qsizetype(0), profiles.size()), places.begin());
     std::ranges::sort(places, [&](qsizetype one, qsizetype other) {
         const bool isWorkFirst = isWork(profiles.at(one));
         if (isWorkFirst != isWork(profiles.at(other)))

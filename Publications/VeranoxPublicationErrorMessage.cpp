@@ -18,7 +18,7 @@ constexpr std::array<VeranoxServerErrorTable::Row, 15> rows{{
     {"publications require the tsnet backend"_L1,
         u"Publications need a profile on the tsnet backend. Switch the profile to tsnet on the Profiles page — it will "
         "have to sign in again, because the two backends do not share state."},
-    {" profile \""_L1, u"That profile is no longer in the configuration. Choose an existing profile.",
+    {R"( profile ")"_L1, u"That profile is no longer in the configuration. Choose an existing profile.",
         "is not configured"_L1},
     {"does not exist"_L1,
         u"This publication no longer exists — it was removed while you were editing it. Close the editor and create it "

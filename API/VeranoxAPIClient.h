@@ -67,9 +67,10 @@ private:
     template <class T> jobs::Async<T> get(QString path);
     template <class T> jobs::Async<T> getFromConfig();
     template <class T> jobs::Async<T> write(VeranoxAPIWrite which, Call call);
-    jobs::Async<VeranoxProfileAction> actOnProfile(VeranoxAPIWrite which, QString name, QString action);
-    jobs::Async<QList<VeranoxTunnel>> actOnTunnel(VeranoxAPIWrite which, QString name, QString action);
-    jobs::Async<QList<VeranoxPublication>> actOnPublication(VeranoxAPIWrite which, QString name, QString action);
+    jobs::Async<VeranoxProfileAction> actOnProfile(VeranoxAPIWrite which, const QString &name, const QString &action);
+    jobs::Async<QList<VeranoxTunnel>> actOnTunnel(VeranoxAPIWrite which, const QString &name, const QString &action);
+    jobs::Async<QList<VeranoxPublication>> actOnPublication(
+        VeranoxAPIWrite which, const QString &name, const QString &action);
 
     // One request with its token and, for a write that was refused with 403, its second attempt.
     jobs::Async<void> requestData(Call call, BodyReader reader);

@@ -65,18 +65,20 @@ template <class T> jobs::Async<T> VeranoxAPIClient::write(VeranoxAPIWrite which,
     co_return std::move(**record);
 }
 
-jobs::Async<VeranoxProfileAction> VeranoxAPIClient::actOnProfile(VeranoxAPIWrite which, QString name, QString action)
+jobs::Async<VeranoxProfileAction> VeranoxAPIClient::actOnProfile(
+    VeranoxAPIWrite which, const QString &name, const QString &action)
 {
     return write<VeranoxProfileAction>(which, {.method = "POST", .path = pathOf(u"profiles"_s, name, action)});
 }
 
-jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::actOnTunnel(VeranoxAPIWrite which, QString name, QString action)
+jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::actOnTunnel(
+    VeranoxAPIWrite which, const QString &name, const QString &action)
 {
     return write<QList<VeranoxTunnel>>(which, {.method = "POST", .path = pathOf(u"tunnels"_s, name, action)});
 }
 
 jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::actOnPublication(
-    VeranoxAPIWrite which, QString name, QString action)
+    VeranoxAPIWrite which, const QString &name, const QString &action)
 {
     return write<QList<VeranoxPublication>>(which, {.method = "POST", .path = pathOf(u"publications"_s, name, action)});
 }
@@ -104,12 +106,12 @@ jobs::Async<void> VeranoxAPIClient::saveConfig(VeranoxEditableConfig config)
 
 jobs::Async<VeranoxProfileAction> VeranoxAPIClient::login(QString profileName)
 {
-    return actOnProfile(VeranoxAPIWrite::login, std::move(profileName), u"login"_s);
+    return actOnProfile(VeranoxAPIWrite::login, profileName, u"login"_s);
 }
 
 jobs::Async<VeranoxProfileAction> VeranoxAPIClient::logout(QString profileName)
 {
-    return actOnProfile(VeranoxAPIWrite::logout, std::move(profileName), u"logout"_s);
+    return actOnProfile(VeranoxAPIWrite::logout, profileName, u"logout"_s);
 }
 
 jobs::Async<void> VeranoxAPIClient::shutdown()
@@ -145,17 +147,17 @@ jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::deleteTunnel(QString name)
 
 jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::startTunnel(QString name)
 {
-    return actOnTunnel(VeranoxAPIWrite::startTunnel, std::move(name), u"start"_s);
+    return actOnTunnel(VeranoxAPIWrite::startTunnel, name, u"start"_s);
 }
 
 jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::stopTunnel(QString name)
 {
-    return actOnTunnel(VeranoxAPIWrite::stopTunnel, std::move(name), u"stop"_s);
+    return actOnTunnel(VeranoxAPIWrite::stopTunnel, name, u"stop"_s);
 }
 
 jobs::Async<QList<VeranoxTunnel>> VeranoxAPIClient::restartTunnel(QString name)
 {
-    return actOnTunnel(VeranoxAPIWrite::restartTunnel, std::move(name), u"restart"_s);
+    return actOnTunnel(VeranoxAPIWrite::restartTunnel, name, u"restart"_s);
 }
 
 jobs::Async<void> VeranoxAPIClient::setTunnelSecret(QString name, QString password)
@@ -187,17 +189,17 @@ jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::deletePublication(QStri
 
 jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::startPublication(QString name)
 {
-    return actOnPublication(VeranoxAPIWrite::startPublication, std::move(name), u"start"_s);
+    return actOnPublication(VeranoxAPIWrite::startPublication, name, u"start"_s);
 }
 
 jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::stopPublication(QString name)
 {
-    return actOnPublication(VeranoxAPIWrite::stopPublication, std::move(name), u"stop"_s);
+    return actOnPublication(VeranoxAPIWrite::stopPublication, name, u"stop"_s);
 }
 
 jobs::Async<QList<VeranoxPublication>> VeranoxAPIClient::restartPublication(QString name)
 {
-    return actOnPublication(VeranoxAPIWrite::restartPublication, std::move(name), u"restart"_s);
+    return actOnPublication(VeranoxAPIWrite::restartPublication, name, u"restart"_s);
 }
 
 jobs::Async<VeranoxEnvironment> VeranoxAPIClient::fetchEnvironment()

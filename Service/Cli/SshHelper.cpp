@@ -20,9 +20,9 @@ Descriptor connectTo(std::string_view path)
     Descriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    const bool fits = path.size() < sizeof address.sun_path;
+    const bool usable = socket.get() >= 0 && path.size() < sizeof address.sun_path;
     std::ranges::copy(path.substr(0, sizeof address.sun_path - 1), std::begin(address.sun_path));
-    if (!fits || ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+    if (!usable || ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
         socket.reset(-1);
     return socket;
 }

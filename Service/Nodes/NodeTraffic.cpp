@@ -124,7 +124,7 @@ void NodeTraffic::lookAtPublications(SteadyTime now)
 void NodeTraffic::lookAtTunnels(SteadyTime now)
 {
     for (const auto &[name, runner] : m_tunnels) {
-        const TunnelStatus node = m_nodes.tunnelStatus(name, *findNamed(m_document.tunnels, name));
+        TunnelStatus node = m_nodes.tunnelStatus(name, *findNamed(m_document.tunnels, name));
         if (node.state == readyState)
             runner->open(now);
         else

@@ -123,7 +123,8 @@ asio::awaitable<PingResult> ping(NodeEngine *nodes, std::string profile, PathTar
         if (left <= std::chrono::milliseconds(0))
             break;
         const auto attemptBegin = Clock::now();
-        DialResult dialled = co_await dialWithin(nodes, profile, {target.host, target.port}, std::min(left, dialTime));
+        const DialResult dialled =
+            co_await dialWithin(nodes, profile, {target.host, target.port}, std::min(left, dialTime));
         const auto took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - attemptBegin);
         if (dialled.socket)
             result.took = result.ok ? std::min(result.took, took) : took;

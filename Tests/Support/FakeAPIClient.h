@@ -69,7 +69,7 @@ public:
     {
         if (!m_announced)
             qFatal("%s(%s) was called, which the test did not announce", qPrintable(m_name), qPrintable(argument));
-        arguments.append(argument);
+        arguments.append(std::move(argument));
         return call();
     }
 

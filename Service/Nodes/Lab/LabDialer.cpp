@@ -104,7 +104,7 @@ asio::awaitable<tcp::socket> LabDialer::dial(std::string profile, std::string ho
 }
 
 NodePort LabDialer::openPort(
-    asio::any_io_executor executor, const std::string &profile, const std::string &hostname, std::uint16_t port)
+    const asio::any_io_executor &executor, const std::string &profile, const std::string &hostname, std::uint16_t port)
 {
     const LabProfile *known = findNamed(m_network.profiles, profile);
     if (!known)

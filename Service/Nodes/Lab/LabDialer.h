@@ -21,8 +21,8 @@ public:
     boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
         std::string profile, std::string host, std::uint16_t port);
     /// Throws DialProblem.
-    NodePort openPort(boost::asio::any_io_executor executor, const std::string &profile, const std::string &hostname,
-        std::uint16_t port);
+    NodePort openPort(const boost::asio::any_io_executor &executor, const std::string &profile,
+        const std::string &hostname, std::uint16_t port);
     void stop();
 
 private:

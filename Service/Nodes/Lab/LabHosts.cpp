@@ -80,7 +80,7 @@ private:
 
 LabHosts::~LabHosts() = default;
 
-tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, asio::any_io_executor executor)
+tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, const asio::any_io_executor &executor)
 {
     std::shared_ptr<Server> &server = m_servers[kind];
     if (!server) {

@@ -17,7 +17,7 @@ public:
     ~LabHosts();
 
     /// Where a host of that built-in kind listens. Throws boost::system::system_error when it cannot.
-    boost::asio::ip::tcp::endpoint endpointOf(LabHost::Kind kind, boost::asio::any_io_executor executor);
+    boost::asio::ip::tcp::endpoint endpointOf(LabHost::Kind kind, const boost::asio::any_io_executor &executor);
 
     /// Ends all of them and their connections.
     void stop();

@@ -56,13 +56,13 @@ void considerForwardings(NextMoment &moment, LabTime nodeRuns, const NamedList<L
 bool LabEngine::isActedTunnel(const std::string &name) const
 {
     const LabTunnel *tunnel = findNamed(m_network.tunnels, name);
-    return tunnel && tunnel->isActed;
+    return tunnel != nullptr && tunnel->isActed;
 }
 
 bool LabEngine::isActedPublication(const std::string &name) const
 {
     const LabPublication *publication = findNamed(m_network.publications, name);
-    return publication && publication->isActed;
+    return publication != nullptr && publication->isActed;
 }
 
 /// Which tunnel goes through which profile is the configuration's matter, so all of them count for each node: a moment

@@ -52,6 +52,8 @@ ChildProcess::ChildProcess(std::vector<std::string> arguments, std::vector<std::
     const std::vector<char *> words = pointers(arguments);
     const std::vector<char *> variables = pointers(environment);
     const Descriptor nothing(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    if (nothing.get() < 0)
+        throwSystemError("open /dev/null for another program");
     const pid_t parent = ::getpid();
     m_id = ::fork();
     if (m_id < 0)

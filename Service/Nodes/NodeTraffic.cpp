@@ -124,7 +124,7 @@ void NodeTraffic::lookAtPublications(SteadyTime now)
 void NodeTraffic::lookAtTunnels(SteadyTime now)
 {
     for (const auto &[name, runner] : m_tunnels) {
-        TunnelStatus node = m_nodes.tunnelStatus(name, *findNamed(m_document.tunnels, name));
+        const TunnelStatus node = m_nodes.tunnelStatus(name, *findNamed(m_document.tunnels, name));
         if (node.state == readyState)
             runner->open(now);
         else
@@ -158,7 +158,7 @@ TunnelStatus NodeTraffic::tunnelStatus(const std::string &name) const
     const TunnelSettings *settings = findNamed(m_document.tunnels, name);
     if (!settings)
         return {};
-    const TunnelStatus node = m_nodes.tunnelStatus(name, *settings);
+    TunnelStatus node = m_nodes.tunnelStatus(name, *settings);
     const auto runner = m_tunnels.find(name);
     if (node.state != readyState || runner == m_tunnels.end())
         return node;

@@ -83,7 +83,8 @@ boost::asio::awaitable<boost::asio::ip::tcp::socket> NoNodeEngine::dial(std::str
     throw DialProblem(noEngine);
 }
 
-NodePort NoNodeEngine::openPort(boost::asio::any_io_executor, const std::string &, const std::string &, std::uint16_t)
+NodePort NoNodeEngine::openPort(
+    const boost::asio::any_io_executor &, const std::string &, const std::string &, std::uint16_t)
 {
     throw DialProblem(noEngine);
 }

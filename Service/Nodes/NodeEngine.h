@@ -76,7 +76,7 @@ public:
         std::string profile, std::string host, std::uint16_t port) = 0;
 
     /// Opens a port on the node of the profile, whose host name is given. Throws DialProblem.
-    virtual NodePort openPort(boost::asio::any_io_executor executor, const std::string &profile,
+    virtual NodePort openPort(const boost::asio::any_io_executor &executor, const std::string &profile,
         const std::string &hostname, std::uint16_t port) = 0;
 
     /// Ends whatever it still runs, so that the io_context runs out of work.

@@ -70,7 +70,7 @@ std::vector<std::string> LabDialer::resolve(const std::string &profile, const st
 
 /// Where on loopback that host is. Throws DialProblem.
 LabDialer::Endpoint LabDialer::endpointOf(
-    const std::string &profile, const std::string &host, std::uint16_t port, asio::any_io_executor executor)
+    const std::string &profile, const std::string &host, std::uint16_t port, const asio::any_io_executor &executor)
 {
     if (const std::string problem = hostProblem(profile, host); !problem.empty())
         throw DialProblem(problem);
@@ -78,7 +78,7 @@ LabDialer::Endpoint LabDialer::endpointOf(
     const std::string label = labelOf(host, tailnet.suffix);
     if (const LabHost *known = findNamed(tailnet.hosts, label)) {
         if (known->kind != LabHost::Kind::Address)
-            return m_hosts.endpointOf(known->kind, std::move(executor));
+            return m_hosts.endpointOf(known->kind, executor);
         return {asio::ip::make_address(known->address), known->port == 0 ? port : known->port};
     }
     const auto published = m_published->find({findNamed(m_network.profiles, profile)->tailnet, label, port});

@@ -36,8 +36,8 @@ private:
 
     const LabTailnet *tailnetOf(const std::string &profile) const;
     bool isNode(const std::string &tailnet, const std::string &hostname) const;
-    Endpoint endpointOf(
-        const std::string &profile, const std::string &host, std::uint16_t port, boost::asio::any_io_executor executor);
+    Endpoint endpointOf(const std::string &profile, const std::string &host, std::uint16_t port,
+        const boost::asio::any_io_executor &executor);
 
     const LabNetwork &m_network;
     LabHosts m_hosts;

@@ -29,8 +29,8 @@ public:
     NodeNames nodeNames(const std::string &profile, const std::string &hostname) const override;
     boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
         std::string profile, std::string host, std::uint16_t port) override;
-    NodePort openPort(boost::asio::any_io_executor executor, const std::string &profile, const std::string &hostname,
-        std::uint16_t port) override;
+    NodePort openPort(const boost::asio::any_io_executor &executor, const std::string &profile,
+        const std::string &hostname, std::uint16_t port) override;
     void stop() override;
 
 private:

@@ -115,9 +115,9 @@ asio::awaitable<tcp::socket> LabEngine::dial(std::string profile, std::string ho
 }
 
 NodePort LabEngine::openPort(
-    asio::any_io_executor executor, const std::string &profile, const std::string &hostname, std::uint16_t port)
+    const asio::any_io_executor &executor, const std::string &profile, const std::string &hostname, std::uint16_t port)
 {
-    return m_dialer.openPort(std::move(executor), profile, hostname, port);
+    return m_dialer.openPort(executor, profile, hostname, port);
 }
 
 void LabEngine::stop()

@@ -38,6 +38,18 @@ bool isMalformedSuffix(const QString &suffix)
     return suffix.contains(u'/') || std::ranges::any_of(suffix, [](QChar character) { return character.isSpace(); });
 }
 
+QString malformedNameSentence()
+{
+    return u"Profile name must be lowercase letters, numbers, hyphen, or underscore, start with a letter or number, "
+           "and be at most 63 characters."_s;
+}
+
+QString malformedHostnameSentence()
+{
+    return u"Router hostname must be at most 63 letters, numbers, or hyphens, and cannot start or end with a "
+           "hyphen."_s;
+}
+
 // The first problem of a draft, as a sentence.
 std::optional<QString> problem(const VeranoxProfileDraft &draft, const QStringList &suffixes)
 {
@@ -45,9 +57,7 @@ std::optional<QString> problem(const VeranoxProfileDraft &draft, const QStringLi
     if (name.isEmpty())
         return u"Profile name is required."_s;
     if (!VeranoxProfileDraft::isValidProfileName(name))
-        return u"Profile name must be lowercase letters, numbers, hyphen, or underscore, start with a letter or "
-               u"number, "
-               "and be at most 63 characters."_s;
+        return malformedNameSentence();
     if (suffixes.isEmpty())
         return u"At least one .ts.net suffix is required."_s;
     if (const auto malformed = std::ranges::find_if(suffixes, isMalformedSuffix); malformed != suffixes.end())
@@ -55,8 +65,7 @@ std::optional<QString> problem(const VeranoxProfileDraft &draft, const QStringLi
     if (!isKnownBackend(draft.backend))
         return u"Backend must be tsnet or tailscaled."_s;
     if (!VeranoxProfileDraft::isValidHostname(draft.hostname.trimmed()))
-        return u"Router hostname must be at most 63 letters, numbers, or hyphens, and cannot start or end with a "
-               "hyphen."_s;
+        return malformedHostnameSentence();
     return std::nullopt;
 }
 
@@ -109,6 +118,16 @@ bool VeranoxProfileDraft::isValidName() const
 {
     const QString trimmed = name.trimmed();
     return trimmed.isEmpty() || isValidProfileName(trimmed);
+}
+
+std::optional<QString> VeranoxProfileDraft::nameWarning() const
+{
+    return isValidName() ? std::nullopt : std::optional(malformedNameSentence());
+}
+
+std::optional<QString> VeranoxProfileDraft::hostnameWarning() const
+{
+    return isValidHostname(hostname.trimmed()) ? std::nullopt : std::optional(malformedHostnameSentence());
 }
 
 bool VeranoxProfileDraft::isReadyToSave() const

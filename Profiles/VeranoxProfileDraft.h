@@ -1,11 +1,20 @@
 #pragma once
 #include "API/VeranoxEditableConfig.h"
 #include "Profiles/VeranoxDraftError.h"
+#include <QMetaType>
 #include <QUuid>
 #include <optional>
 
 // What the service assigns to a profile when it first runs.
 struct VeranoxProfileRuntimeFields {
+    Q_GADGET
+    Q_PROPERTY(QString stateDir MEMBER stateDir)
+    Q_PROPERTY(QString socket MEMBER socket)
+    Q_PROPERTY(QString httpProxy MEMBER httpProxy)
+    Q_PROPERTY(QString socks5Proxy MEMBER socks5Proxy)
+    Q_PROPERTY(qint64 port MEMBER port)
+
+public:
     QString stateDir;
     QString socket;
     QString httpProxy;
@@ -18,8 +27,29 @@ struct VeranoxProfileRuntimeFields {
     bool operator==(const VeranoxProfileRuntimeFields &) const = default;
 };
 
-// A profile as a person types it.
+// A profile as a person types it. A property is empty where its value is absent.
 struct VeranoxProfileDraft {
+    Q_GADGET
+    Q_PROPERTY(QUuid id MEMBER id)
+    Q_PROPERTY(bool isNew READ isNew)
+    Q_PROPERTY(QString originalName READ originalNameOrEmpty)
+    Q_PROPERTY(QString name MEMBER name)
+    Q_PROPERTY(QString displayName MEMBER displayName)
+    Q_PROPERTY(QString icon MEMBER icon)
+    Q_PROPERTY(QString color MEMBER color)
+    Q_PROPERTY(QString backend MEMBER backend)
+    Q_PROPERTY(QString suffixesText MEMBER suffixesText)
+    Q_PROPERTY(QString ipRoutesText MEMBER ipRoutesText)
+    Q_PROPERTY(bool matchRoot MEMBER matchRoot)
+    Q_PROPERTY(bool acceptRoutes MEMBER acceptRoutes)
+    Q_PROPERTY(QString hostname MEMBER hostname)
+    Q_PROPERTY(VeranoxProfileRuntimeFields runtimeFields MEMBER runtimeFields)
+    Q_PROPERTY(bool isValidName READ isValidName)
+    Q_PROPERTY(QString nameWarning READ nameWarningOrEmpty)
+    Q_PROPERTY(QString hostnameWarning READ hostnameWarningOrEmpty)
+    Q_PROPERTY(bool isReadyToSave READ isReadyToSave)
+
+public:
     QUuid id = QUuid::createUuid(); // of this edit
     std::optional<QString> originalName; // of the profile being edited; absent for a new one
     QString name; // key in the configuration
@@ -41,8 +71,15 @@ struct VeranoxProfileDraft {
     // The draft of the existing profile that is stored under `profileName`.
     VeranoxProfileDraft(const QString &profileName, const VeranoxEditableProfile &profile);
 
+    // Whether no profile is replaced.
+    bool isNew() const { return !originalName; }
+
     // Whether the name field shows no error; an empty field shows none.
     bool isValidName() const;
+
+    // What to tell beneath a field whose text cannot be saved, if it cannot.
+    std::optional<QString> nameWarning() const;
+    std::optional<QString> hostnameWarning() const;
 
     // Whether there is a point in trying to save.
     bool isReadyToSave() const;
@@ -61,8 +98,16 @@ struct VeranoxProfileDraft {
     static QStringList splitList(const QString &text);
 
     bool operator==(const VeranoxProfileDraft &) const = default;
+
+private:
+    QString originalNameOrEmpty() const { return originalName.value_or(QString()); }
+    QString nameWarningOrEmpty() const { return nameWarning().value_or(QString()); }
+    QString hostnameWarningOrEmpty() const { return hostnameWarning().value_or(QString()); }
 };
 
 // Whether there is something to save: false while no document is loaded, true for a new or renamed profile and for a
 // draft that cannot be saved as it is.
 bool profileDraftHasChanges(const VeranoxProfileDraft &draft, const std::optional<VeranoxEditableConfig> &document);
+
+Q_DECLARE_METATYPE(VeranoxProfileRuntimeFields)
+Q_DECLARE_METATYPE(VeranoxProfileDraft)

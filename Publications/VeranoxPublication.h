@@ -2,7 +2,8 @@
 #include "Publications/VeranoxPublicationReachability.h"
 #include "Publications/VeranoxStatusBadge.h"
 
-// A local service that is reachable on one tailnet, as the service reports it.
+// A local service that is reachable on one tailnet, as the service reports it. A property is empty where its text is
+// absent.
 struct VeranoxPublication {
     Q_GADGET
     Q_PROPERTY(QString name MEMBER name)
@@ -20,6 +21,7 @@ struct VeranoxPublication {
     Q_PROPERTY(QString lastActive MEMBER lastActive)
     Q_PROPERTY(VeranoxPublicationReachability reachability MEMBER reachability)
     Q_PROPERTY(bool hasError READ hasError)
+    Q_PROPERTY(QString visibleLastError READ visibleLastErrorOrEmpty)
     Q_PROPERTY(bool isUnreachable READ isUnreachable)
     Q_PROPERTY(VeranoxStatusBadge stateBadge READ stateBadge)
 
@@ -52,6 +54,9 @@ public:
     VeranoxStatusBadge stateBadge() const;
 
     bool operator==(const VeranoxPublication &) const = default;
+
+private:
+    QString visibleLastErrorOrEmpty() const { return visibleLastError().value_or(QString()); }
 };
 
 Q_DECLARE_METATYPE(VeranoxPublication)

@@ -7,17 +7,22 @@
 #include <QUuid>
 #include <optional>
 
-// A publication as a person types it. Every text stays as typed until makePublication().
+// A publication as a person types it. Every text stays as typed until makePublication(). A property is empty where its
+// value is absent.
 struct VeranoxPublicationDraft {
     Q_GADGET
     Q_PROPERTY(QUuid id MEMBER id)
+    Q_PROPERTY(bool isNew READ isNew)
+    Q_PROPERTY(QString originalName READ originalNameOrEmpty)
     Q_PROPERTY(QString name MEMBER name)
     Q_PROPERTY(QString displayName MEMBER displayName)
     Q_PROPERTY(QString profile MEMBER profile)
     Q_PROPERTY(QString target MEMBER target)
     Q_PROPERTY(QString port MEMBER port)
     Q_PROPERTY(bool tls MEMBER tls)
+    Q_PROPERTY(VeranoxPublishing::Reach reach MEMBER reach)
     Q_PROPERTY(bool disabled MEMBER disabled)
+    Q_PROPERTY(QString normalName READ normalName)
     Q_PROPERTY(bool isValidName READ isValidName)
     Q_PROPERTY(bool isValidTarget READ isValidTarget)
     Q_PROPERTY(bool isValidPort READ isValidPort)
@@ -37,6 +42,9 @@ public:
 
     VeranoxPublicationDraft() = default;
     explicit VeranoxPublicationDraft(const VeranoxPublication &publication);
+
+    // Whether no publication is replaced.
+    bool isNew() const { return !originalName; }
 
     // The name that goes to the service: trimmed and in lower case.
     QString normalName() const;
@@ -65,6 +73,9 @@ public:
     VeranoxDraftResult<VeranoxEditablePublication> makePublication() const;
 
     bool operator==(const VeranoxPublicationDraft &) const = default;
+
+private:
+    QString originalNameOrEmpty() const { return originalName.value_or(QString()); }
 };
 
 Q_DECLARE_METATYPE(VeranoxPublicationDraft)

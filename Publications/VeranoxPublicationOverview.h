@@ -3,7 +3,8 @@
 #include <QList>
 #include <optional>
 
-// How many publications there are, and how many of them need a person. Each is enabled, disabled or blocked.
+// How many publications there are, and how many of them need a person. Each is enabled, disabled or blocked. A
+// property is empty where its text is absent.
 struct VeranoxPublicationOverview {
     Q_GADGET
     Q_PROPERTY(qint64 totalCount MEMBER totalCount)
@@ -13,6 +14,9 @@ struct VeranoxPublicationOverview {
     Q_PROPERTY(qint64 blockedCount MEMBER blockedCount)
     Q_PROPERTY(qint64 unreachableCount MEMBER unreachableCount)
     Q_PROPERTY(QString statusSummary READ statusSummary)
+    Q_PROPERTY(QString attentionSummary READ attentionSummaryOrEmpty)
+    Q_PROPERTY(QString blockedSummary READ blockedSummaryOrEmpty)
+    Q_PROPERTY(QString unreachableSummary READ unreachableSummaryOrEmpty)
 
 public:
     qint64 totalCount = 0;
@@ -33,6 +37,11 @@ public:
     std::optional<QString> unreachableSummary() const;
 
     bool operator==(const VeranoxPublicationOverview &) const = default;
+
+private:
+    QString attentionSummaryOrEmpty() const { return attentionSummary().value_or(QString()); }
+    QString blockedSummaryOrEmpty() const { return blockedSummary().value_or(QString()); }
+    QString unreachableSummaryOrEmpty() const { return unreachableSummary().value_or(QString()); }
 };
 
 Q_DECLARE_METATYPE(VeranoxPublicationOverview)

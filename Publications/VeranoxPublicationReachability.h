@@ -4,7 +4,8 @@
 #include <QUrl>
 #include <optional>
 
-// The entries of the tailnet's access policy that would let devices connect to this computer's node.
+// The entries of the tailnet's access policy that would let devices connect to this computer's node. A
+// property is empty where its value is absent.
 struct VeranoxPublicationPolicyHint {
     Q_GADGET
     Q_PROPERTY(QString hostAlias MEMBER hostAlias)
@@ -13,6 +14,7 @@ struct VeranoxPublicationPolicyHint {
     Q_PROPERTY(QString hostsEntry MEMBER hostsEntry)
     Q_PROPERTY(QString grant MEMBER grant)
     Q_PROPERTY(QString policyURLString MEMBER policyURLString)
+    Q_PROPERTY(QUrl policyURL READ policyURLOrEmpty)
     Q_PROPERTY(bool hasSnippets READ hasSnippets)
 
 public:
@@ -30,15 +32,19 @@ public:
     bool hasSnippets() const;
 
     bool operator==(const VeranoxPublicationPolicyHint &) const = default;
+
+private:
+    QUrl policyURLOrEmpty() const { return policyURL().value_or(QUrl()); }
 };
 
-// Whether the tailnet's policy lets any device connect to a publication.
+// Whether the tailnet's policy lets any device connect to a publication. A property is empty where its text is absent.
 struct VeranoxPublicationReachability {
     Q_GADGET
     Q_PROPERTY(QString state MEMBER state)
     Q_PROPERTY(qint64 peers MEMBER peers)
     Q_PROPERTY(bool everyone MEMBER everyone)
     Q_PROPERTY(QString detail MEMBER detail)
+    Q_PROPERTY(QString summary READ summaryOrEmpty)
     Q_PROPERTY(QString help READ help)
 
 public:
@@ -55,6 +61,9 @@ public:
     QString help() const;
 
     bool operator==(const VeranoxPublicationReachability &) const = default;
+
+private:
+    QString summaryOrEmpty() const { return summary().value_or(QString()); }
 };
 
 Q_DECLARE_METATYPE(VeranoxPublicationPolicyHint)

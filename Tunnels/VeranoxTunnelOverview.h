@@ -3,7 +3,7 @@
 #include <QList>
 #include <optional>
 
-// How many tunnels there are, and how many of them need a person.
+// How many tunnels there are, and how many of them need a person. A property is empty where its text is absent.
 struct VeranoxTunnelOverview {
     Q_GADGET
     Q_PROPERTY(qint64 totalCount MEMBER totalCount)
@@ -11,6 +11,7 @@ struct VeranoxTunnelOverview {
     Q_PROPERTY(qint64 disabledCount MEMBER disabledCount)
     Q_PROPERTY(qint64 attentionCount MEMBER attentionCount)
     Q_PROPERTY(QString statusSummary READ statusSummary)
+    Q_PROPERTY(QString attentionSummary READ attentionSummaryOrEmpty)
 
 public:
     qint64 totalCount = 0;
@@ -27,6 +28,9 @@ public:
     std::optional<QString> attentionSummary() const;
 
     bool operator==(const VeranoxTunnelOverview &) const = default;
+
+private:
+    QString attentionSummaryOrEmpty() const { return attentionSummary().value_or(QString()); }
 };
 
 Q_DECLARE_METATYPE(VeranoxTunnelOverview)

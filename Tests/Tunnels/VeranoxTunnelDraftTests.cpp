@@ -1,6 +1,6 @@
 #include "Tests/Support/QtPrinters.h"
 #include "Tunnels/VeranoxTunnelDraft.h"
-#include <QMetaProperty>
+#include <QList>
 #include <gmock/gmock.h>
 #include <random>
 
@@ -403,15 +403,4 @@ TEST(VeranoxTunnelDraft, AnUntouchedDraftMakesItsTunnel)
         EXPECT_EQ(draft.normalName(), tunnel.name);
         ASSERT_EQ(draft.makeTunnel().value(), expected) << "round " << round;
     }
-}
-
-TEST(VeranoxTunnelDraft, ViewsReadItsPropertiesByName)
-{
-    const Draft draft = with(&Draft::name, u"-"_s);
-    const QMetaObject &meta = Draft::staticMetaObject;
-    const auto read = [&](const char *name) { return meta.property(meta.indexOfProperty(name)).readOnGadget(&draft); };
-    EXPECT_EQ(read("name"), u"-"_s);
-    EXPECT_EQ(read("isValidName"), false);
-    EXPECT_EQ(read("isReadyToSave"), false);
-    EXPECT_EQ(read("isValidTarget"), true);
 }

@@ -71,6 +71,14 @@ std::uint16_t Peer::port() const
     return ntohs(at.sin_port);
 }
 
+std::uint16_t Peer::remotePort() const
+{
+    sockaddr_in at{};
+    socklen_t size = sizeof at;
+    ::getpeername(m_descriptor, reinterpret_cast<sockaddr *>(&at), &size);
+    return ntohs(at.sin_port);
+}
+
 bool Peer::send(std::string_view bytes) const
 {
     while (!bytes.empty()) {
@@ -80,6 +88,21 @@ bool Peer::send(std::string_view bytes) const
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
     return true;
+}
+
+std::size_t Peer::sendWhatFits(std::string_view bytes) const
+{
+    std::size_t sent = 0;
+    while (sent < bytes.size()) {
+        const ssize_t count =
+            ::send(m_descriptor, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (count < 0 && errno != EAGAIN)
+            throw std::runtime_error("the connection is gone");
+        if (count <= 0)
+            break;
+        sent += static_cast<std::size_t>(count);
+    }
+    return sent;
 }
 
 std::string Peer::receive(std::size_t count) const

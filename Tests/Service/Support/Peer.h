@@ -22,8 +22,12 @@ public:
     ~Peer();
 
     std::uint16_t port() const;
+    /// Of the other end.
+    std::uint16_t remotePort() const;
     /// False once the other side has gone.
     bool send(std::string_view bytes) const;
+    /// How much of it the system takes at once; 0 when it takes nothing.
+    std::size_t sendWhatFits(std::string_view bytes) const;
     /// As much as is asked for, or what came until the end.
     std::string receive(std::size_t count) const;
     /// Everything until the end of the stream.

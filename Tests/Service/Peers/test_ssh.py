@@ -1,5 +1,5 @@
-"""Tunnels through a bastion: the real ssh against the real sshd, and for passwords, which sshd grants only to accounts of
-the system, against another SSH server."""
+"""Tunnels through a bastion: the real ssh against the real sshd, and for passwords also against an SSH server that needs
+no account of the system."""
 
 import getpass
 import os
@@ -9,6 +9,7 @@ import sys
 import unittest
 from pathlib import Path
 
+from accounts import PrivateAccount
 from support import PeerTest, answers, eventually, free_port, lab
 
 SECRET = "correct horse battery staple"
@@ -40,7 +41,7 @@ class SshPeers(PeerTest):
         subprocess.run(["ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", str(path)], check=True)
         return path
 
-    def start_sshd(self, host_key="host_key"):
+    def start_sshd(self, host_key="host_key", account=None):
         if os.geteuid() == 0:
             Path("/run/sshd").mkdir(mode=0o755, exist_ok=True)
         if not (self.folder / host_key).exists():
@@ -55,10 +56,11 @@ PidFile none
 StrictModes no
 UsePAM no
 PermitRootLogin prohibit-password
-PasswordAuthentication no
+PasswordAuthentication {"yes" if account else "no"}
 KbdInteractiveAuthentication no
 """)
-        process = self.start(["/usr/sbin/sshd", "-D", "-e", "-f", str(file)], stderr=subprocess.DEVNULL)
+        prefix = account.prefix if account else []
+        process = self.start([*prefix, "/usr/sbin/sshd", "-D", "-e", "-f", str(file)], stderr=subprocess.DEVNULL)
         self.assertTrue(eventually(lambda: answers(self.bastion)))
         return process
 
@@ -143,12 +145,33 @@ KbdInteractiveAuthentication no
         error = eventually(lambda: service.tunnel("t")["LastError"])
         self.assertEqual(error, "bastion.tail1.ts.net port 22 refused the connection.")
 
+    def start_sshd_with_password(self):
+        account = PrivateAccount("deploy", SECRET, self.folder)
+        if obstacle := account.obstacle():
+            self.skipTest(f"sshd cannot have an account of its own: {obstacle}")
+        self.start_sshd(account=account)
+
     def start_password_server(self):
         self.start([sys.executable, "-W", "ignore", "-c", PASSWORD_SERVER, str(self.bastion), SECRET])
         self.assertTrue(eventually(lambda: answers(self.bastion)))
 
     def test_password(self):
+        self.start_sshd_with_password()
+        self.assert_password_opens()
+
+    def test_wrong_password_is_told(self):
+        self.start_sshd_with_password()
+        self.assert_wrong_password_is_told()
+
+    def test_password_of_another_server(self):
         self.start_password_server()
+        self.assert_password_opens()
+
+    def test_wrong_password_of_another_server_is_told(self):
+        self.start_password_server()
+        self.assert_wrong_password_is_told()
+
+    def assert_password_opens(self):
         service = self.start_tunnel("password", user="deploy")
         error = eventually(lambda: service.tunnel("t")["LastError"])
         self.assertEqual(error, "The SSH password of this tunnel is not known; enter it in the tunnel's settings.")
@@ -156,12 +179,13 @@ KbdInteractiveAuthentication no
         self.assert_carries(service)
         self.assert_secret_is_nowhere(service)
 
-    def test_wrong_password_is_told(self):
-        self.start_password_server()
+    def assert_wrong_password_is_told(self):
         service = self.start_tunnel("password", user="deploy")
         service.ask("POST", "/api/tunnels/t/secret", {"Password": "wrong"})
-        error = eventually(lambda: "denied" in service.tunnel("t")["LastError"])
+        error = eventually(lambda: "Permission denied" in service.tunnel("t")["LastError"])
         self.assertTrue(error, service.tunnel("t"))
+        self.assertEqual(service.tunnel("t")["State"], "error")
+        self.assertFalse(answers(self.listen))
 
     def assert_secret_is_nowhere(self, service):
         """Neither in the command line or environment of a process, but of the test's own server, nor in a file."""
@@ -179,8 +203,8 @@ KbdInteractiveAuthentication no
             self.assertNotIn(secret, command, process)
             self.assertNotIn(secret, environment, process)
         self.assertGreater(seen, 2)
-        files = [path for path in service.home.rglob("*") if path.is_file()]
-        self.assertGreater(len(files), 1)
+        files = [path for path in self.folder.rglob("*") if path.is_file()]
+        self.assertTrue(any(path.is_relative_to(service.home) for path in files))
         for path in files:
             self.assertNotIn(secret, path.read_bytes(), path)
 

@@ -1,6 +1,7 @@
 #include "Service/Control/ControlApi.h"
 
 #include "Service/Json/JsonProblem.h"
+#include "Service/Page/StatusPage.h"
 #include "Service/Text/Refusal.h"
 #include "Service/Text/StartProblem.h"
 #include <exception>
@@ -12,7 +13,7 @@ namespace asio = boost::asio;
 
 struct ControlApi::Route {
     std::string_view method;
-    std::string_view path; // behind /api/; "*" stands for a name
+    std::string_view path; // "*" stands for a name
     std::variant<ReadHandler, Handler, SlowHandler> handler;
 };
 
@@ -22,36 +23,39 @@ struct ControlApi::Prepared {
 };
 
 const ControlApi::Route ControlApi::routes[] = {
-    {"GET", "profiles", &ControlApi::profiles},
-    {"POST", "profiles/*/login", &ControlApi::login},
-    {"POST", "profiles/*/logout", &ControlApi::logout},
-    {"GET", "config", &ControlApi::config},
-    {"POST", "config", &ControlApi::saveConfig},
-    {"GET", "environment", &ControlApi::environment},
-    {"GET", "tunnels", &ControlApi::tunnels},
-    {"POST", "tunnels", &ControlApi::saveTunnel},
-    {"DELETE", "tunnels/*", &ControlApi::deleteTunnel},
-    {"POST", "tunnels/*/start", &ControlApi::startTunnel},
-    {"POST", "tunnels/*/stop", &ControlApi::stopTunnel},
-    {"POST", "tunnels/*/restart", &ControlApi::restartTunnel},
-    {"POST", "tunnels/*/secret", &ControlApi::setTunnelSecret},
-    {"GET", "publications", &ControlApi::publications},
-    {"POST", "publications", &ControlApi::savePublication},
-    {"DELETE", "publications/*", &ControlApi::deletePublication},
-    {"POST", "publications/*/start", &ControlApi::startPublication},
-    {"POST", "publications/*/stop", &ControlApi::stopPublication},
-    {"POST", "publications/*/restart", &ControlApi::restartPublication},
-    {"GET", "reports/path", &ControlApi::pathReport},
-    {"POST", "feedback", &ControlApi::feedback},
-    {"GET", "health", &ControlApi::health},
-    {"POST", "shutdown", &ControlApi::shutdown},
+    {"GET", "/", &ControlApi::statusPage},
+    {"GET", statusStylePath, &ControlApi::statusStyleSheet},
+    {"GET", "/api/profiles", &ControlApi::profiles},
+    {"POST", "/api/profiles/*/login", &ControlApi::login},
+    {"POST", "/api/profiles/*/logout", &ControlApi::logout},
+    {"GET", "/api/config", &ControlApi::config},
+    {"POST", "/api/config", &ControlApi::saveConfig},
+    {"GET", "/api/environment", &ControlApi::environment},
+    {"GET", "/api/tunnels", &ControlApi::tunnels},
+    {"POST", "/api/tunnels", &ControlApi::saveTunnel},
+    {"DELETE", "/api/tunnels/*", &ControlApi::deleteTunnel},
+    {"POST", "/api/tunnels/*/start", &ControlApi::startTunnel},
+    {"POST", "/api/tunnels/*/stop", &ControlApi::stopTunnel},
+    {"POST", "/api/tunnels/*/restart", &ControlApi::restartTunnel},
+    {"POST", "/api/tunnels/*/secret", &ControlApi::setTunnelSecret},
+    {"GET", "/api/publications", &ControlApi::publications},
+    {"POST", "/api/publications", &ControlApi::savePublication},
+    {"DELETE", "/api/publications/*", &ControlApi::deletePublication},
+    {"POST", "/api/publications/*/start", &ControlApi::startPublication},
+    {"POST", "/api/publications/*/stop", &ControlApi::stopPublication},
+    {"POST", "/api/publications/*/restart", &ControlApi::restartPublication},
+    {"GET", "/api/reports/path", &ControlApi::pathReport},
+    {"POST", "/api/feedback", &ControlApi::feedback},
+    {"GET", "/api/health", &ControlApi::health},
+    {"POST", "/api/shutdown", &ControlApi::shutdown},
 };
 
 namespace {
 
-/// Whether the segments behind /api are those of the path; what stands for the "*" goes into `name`.
+/// Whether the segments are those of the path; what stands for the "*" goes into `name`.
 bool isPath(std::span<const std::string> segments, std::string_view path, std::string &name)
 {
+    path.remove_prefix(1);
     for (const std::string &segment : segments) {
         const std::string_view expected = path.substr(0, path.find('/'));
         if (expected == "*" && !segment.empty())
@@ -106,12 +110,11 @@ std::variant<ControlApi::Prepared, ControlAnswer> ControlApi::prepare(ControlReq
     std::optional<RequestTarget> target = parseTarget(request.target);
     if (!target)
         return refusal(400, "The path of the request is not well formed.");
-    const bool isOurs = target->segments.size() > 1 && target->segments.front() == "api";
     const std::string_view method = request.method == "HEAD" ? "GET" : std::string_view(request.method);
     std::string name;
     std::string allowed;
     for (const Route &route : routes) {
-        if (!isOurs || !isPath(std::span(target->segments).subspan(1), route.path, name))
+        if (!isPath(target->segments, route.path, name))
             continue;
         if (route.method == method) {
             if (std::optional<ControlAnswer> refused = m_guard.checkToken(request))

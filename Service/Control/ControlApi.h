@@ -62,6 +62,8 @@ private:
     TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const;
     PublicationStatus publicationStatus(const std::string &name, const PublicationSettings &settings) const;
 
+    ControlAnswer statusPage(const Call &call) const;
+    ControlAnswer statusStyleSheet(const Call &call) const;
     ControlAnswer profiles(const Call &call) const;
     ControlAnswer config(const Call &call) const;
     ControlAnswer environment(const Call &call) const;

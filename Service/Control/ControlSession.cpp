@@ -44,13 +44,29 @@ std::optional<ControlAnswer> answerTo(beast::error_code failure)
     return std::nullopt;
 }
 
-/// No page may read, embed or keep an answer; there is no permission for other origins.
+/// No page of others may read, embed or keep an answer, or learn from where it was left; there is no permission for
+/// other origins.
 void forbidWebUse(http::response<http::string_body> &response)
 {
     response.set(http::field::cache_control, "no-store");
     response.set("X-Content-Type-Options", "nosniff");
     response.set("Cross-Origin-Resource-Policy", "same-origin");
-    response.set("Content-Security-Policy", "default-src 'none'; frame-ancestors 'none'");
+    response.set("Cross-Origin-Opener-Policy", "same-origin");
+    response.set("Referrer-Policy", "no-referrer");
+}
+
+void fill(http::response<http::string_body> &response, const ControlAnswer &answer)
+{
+    constexpr auto policy = "Content-Security-Policy";
+    if (answer.document) {
+        response.set(http::field::content_type, answer.document->type);
+        response.set(policy, answer.document->policy);
+        response.body() = answer.document->text;
+        return;
+    }
+    response.set(http::field::content_type, "application/json");
+    response.set(policy, "default-src 'none'; frame-ancestors 'none'");
+    response.body() = boost::json::serialize(answer.body);
 }
 
 } // namespace
@@ -175,11 +191,10 @@ asio::awaitable<bool> ControlSession::send(ControlAnswer answer)
     const bool wantsMore = m_parser->is_header_done() && m_parser->get().keep_alive();
     const bool goesOn = wantsMore && answer.then == ControlAnswer::Then::GoOn && !m_server.isStopping();
     http::response<http::string_body> response(static_cast<http::status>(answer.status), 11);
-    response.set(http::field::content_type, "application/json");
     if (!answer.allow.empty())
         response.set(http::field::allow, answer.allow);
     forbidWebUse(response);
-    response.body() = boost::json::serialize(answer.body);
+    fill(response, answer);
     response.prepare_payload();
     response.keep_alive(goesOn);
     if (m_request.method == "HEAD")

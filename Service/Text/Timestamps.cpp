@@ -1,6 +1,7 @@
 #include "Service/Text/Timestamps.h"
 
 #include <cstdio>
+#include <ctime>
 
 namespace veranox {
 
@@ -41,6 +42,16 @@ std::string fileTimestamp(std::chrono::sys_time<std::chrono::milliseconds> time)
         static_cast<int>(at.clock.hours().count()), static_cast<int>(at.clock.minutes().count()),
         static_cast<int>(at.clock.seconds().count()));
     return {text, static_cast<std::size_t>(length)};
+}
+
+std::string localTime(std::chrono::sys_time<std::chrono::milliseconds> time)
+{
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(time));
+    std::tm local{};
+    if (!::localtime_r(&seconds, &local))
+        return timestamp(time);
+    char text[64];
+    return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local)};
 }
 
 } // namespace veranox

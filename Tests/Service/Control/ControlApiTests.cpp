@@ -62,7 +62,7 @@ TEST_F(ControlApiTest, EmptyServiceAnswersEmptyLists)
 
 TEST_F(ControlApiTest, UnknownPathsAre404)
 {
-    for (const std::string target : {"/", "/api", "/api/", "/api/health/", "/api//health", "/health", "/api/health/x",
+    for (const std::string target : {"/x", "/api", "/api/", "/api/health/", "/api//health", "/health", "/api/health/x",
              "/api/Health", "/API/health", "//api/health", "/api/profiles//login", "/api/profiles/a", "/api/healt%68x"})
         EXPECT_EQ(status("GET", target), 404U) << target;
 }

@@ -122,9 +122,15 @@ Verdict verdictOnTarget(const Findings &found, const PathTarget &target)
                 "Check that the access policy of the tailnet lets this computer connect to it."}};
     const std::string takes =
         target.host + " takes connections on port " + std::to_string(target.port) + " through " + profile;
+    const std::string answers = takes + " and answers HTTP with " + found.http.status;
+    if (found.http.ok && !found.http.certificateProblem.empty())
+        return {answers + ", but this computer does not trust its certificate: " + found.http.certificateProblem + ".",
+            {"Expect programs to warn of " + target.host
+                + " or to refuse it, until it has a certificate that is "
+                  "trusted here and of its name."}};
     if (found.http.ok)
-        return {takes + " and answers HTTP with " + found.http.status + ".", {}};
-    if (target.scheme == "http")
+        return {answers + ".", {}};
+    if (target.scheme == "http" || target.scheme == "https")
         return {takes + ", but gave no page: " + found.http.error,
             {"Check the service on " + target.host + "; the way to it is fine."}};
     return {takes + ".", {}};

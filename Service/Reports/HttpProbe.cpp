@@ -1,0 +1,146 @@
+#include "Service/Net/TlsClient.h"
+#include "Service/Reports/DialWithin.h"
+#include "Service/Reports/PathProbes.h"
+#include <boost/asio/as_tuple.hpp>
+#include <boost/asio/ssl/error.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <boost/beast/http/write.hpp>
+
+namespace veranox {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+using asio::ip::tcp;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+constexpr auto asTuple = asio::as_tuple(asio::use_awaitable);
+constexpr std::chrono::milliseconds handshakeTime{1500};
+constexpr std::chrono::milliseconds httpTime{2000};
+constexpr std::uint64_t bodyLimit = 256 * 1024;
+
+std::chrono::milliseconds since(Clock::time_point begin)
+{
+    return std::chrono::ceil<std::chrono::milliseconds>(Clock::now() - begin);
+}
+
+std::string addressOf(const PathTarget &target)
+{
+    const std::string scheme = target.scheme == "https" ? "https://" : "http://";
+    const std::string host = target.host.contains(':') ? "[" + target.host + "]" : target.host;
+    return scheme + host + ":" + std::to_string(target.port) + target.path;
+}
+
+http::request<http::empty_body> pageRequest(const PathTarget &target)
+{
+    http::request<http::empty_body> request(http::verb::get, target.path, 11);
+    request.set(http::field::host, target.host);
+    request.set(http::field::user_agent, "Veranox path report");
+    request.set(http::field::connection, "close");
+    return request;
+}
+
+std::string sentence(const beast::error_code &failure)
+{
+    if (failure == beast::error::timeout)
+        return "The host took the connection but did not answer in time.";
+    if (failure == http::error::end_of_stream || failure == asio::error::connection_reset
+        || failure == asio::ssl::error::stream_truncated)
+        return "The host took the connection and closed it without an answer.";
+    if (failure.category() == http::make_error_code(http::error::bad_version).category())
+        return "The host took the connection but does not speak HTTP.";
+    return "The HTTP request failed: " + failure.message() + ".";
+}
+
+using PageParser = http::response_parser<http::string_body>;
+
+/// The rest of the answer once its header is there. Many hosts end TLS without a farewell, so that counts as the end
+/// of an answer that goes on until the end.
+template <class Stream>
+asio::awaitable<beast::error_code> readBody(
+    Stream *stream, beast::flat_buffer *buffer, PageParser *parser, HttpResult *result, Clock::time_point begin)
+{
+    beast::error_code failure;
+    while (!failure && !parser->is_done()) {
+        failure = std::get<0>(co_await http::async_read_some(*stream, *buffer, *parser, asTuple));
+        if (failure == asio::ssl::error::stream_truncated)
+            parser->put_eof(failure);
+        if (result->bytesRead == 0)
+            result->toFirstByte = since(begin);
+        result->bytesRead = parser->get().body().size();
+    }
+    co_return failure;
+}
+
+/// Request and answer over a connection that is ready for them; the times in the result are counted from `begin`.
+template <class Stream>
+asio::awaitable<void> exchange(Stream *stream, PathTarget target, HttpResult *result, Clock::time_point begin)
+{
+    beast::get_lowest_layer(*stream).expires_after(httpTime);
+    const http::request<http::empty_body> request = pageRequest(target);
+    const auto [unsent, sent] = co_await http::async_write(*stream, request, asTuple);
+    beast::flat_buffer buffer;
+    PageParser parser;
+    parser.body_limit(bodyLimit);
+    beast::error_code failure = unsent;
+    if (!failure)
+        failure = std::get<0>(co_await http::async_read_header(*stream, buffer, parser, asTuple));
+    if (!failure) {
+        result->toHeaders = result->toFirstByte = since(begin);
+        result->statusCode = parser.get().result_int();
+        result->status = std::to_string(result->statusCode) + " " + std::string(parser.get().reason());
+        result->contentType = parser.get()[http::field::content_type];
+        failure = co_await readBody(stream, &buffer, &parser, result, begin);
+    }
+    const bool isLong = failure == http::error::body_limit; // enough to know that it answers
+    result->ok = !failure || isLong;
+    result->error = result->ok ? "" : sentence(failure);
+}
+
+asio::awaitable<void> exchangeSecurely(
+    tcp::socket socket, PathTarget target, HttpResult *result, Clock::time_point begin)
+{
+    asio::ssl::context context = clientContext();
+    TlsStream stream(std::move(socket), context);
+    beast::get_lowest_layer(stream).expires_after(handshakeTime);
+    TlsGreeting greeting = co_await greet(&stream, target.host);
+    result->error = std::move(greeting.error);
+    result->certificateProblem = std::move(greeting.certificateProblem);
+    if (result->error.empty())
+        co_await exchange(&stream, std::move(target), result, begin);
+}
+
+asio::awaitable<void> exchangePlainly(
+    tcp::socket socket, PathTarget target, HttpResult *result, Clock::time_point begin)
+{
+    beast::tcp_stream stream(std::move(socket));
+    co_await exchange(&stream, std::move(target), result, begin);
+}
+
+} // namespace
+
+asio::awaitable<HttpResult> probeHttp(NodeEngine *nodes, std::string profile, PathTarget target)
+{
+    HttpResult result;
+    result.url = addressOf(target);
+    const bool isSecure = target.scheme == "https";
+    const auto begin = Clock::now();
+    const HostPort endpoint{target.host, target.port};
+    DialResult dialled = co_await dialWithin(nodes, std::move(profile), endpoint, longestDial);
+    if (!dialled.socket)
+        result.error = dialled.problem;
+    else if (isSecure)
+        co_await exchangeSecurely(std::move(*dialled.socket), std::move(target), &result, begin);
+    else
+        co_await exchangePlainly(std::move(*dialled.socket), std::move(target), &result, begin);
+    result.total = since(begin);
+    co_return result;
+}
+
+} // namespace veranox

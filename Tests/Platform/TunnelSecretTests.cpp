@@ -6,7 +6,9 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDeadlineTimer>
 #include <QProcess>
+#include <QThread>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -37,13 +39,27 @@ public:
                 u"--control-directory="_s + qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/keyring"_s});
         m_daemon.write("\n");
         m_daemon.closeWriteChannel();
-        return m_daemon.waitForStarted();
+        return m_daemon.waitForStarted() && m_daemon.waitForBytesWritten();
     }
 
     void stop()
     {
         m_daemon.terminate();
         m_daemon.waitForFinished();
+    }
+
+    // Another daemon in place of one that dies at once. Nothing else of this program runs meanwhile, so whatever it
+    // knows of the old one is out of date.
+    bool replace()
+    {
+        m_daemon.kill();
+        m_daemon.waitForFinished();
+        if (!start())
+            return false;
+        const QDeadlineTimer patience(std::chrono::seconds(30));
+        while (!isThere() && !patience.hasExpired())
+            QThread::yieldCurrentThread();
+        return isThere();
     }
 
     static bool isThere()
@@ -79,13 +95,16 @@ public:
 
     bool isListening() { return m_monitor.waitForReadyRead() && m_monitor.readAll().contains("NameAcquired"); }
 
-    qsizetype calls(const QByteArray &method)
-    {
-        m_output += m_monitor.readAll();
-        return m_output.count("member=" + method);
-    }
+    qsizetype calls(const QByteArray &method) { return output().count("member=" + method); }
+    bool hasSeen(const QByteArray &text) { return output().contains(text); }
 
 private:
+    const QByteArray &output()
+    {
+        m_output += m_monitor.readAll();
+        return m_output;
+    }
+
     QProcess m_monitor;
     QByteArray m_output;
 };
@@ -177,6 +196,47 @@ TEST_F(TunnelSecretTests, AKeyringThatRestartedStillHasThem)
     keyring.stop();
     startKeyring();
     EXPECT_EQ(read(u"a"_s), u"kept"_s);
+}
+
+TEST_F(TunnelSecretTests, AKeyringThatWasJustReplacedTakesTheFirstWrite)
+{
+    startKeyring();
+    ASSERT_TRUE(write(u"first"_s, u"a"_s));
+    ASSERT_TRUE(keyring.replace());
+    EXPECT_TRUE(write(u"second"_s, u"a"_s)) << secrets.problem().toStdString();
+    EXPECT_EQ(secrets.problem(), QString());
+    EXPECT_EQ(read(u"a"_s), u"second"_s);
+}
+
+TEST_F(TunnelSecretTests, AKeyringThatWasJustReplacedAnswersTheFirstRead)
+{
+    startKeyring();
+    ASSERT_TRUE(write(u"kept"_s, u"a"_s));
+    ASSERT_EQ(read(u"a"_s), u"kept"_s);
+    ASSERT_TRUE(keyring.replace());
+    EXPECT_EQ(read(u"a"_s), u"kept"_s) << secrets.problem().toStdString();
+    ASSERT_TRUE(keyring.replace());
+    EXPECT_TRUE(has(u"a"_s)) << secrets.problem().toStdString();
+    ASSERT_TRUE(keyring.replace());
+    EXPECT_EQ(readQuietly(u"a"_s), u"kept"_s) << secrets.problem().toStdString();
+    ASSERT_TRUE(keyring.replace());
+    remove(u"a"_s);
+    EXPECT_EQ(secrets.problem(), QString());
+    EXPECT_FALSE(has(u"a"_s));
+}
+
+TEST_F(TunnelSecretTests, AKeyringThatIsGoneIsAskedTwice)
+{
+    startKeyring();
+    ASSERT_TRUE(write(u"kept"_s, u"a"_s));
+    keyring.stop();
+    BusMonitor monitor(u"SearchItems"_s);
+    ASSERT_TRUE(monitor.isListening());
+    EXPECT_FALSE(has(u"a"_s));
+    QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/the/end"_s, u"org.freedesktop.Secret.Service"_s, u"SearchItems"_s));
+    ASSERT_TRUE(world.runUntilPolled([&] { return monitor.hasSeen("path=/the/end"); }));
+    EXPECT_EQ(monitor.calls("SearchItems") - 1, 2);
 }
 
 TEST_F(TunnelSecretTests, ALockedKeyringShowsWhatItHasAndAsksOnceByItself)

@@ -34,17 +34,13 @@ Attributes attributesOf(const QString &tunnelName)
     return attributes;
 }
 
-QString problemOf(const GLibError &error)
+using Value = std::unique_ptr<SecretValue, void (*)(SecretValue *)>;
+
+Value valueOf(const QString &password)
 {
-    if (!error)
-        return {};
-    const bool isAbsent = (*error).domain == G_DBUS_ERROR
-        && ((*error).code == G_DBUS_ERROR_SERVICE_UNKNOWN || (*error).code == G_DBUS_ERROR_NAME_HAS_NO_OWNER
-            || (*error).code == G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND);
-    if (isAbsent)
-        return u"This desktop has no keyring, so Veranox cannot keep SSH passwords. Install and start one, for example "
-               "GNOME Keyring or KWallet, or type the password again after each start."_s;
-    return u"The keyring did not do what Veranox asked of it: "_s + QString::fromUtf8((*error).message);
+    const QByteArray bytes = password.toUtf8();
+    return {secret_value_new(bytes.constData(), bytes.size(), "text/plain"),
+        [](SecretValue *value) { secret_value_unref(value); }};
 }
 
 std::optional<QString> textOf(SecretValue *value)
@@ -58,6 +54,11 @@ std::optional<QString> textOf(SecretValue *value)
     return text.isValidUtf8() ? std::optional(QString::fromUtf8(text)) : std::nullopt;
 }
 
+std::unexpected<SecretServiceFailure> failure(const GLibError &error)
+{
+    return std::unexpected(SecretServiceFailure(*error));
+}
+
 // The operation, cancelled when it takes longer than anybody waits.
 template <class T> jobs::Async<T> withPatience(jobs::Async<T> operation)
 {
@@ -68,113 +69,177 @@ template <class T> jobs::Async<T> withPatience(jobs::Async<T> operation)
 
 } // namespace
 
-SecretServiceTunnelSecrets::SecretServiceTunnelSecrets(jobs::MainQueue &queue) : m_queue(queue), m_jobs(queue) { }
+SecretServiceTunnelSecrets::SecretServiceTunnelSecrets(jobs::MainQueue &queue) : m_queue(queue), m_jobs(queue)
+{
+    SecretServiceFailure::tellThemApart();
+}
 
 SecretServiceTunnelSecrets::~SecretServiceTunnelSecrets() = default;
 
 jobs::Async<std::optional<QString>> SecretServiceTunnelSecrets::password(QString tunnelName, Unlocking unlocking)
 {
-    return withPatience(unlocking == Unlocking::ask ? readPassword(tunnelName) : readPasswordQuietly(tunnelName));
+    const auto read = unlocking == Unlocking::ask ? &Self::readPassword : &Self::readPasswordQuietly;
+    const auto result = co_await withPatience(attempt(read, tunnelName));
+    co_return result.value_or(std::nullopt);
 }
 
 jobs::Async<bool> SecretServiceTunnelSecrets::hasPassword(QString tunnelName)
 {
-    co_return co_await withPatience(find(tunnelName)) != nullptr;
+    const auto result = co_await withPatience(attempt(&Self::find, tunnelName));
+    co_return result && result->item;
 }
 
 jobs::Async<bool> SecretServiceTunnelSecrets::setPassword(QString password, QString tunnelName)
 {
     if (!password.isEmpty())
-        co_return co_await withPatience(store(password, tunnelName));
+        co_return (co_await withPatience(attempt(&Self::store, tunnelName, password))).value_or(false);
     co_await deletePassword(tunnelName);
     co_return true;
 }
 
 jobs::Async<> SecretServiceTunnelSecrets::deletePassword(QString tunnelName)
 {
-    co_await withPatience(clear(tunnelName));
+    co_await withPatience(attempt(&Self::clear, tunnelName));
 }
 
-jobs::Async<std::optional<QString>> SecretServiceTunnelSecrets::readPassword(QString tunnelName)
+// The operation, and once more on a new connection if the keyring is another one than it was.
+template <class T, class... Arguments>
+jobs::Async<SecretServiceResult<T>> SecretServiceTunnelSecrets::attempt(
+    Operation<T, Arguments...> operation, Arguments... arguments)
 {
-    const Item item = co_await find(tunnelName);
-    if (!item || (secret_item_get_locked(item.get()) != 0 && !co_await unlock(item)))
+    auto result = co_await (this->*operation)(arguments...);
+    if (!result && result.error().isStale) {
+        secret_service_disconnect();
+        result = co_await (this->*operation)(arguments...);
+    }
+    m_problem = result ? QString() : result.error().problem;
+    co_return result;
+}
+
+// Whoever holds it keeps it alive for the items found through it, which otherwise would never answer once the keyring
+// has left the bus.
+jobs::Async<SecretServiceResult<SecretServiceTunnelSecrets::Service>> SecretServiceTunnelSecrets::connection()
+{
+    const GLibCall call(m_queue);
+    secret_service_get(SECRET_SERVICE_NONE, call.cancellable(), GLibCall::finished, call.callData());
+    const auto result = co_await call;
+    GLibError error;
+    Service service = adopted(secret_service_get_finish(result.get(), error.out()));
+    if (error)
+        co_return failure(error);
+    co_return service;
+}
+
+jobs::Async<SecretServiceResult<std::optional<QString>>> SecretServiceTunnelSecrets::readPassword(QString tunnelName)
+{
+    const auto found = co_await find(tunnelName);
+    if (!found)
+        co_return std::unexpected(found.error());
+    if (!found->item)
         co_return std::nullopt;
-    co_return co_await secretOf(item);
+    if (secret_item_get_locked(found->item.get()) != 0) {
+        const auto isUnlocked = co_await unlock(*found);
+        if (!isUnlocked)
+            co_return std::unexpected(isUnlocked.error());
+        if (!*isUnlocked)
+            co_return std::nullopt;
+    }
+    co_return co_await secretOf(*found);
 }
 
 // A locked keyring gives its password some other time, should the user unlock it when asked.
-jobs::Async<std::optional<QString>> SecretServiceTunnelSecrets::readPasswordQuietly(QString tunnelName)
+jobs::Async<SecretServiceResult<std::optional<QString>>> SecretServiceTunnelSecrets::readPasswordQuietly(
+    QString tunnelName)
 {
-    const Item item = co_await find(tunnelName);
-    if (!item)
+    const auto found = co_await find(tunnelName);
+    if (!found)
+        co_return std::unexpected(found.error());
+    if (!found->item)
         co_return std::nullopt;
-    if (!secret_item_get_locked(item.get()))
-        co_return co_await secretOf(item);
+    if (!secret_item_get_locked(found->item.get()))
+        co_return co_await secretOf(*found);
     if (!std::exchange(m_hasAskedToUnlock, true))
-        m_jobs.start(unlock(item));
+        m_jobs.start(unlock(*found));
     co_return std::nullopt;
 }
 
 // Sees locked items, too, and asks nobody.
-jobs::Async<SecretServiceTunnelSecrets::Item> SecretServiceTunnelSecrets::find(QString tunnelName)
+jobs::Async<SecretServiceResult<SecretServiceTunnelSecrets::Found>> SecretServiceTunnelSecrets::find(QString tunnelName)
 {
+    const auto service = co_await connection();
+    if (!service)
+        co_return std::unexpected(service.error());
     const GLibCall call(m_queue);
-    secret_service_search(nullptr, &schema(), attributesOf(tunnelName).get(), SECRET_SEARCH_NONE, call.cancellable(),
-        GLibCall::finished, call.callData());
+    secret_service_search(service->get(), &schema(), attributesOf(tunnelName).get(), SECRET_SEARCH_NONE,
+        call.cancellable(), GLibCall::finished, call.callData());
     const auto result = co_await call;
     GLibError error;
-    GList *found = secret_service_search_finish(nullptr, result.get(), error.out());
-    m_problem = problemOf(error);
-    Item item;
-    if (found)
-        item = adopted(static_cast<SecretItem *>(g_object_ref(found->data)));
-    g_list_free_full(found, g_object_unref);
-    co_return item;
+    GList *items = secret_service_search_finish(service->get(), result.get(), error.out());
+    if (error)
+        co_return failure(error);
+    Found found{.service = *service, .item = nullptr};
+    if (items)
+        found.item = adopted(static_cast<SecretItem *>(g_object_ref(items->data)));
+    g_list_free_full(items, g_object_unref);
+    co_return found;
 }
 
-jobs::Async<bool> SecretServiceTunnelSecrets::unlock(Item item)
+// Whether the user did.
+jobs::Async<SecretServiceResult<bool>> SecretServiceTunnelSecrets::unlock(Found found)
 {
     const GLibCall call(m_queue);
-    GList items{.data = item.get()};
-    secret_service_unlock(nullptr, &items, call.cancellable(), GLibCall::finished, call.callData());
-    const auto result = co_await call;
-    co_return secret_service_unlock_finish(nullptr, result.get(), nullptr, nullptr) > 0;
-}
-
-jobs::Async<std::optional<QString>> SecretServiceTunnelSecrets::secretOf(Item item)
-{
-    const GLibCall call(m_queue);
-    secret_item_load_secret(item.get(), call.cancellable(), GLibCall::finished, call.callData());
+    GList items{.data = found.item.get()};
+    secret_service_unlock(found.service.get(), &items, call.cancellable(), GLibCall::finished, call.callData());
     const auto result = co_await call;
     GLibError error;
-    const bool isLoaded = secret_item_load_secret_finish(item.get(), result.get(), error.out()) != 0;
-    m_problem = problemOf(error);
-    co_return isLoaded ? textOf(secret_item_get_secret(item.get())) : std::nullopt;
+    const gint count = secret_service_unlock_finish(found.service.get(), result.get(), nullptr, error.out());
+    if (error)
+        co_return failure(error);
+    co_return count > 0;
 }
 
-jobs::Async<bool> SecretServiceTunnelSecrets::store(QString password, QString tunnelName)
+jobs::Async<SecretServiceResult<std::optional<QString>>> SecretServiceTunnelSecrets::secretOf(Found found)
 {
+    const GLibCall call(m_queue);
+    secret_item_load_secret(found.item.get(), call.cancellable(), GLibCall::finished, call.callData());
+    const auto result = co_await call;
+    GLibError error;
+    secret_item_load_secret_finish(found.item.get(), result.get(), error.out());
+    if (error)
+        co_return failure(error);
+    co_return textOf(secret_item_get_secret(found.item.get()));
+}
+
+jobs::Async<SecretServiceResult<bool>> SecretServiceTunnelSecrets::store(QString tunnelName, QString password)
+{
+    const auto service = co_await connection();
+    if (!service)
+        co_return std::unexpected(service.error());
     const GLibCall call(m_queue);
     const QByteArray label = u"SSH password of the Veranox tunnel %1"_s.arg(tunnelName).toUtf8();
-    secret_password_storev(&schema(), attributesOf(tunnelName).get(), SECRET_COLLECTION_DEFAULT, label.constData(),
-        password.toUtf8().constData(), call.cancellable(), GLibCall::finished, call.callData());
+    secret_service_store(service->get(), &schema(), attributesOf(tunnelName).get(), SECRET_COLLECTION_DEFAULT,
+        label.constData(), valueOf(password).get(), call.cancellable(), GLibCall::finished, call.callData());
     const auto result = co_await call;
     GLibError error;
-    const bool isStored = secret_password_store_finish(result.get(), error.out()) != 0;
-    m_problem = problemOf(error);
+    const bool isStored = secret_service_store_finish(service->get(), result.get(), error.out()) != 0;
+    if (error)
+        co_return failure(error);
     co_return isStored;
 }
 
 // Whether there was one.
-jobs::Async<bool> SecretServiceTunnelSecrets::clear(QString tunnelName)
+jobs::Async<SecretServiceResult<bool>> SecretServiceTunnelSecrets::clear(QString tunnelName)
 {
+    const auto service = co_await connection();
+    if (!service)
+        co_return std::unexpected(service.error());
     const GLibCall call(m_queue);
-    secret_password_clearv(
-        &schema(), attributesOf(tunnelName).get(), call.cancellable(), GLibCall::finished, call.callData());
+    secret_service_clear(service->get(), &schema(), attributesOf(tunnelName).get(), call.cancellable(),
+        GLibCall::finished, call.callData());
     const auto result = co_await call;
     GLibError error;
-    const bool wasThere = secret_password_clear_finish(result.get(), error.out()) != 0;
-    m_problem = problemOf(error);
+    const bool wasThere = secret_service_clear_finish(service->get(), result.get(), error.out()) != 0;
+    if (error)
+        co_return failure(error);
     co_return wasThere;
 }

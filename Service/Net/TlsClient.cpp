@@ -1,9 +1,11 @@
 #include "Service/Net/TlsClient.h"
 
 #include <boost/asio/as_tuple.hpp>
+#include <boost/asio/co_spawn.hpp>
 #include <boost/asio/error.hpp>
 #include <boost/asio/ip/address.hpp>
 #include <boost/asio/ssl/error.hpp>
+#include <boost/asio/thread_pool.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/beast/core/error.hpp>
 #include <openssl/err.h>
@@ -36,6 +38,16 @@ bool expectHost(SSL *connection, const std::string &host)
     return SSL_set_tlsext_host_name(connection, host.c_str()) == 1 && SSL_set1_host(connection, host.c_str()) == 1;
 }
 
+asio::awaitable<std::unique_ptr<ssl::context>> readContext()
+{
+    auto context = std::make_unique<ssl::context>(ssl::context::tls_client);
+    context->set_options(ssl::context::no_tlsv1 | ssl::context::no_tlsv1_1);
+    context->set_default_verify_paths();
+    // The certificate is checked all the same; the handshake only goes on whatever comes of it.
+    context->set_verify_mode(ssl::verify_none);
+    co_return context;
+}
+
 std::string sentence(const boost::system::error_code &failure)
 {
     if (failure == boost::beast::error::timeout)
@@ -51,13 +63,10 @@ std::string sentence(const boost::system::error_code &failure)
 
 } // namespace
 
-ssl::context clientContext()
+asio::awaitable<std::unique_ptr<ssl::context>> clientContext()
 {
-    ssl::context context(ssl::context::tls_client);
-    context.set_options(ssl::context::no_tlsv1 | ssl::context::no_tlsv1_1);
-    context.set_default_verify_paths();
-    context.set_verify_mode(ssl::verify_none); // it is checked all the same; the handshake goes on whatever comes of it
-    return context;
+    asio::thread_pool reader(1);
+    co_return co_await asio::co_spawn(reader, readContext(), asio::use_awaitable);
 }
 
 asio::awaitable<TlsGreeting> greet(TlsStream *stream, std::string host)

@@ -3,6 +3,7 @@
 #include <boost/asio/ssl/context.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/ssl/ssl_stream.hpp>
+#include <memory>
 #include <string>
 
 namespace veranox {
@@ -10,9 +11,9 @@ namespace veranox {
 /// One end of a TLS connection that somebody else took.
 using TlsStream = boost::beast::ssl_stream<boost::beast::tcp_stream>;
 
-/// A client's context that knows whom this computer trusts. Throws boost::system::system_error when the system's
-/// library refuses.
-boost::asio::ssl::context clientContext();
+/// A client's context that knows whom this computer trusts. Fails with boost::system::system_error when the system's
+/// library refuses. Reading all those certificates takes some 20 ms, so a thread of its own does it.
+boost::asio::awaitable<std::unique_ptr<boost::asio::ssl::context>> clientContext();
 
 /// What came of a handshake.
 struct TlsGreeting {

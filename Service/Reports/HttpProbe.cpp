@@ -104,10 +104,9 @@ asio::awaitable<void> exchange(Stream *stream, PathTarget target, HttpResult *re
 }
 
 asio::awaitable<void> exchangeSecurely(
-    tcp::socket socket, PathTarget target, HttpResult *result, Clock::time_point begin)
+    tcp::socket socket, asio::ssl::context *context, PathTarget target, HttpResult *result, Clock::time_point begin)
 {
-    asio::ssl::context context = clientContext();
-    TlsStream stream(std::move(socket), context);
+    TlsStream stream(std::move(socket), *context);
     beast::get_lowest_layer(stream).expires_after(handshakeTime);
     TlsGreeting greeting = co_await greet(&stream, target.host);
     result->error = std::move(greeting.error);
@@ -129,14 +128,16 @@ asio::awaitable<HttpResult> probeHttp(NodeEngine *nodes, std::string profile, Pa
 {
     HttpResult result;
     result.url = addressOf(target);
-    const bool isSecure = target.scheme == "https";
+    std::unique_ptr<asio::ssl::context> context;
+    if (target.scheme == "https")
+        context = co_await clientContext();
     const auto begin = Clock::now();
     const HostPort endpoint{target.host, target.port};
     DialResult dialled = co_await dialWithin(nodes, std::move(profile), endpoint, longestDial);
     if (!dialled.socket)
         result.error = dialled.problem;
-    else if (isSecure)
-        co_await exchangeSecurely(std::move(*dialled.socket), std::move(target), &result, begin);
+    else if (context)
+        co_await exchangeSecurely(std::move(*dialled.socket), context.get(), std::move(target), &result, begin);
     else
         co_await exchangePlainly(std::move(*dialled.socket), std::move(target), &result, begin);
     result.total = since(begin);

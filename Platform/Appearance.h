@@ -18,6 +18,9 @@ public:
     // Whether the system colours mask icons of the panel itself; otherwise they are drawn in panelForeground().
     virtual bool colorsTemplateImages() const = 0;
 
+    // Whether the person wants nothing to move on the screen that need not.
+    virtual bool prefersReducedMotion() const { return false; }
+
     // The colour of text and symbols on the panel.
     QColor panelForeground() const;
 

@@ -1,6 +1,7 @@
 # Everything that the two programs are made with, found once.
 find_package(Threads REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network Gui Widgets)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network Gui Widgets Qml Quick)
+set(QT_QML_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml) # one import root
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   find_package(Qt6 6.4 REQUIRED COMPONENTS DBus)
 endif()
@@ -9,6 +10,6 @@ find_package(OpenSSL 3 REQUIRED)
 find_package(simdjson REQUIRED)
 find_package(CLI11 REQUIRED)
 if(VERANOX_TESTS)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Test QuickTest)
 endif()
 set(CMAKE_AUTOMOC ON)

@@ -13,8 +13,21 @@ public:
     bool isDark() const override { return m_isDark; }
     bool isPanelDark() const override { return m_isDark; }
     bool colorsTemplateImages() const override { return m_colorsTemplates; }
+    bool prefersReducedMotion() const override { return m_reducedMotion; }
+
+    void setDark(bool isDark)
+    {
+        m_isDark = isDark;
+        Q_EMIT changed();
+    }
+    void setReducedMotion(bool on)
+    {
+        m_reducedMotion = on;
+        Q_EMIT changed();
+    }
 
 private:
     bool m_isDark;
     bool m_colorsTemplates;
+    bool m_reducedMotion = false;
 };

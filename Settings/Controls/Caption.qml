@@ -1,0 +1,7 @@
+import QtQuick
+
+// The quiet line above a column or below a name.
+Label {
+    color: Theme.secondary
+    font.pixelSize: Theme.captionSize
+}

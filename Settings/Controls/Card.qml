@@ -1,0 +1,9 @@
+import QtQuick
+
+// A surface that rows stand on.
+Rectangle {
+    color: Theme.card
+    radius: Theme.cardRadius
+    border.width: Theme.hairlineWidth
+    border.color: Theme.hairline
+}

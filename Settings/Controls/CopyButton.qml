@@ -1,0 +1,10 @@
+import QtQuick
+
+// Copies something, and says so with a check mark for a moment.
+IconButton {
+    property bool justCopied: false
+
+    symbol: justCopied ? "checkmark" : "doc.on.doc"
+    foreground: justCopied ? Theme.okText : Theme.secondary
+    Accessible.description: justCopied ? qsTr("Copied") : ""
+}

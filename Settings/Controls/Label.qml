@@ -1,0 +1,10 @@
+import QtQuick
+
+// Text of the body.
+Text {
+    color: Theme.text
+    font.pixelSize: Theme.bodySize
+    verticalAlignment: Text.AlignVCenter
+    textFormat: Text.PlainText
+    elide: Text.ElideRight
+}

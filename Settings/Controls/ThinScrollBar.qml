@@ -1,0 +1,15 @@
+import QtQuick
+import QtQuick.Templates as T
+
+T.ScrollBar {
+    id: bar
+    implicitWidth: Theme.unit * 2
+    padding: Theme.hairlineWidth
+    visible: size < 1
+    contentItem: Rectangle {
+        implicitWidth: Theme.unit + Theme.hairlineWidth
+        radius: width / 2
+        color: Theme.gray
+        opacity: bar.pressed || bar.hovered ? 1 : Theme.halfOpacity
+    }
+}

@@ -1,0 +1,38 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// The tool tip of the item that it is a child of. Nothing of it exists until the pointer rests there.
+Loader {
+    id: tip
+    property string text
+    property bool wanted: false // whether the pointer or the keyboard is on the item
+
+    active: wanted && text.length > 0
+    sourceComponent: T.ToolTip {
+        id: bubble
+        parent: tip.parent
+        visible: true
+        delay: Theme.tipDelay
+        x: Math.round((tip.parent.width - width) / 2)
+        y: tip.parent.height + Theme.unit
+        margins: Theme.unit
+        padding: Theme.unit
+        leftPadding: Theme.unit * 2
+        rightPadding: Theme.unit * 2
+        implicitWidth: Math.min(words.implicitWidth, Theme.tallRowHeight * 6) + leftPadding + rightPadding
+        implicitHeight: contentHeight + topPadding + bottomPadding
+        closePolicy: T.Popup.NoAutoClose
+        contentItem: Text {
+            id: words
+            text: tip.text
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: Theme.toolTipText
+            font.pixelSize: Theme.captionSize
+        }
+        background: Rectangle {
+            color: Theme.toolTip
+            radius: Theme.unit
+        }
+    }
+}

@@ -1,0 +1,36 @@
+#pragma once
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+class Appearance;
+class QJSEngine;
+class QQmlEngine;
+
+// What the desktop asks of every window, live, for QML. One for each engine.
+class VeranoxDesktop final : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(Desktop)
+    QML_SINGLETON
+    Q_PROPERTY(bool dark READ dark NOTIFY changed)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
+    Q_PROPERTY(QString fixedFamily READ fixedFamily CONSTANT)
+
+public:
+    // The property of the engine that holds the Appearance.
+    static constexpr const char *appearanceProperty = "veranoxAppearance";
+
+    static VeranoxDesktop *create(QQmlEngine *engine, QJSEngine *);
+
+    // The appearance outlives the engine.
+    explicit VeranoxDesktop(Appearance &appearance, QObject *parent = nullptr);
+
+    bool dark() const;
+    bool reducedMotion() const;
+    QString fixedFamily() const; // the desktop's font with letters of one width
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    Appearance &m_appearance;
+};

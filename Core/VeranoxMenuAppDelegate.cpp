@@ -1,10 +1,12 @@
 #include "Core/VeranoxMenuAppDelegate.h"
 #include "Core/VeranoxStore.h"
+#include "MenuBar/VeranoxQuitConfirmationPresenter.h"
 #include "MenuBar/VeranoxStatusItemController.h"
 #include "Platform/InformationDictionary.h"
 #include "Platform/Platform.h"
 #include "Platform/ProcessActivity.h"
 #include "Platform/ResourceDirectory.h"
+#include "Settings/Controls/VeranoxQmlEngine.h"
 #include "System/VeranoxAppPreferences.h"
 #include <QCoreApplication>
 #include <QtGlobal>
@@ -33,6 +35,8 @@ VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
       m_preferences(std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem())),
       m_store(VeranoxStore::live(
           queue, platform::resourceDirectory(), platform::informationDictionary(), platform::makeTunnelSecrets(queue))),
+      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_appearance)),
+      m_quitConfirmation(std::make_unique<VeranoxQuitConfirmationPresenter>(*m_qmlEngine)),
       m_jobs(queue)
 {
 }
@@ -52,8 +56,13 @@ void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
         return;
     m_processActivity->begin(u"Veranox is a persistent menu bar application"_s);
     m_statusItemController = std::make_unique<VeranoxStatusItemController>(
-        m_jobs.queue(), *m_store, platform::makeStatusItem(), *m_appearance, [] { QCoreApplication::quit(); });
+        m_jobs.queue(), *m_store, platform::makeStatusItem(), *m_appearance, *m_qmlEngine, [this] { confirmQuit(); });
     m_jobs.start(startStore());
+}
+
+void VeranoxMenuAppDelegate::confirmQuit()
+{
+    m_quitConfirmation->present(*m_store, [] { QCoreApplication::quit(); });
 }
 
 jobs::Async<> VeranoxMenuAppDelegate::startStore()
@@ -88,6 +97,7 @@ void VeranoxMenuAppDelegate::applicationWillTerminate()
 {
     if (isHostOfUnitTests())
         return;
+    m_quitConfirmation->close();
     m_statusItemController.reset();
     m_store->shutdown();
     m_processActivity->end();
@@ -96,7 +106,7 @@ void VeranoxMenuAppDelegate::applicationWillTerminate()
 void VeranoxMenuAppDelegate::applicationShouldHandleReopen()
 {
     if (m_statusItemController)
-        m_statusItemController->showContextMenu({});
+        m_statusItemController->showPopover({});
 }
 
 void VeranoxMenuAppDelegate::configureSettingsShortcut()

@@ -7,6 +7,8 @@ class Appearance;
 class ProcessActivity;
 class VeranoxAppPreferences;
 class VeranoxGlobalHotKeyController;
+class VeranoxQmlEngine;
+class VeranoxQuitConfirmationPresenter;
 class VeranoxStatusItemController;
 class VeranoxStore;
 
@@ -43,6 +45,7 @@ Q_SIGNALS:
     void terminationReplied(); // the application may end now
 
 private:
+    void confirmQuit();
     jobs::Async<> startStore();
     jobs::Async<> completeTermination();
 
@@ -51,6 +54,8 @@ private:
     std::unique_ptr<VeranoxGlobalHotKeyController> m_hotKeyController;
     std::unique_ptr<VeranoxAppPreferences> m_preferences;
     std::unique_ptr<VeranoxStore> m_store;
+    std::unique_ptr<VeranoxQmlEngine> m_qmlEngine;
+    std::unique_ptr<VeranoxQuitConfirmationPresenter> m_quitConfirmation;
     std::unique_ptr<VeranoxStatusItemController> m_statusItemController; // from launch to termination
     bool m_isCompletingTerminateRequest = false;
     jobs::JobScope m_jobs;

@@ -2,7 +2,10 @@
 #include "Core/VeranoxStore.h"
 #include "Platform/Appearance.h"
 #include "Platform/StatusItem.h"
+#include <QClipboard>
 #include <QCursor>
+#include <QDesktopServices>
+#include <QGuiApplication>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -14,13 +17,20 @@ constexpr jobs::Clock::Duration trayGrace = 3s; // a desktop that is just starti
 } // namespace
 
 VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store,
-    std::unique_ptr<StatusItem> statusItem, Appearance &appearance, std::function<void()> requestQuit)
+    std::unique_ptr<StatusItem> statusItem, Appearance &appearance, VeranoxQmlEngine &engine,
+    std::function<void()> requestQuit)
     : m_store(store),
       m_statusItem(std::move(statusItem)),
       m_appearance(appearance),
+      m_requestQuit(std::move(requestQuit)),
+      m_popover(queue, store, engine,
+          {.dismissMenu = {},
+              .requestQuit = [this] { confirmQuitFromMenu(); },
+              .copyText = [](const QString &text) { QGuiApplication::clipboard()->setText(text); },
+              .openAddress = [](const QUrl &address) { QDesktopServices::openUrl(address); }}),
       m_jobs(queue)
 {
-    connect(m_menu.addAction(u"Quit Veranox…"_s), &QAction::triggered, this, std::move(requestQuit));
+    fillMenu();
     m_statusItem->setMenu(&m_menu);
 
     connect(m_statusItem.get(), &StatusItem::primaryActivated, this, &VeranoxStatusItemController::handlePrimaryClick);
@@ -33,6 +43,22 @@ VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue,
 }
 
 VeranoxStatusItemController::~VeranoxStatusItemController() = default;
+
+void VeranoxStatusItemController::fillMenu()
+{
+    if (m_statusItem->showsOnlyMenu()) {
+        connect(m_menu.addAction(u"Show Veranox"_s), &QAction::triggered, this, [this] { showPopover({}); });
+        m_menu.addSeparator();
+    }
+    connect(m_menu.addAction(u"Quit Veranox…"_s), &QAction::triggered, this,
+        &VeranoxStatusItemController::confirmQuitFromMenu);
+}
+
+void VeranoxStatusItemController::confirmQuitFromMenu()
+{
+    m_popover.close();
+    m_requestQuit();
+}
 
 void VeranoxStatusItemController::scheduleUpdate()
 {
@@ -69,8 +95,20 @@ jobs::Async<> VeranoxStatusItemController::reportMissingTray()
         m_store.appendLog(u"[APP] this desktop shows no tray; the icon appears as soon as there is one"_s);
 }
 
-void VeranoxStatusItemController::handlePrimaryClick()
+void VeranoxStatusItemController::handlePrimaryClick(QPoint where)
 {
+    if (m_popover.isShown())
+        m_popover.close();
+    else if (!m_popover.hasJustLostFocus()) // else this very click has closed it
+        showPopover(where.isNull() ? std::nullopt : std::optional(where));
+}
+
+void VeranoxStatusItemController::showPopover(std::optional<QPoint> where)
+{
+    QRect icon = m_statusItem->geometry();
+    if (icon.isEmpty() && where)
+        icon = QRect(*where, QSize(1, 1));
+    m_popover.show(icon);
     m_store.requestRefresh();
 }
 

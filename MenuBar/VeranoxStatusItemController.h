@@ -2,6 +2,7 @@
 #include "Core/Jobs/Jobs.h"
 #include "Core/MenuBarIcon.h"
 #include "MenuBar/VeranoxMenuBarImage.h"
+#include "MenuBar/VeranoxMenuPopover.h"
 #include <QColor>
 #include <QMenu>
 #include <QObject>
@@ -11,17 +12,18 @@
 
 class Appearance;
 class StatusItem;
+class VeranoxQmlEngine;
 class VeranoxStore;
 
 // The application's only permanent face: one icon that tells the health of the whole system, a tool tip that says it in
-// words, and a context menu. Main thread only.
+// words, the popover that a click opens, and a context menu. Main thread only.
 class VeranoxStatusItemController final : public QObject {
     Q_OBJECT
 
 public:
-    // store and appearance outlive the controller. requestQuit is called when the person asks to quit.
+    // All that is referred to outlives the controller. requestQuit is called when the person asks to quit.
     VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store, std::unique_ptr<StatusItem> statusItem,
-        Appearance &appearance, std::function<void()> requestQuit);
+        Appearance &appearance, VeranoxQmlEngine &engine, std::function<void()> requestQuit);
     ~VeranoxStatusItemController() override;
 
     // Draws what the store says now. Nothing is drawn again that stands there already.
@@ -29,6 +31,11 @@ public:
 
     // The same, in a later turn of the event loop, once for all that asked meanwhile.
     void scheduleUpdate();
+
+    // Opens the popover beside the item, else at the point if one is given, else where icons usually are; and looks
+    // what is new.
+    void showPopover(std::optional<QPoint> where);
+    bool popoverIsShown() const { return m_popover.isShown(); }
 
     // Pops the context menu up at a global point, else where the item stands, else at the pointer.
     void showContextMenu(std::optional<QPoint> where);
@@ -41,7 +48,9 @@ private:
         bool operator==(const Shown &) const = default;
     };
 
-    void handlePrimaryClick();
+    void handlePrimaryClick(QPoint where);
+    void confirmQuitFromMenu();
+    void fillMenu();
     jobs::Async<> reportMissingTray();
     QPoint menuPosition(std::optional<QPoint> where) const;
 
@@ -49,6 +58,8 @@ private:
     std::unique_ptr<StatusItem> m_statusItem;
     Appearance &m_appearance;
     VeranoxMenuBarImage m_image;
+    std::function<void()> m_requestQuit;
+    VeranoxMenuPopover m_popover;
     QMenu m_menu;
     std::optional<Shown> m_shown;
     QString m_shownTitle;

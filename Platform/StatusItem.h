@@ -32,6 +32,9 @@ public:
     // Whether something on this desktop shows the item right now.
     virtual bool isAvailable() const = 0;
 
+    // Whether this desktop answers every click with the menu, so that primaryActivated never comes.
+    virtual bool showsOnlyMenu() const { return false; }
+
     // Where the item stands in global coordinates; empty when the panel does not tell.
     virtual QRect geometry() const = 0;
 

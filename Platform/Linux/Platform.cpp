@@ -17,15 +17,23 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QStringList desktopNames()
+{
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
+}
+
+} // namespace
+
 std::unique_ptr<StatusItem> platform::makeStatusItem()
 {
-    return std::make_unique<TrayStatusItem>(QDBusConnection::sessionBus());
+    return std::make_unique<TrayStatusItem>(QDBusConnection::sessionBus(), desktopNames());
 }
 
 std::unique_ptr<Appearance> platform::makeAppearance()
 {
-    const QStringList desktopNames = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
-    return std::make_unique<DesktopAppearance>(QDBusConnection::sessionBus(), desktopNames);
+    return std::make_unique<DesktopAppearance>(QDBusConnection::sessionBus(), desktopNames());
 }
 
 std::unique_ptr<SingleInstance> platform::makeSingleInstance()

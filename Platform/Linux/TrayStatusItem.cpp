@@ -2,7 +2,23 @@
 
 #include <QMenu>
 
-TrayStatusItem::TrayStatusItem(const QDBusConnection &bus, QObject *parent) : StatusItem(parent), m_notifier(bus)
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The indicator extension of GNOME Shell and the panels of Unity open the menu at each click.
+bool clickOpensMenu(const QStringList &desktopNames)
+{
+    return desktopNames.contains("GNOME"_L1, Qt::CaseInsensitive)
+        || desktopNames.contains("Unity"_L1, Qt::CaseInsensitive);
+}
+
+} // namespace
+
+TrayStatusItem::TrayStatusItem(const QDBusConnection &bus, const QStringList &desktopNames, QObject *parent)
+    : StatusItem(parent),
+      m_showsOnlyMenu(clickOpensMenu(desktopNames)),
+      m_notifier(bus)
 {
     relay(&m_notifier);
     connect(&m_notifier, &StatusNotifierItem::watcherStateChanged, this, &TrayStatusItem::choose);

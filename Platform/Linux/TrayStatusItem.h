@@ -3,6 +3,7 @@
 #include "Platform/Linux/XEmbedStatusItem.h"
 #include "Platform/StatusItem.h"
 #include <QPointer>
+#include <QStringList>
 
 // The status item of a Linux desktop: on a StatusNotifier panel while there is one, else in an XEmbed tray. It moves
 // from one to the other whenever they come or go, and waits when there is neither.
@@ -10,13 +11,16 @@ class TrayStatusItem : public StatusItem {
     Q_OBJECT
 
 public:
-    explicit TrayStatusItem(const QDBusConnection &bus, QObject *parent = nullptr);
+    // The names of the desktop are those of XDG_CURRENT_DESKTOP.
+    explicit TrayStatusItem(
+        const QDBusConnection &bus, const QStringList &desktopNames = {}, QObject *parent = nullptr);
 
     void setIcon(const QIcon &icon) override;
     void setToolTip(const QString &text) override;
     void setAccessibleName(const QString &name) override;
     void setMenu(QMenu *menu) override;
     bool isAvailable() const override;
+    bool showsOnlyMenu() const override { return m_showsOnlyMenu; }
     QRect geometry() const override;
 
 private:
@@ -30,6 +34,7 @@ private:
     QString m_accessibleName;
     QPointer<QMenu> m_menu;
     bool m_wasAvailable = false;
+    bool m_showsOnlyMenu;
     StatusNotifierItem m_notifier;
     std::unique_ptr<XEmbedStatusItem> m_xembed; // made when first needed
 };

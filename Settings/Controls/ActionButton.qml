@@ -16,6 +16,7 @@ T.Button {
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     leftPadding: Theme.unit * 3
     rightPadding: Theme.unit * 3
+    font.family: Theme.family
     font.pixelSize: Theme.bodySize
     font.weight: filled ? Font.Medium : Font.Normal
     opacity: enabled ? 1 : Theme.disabledOpacity

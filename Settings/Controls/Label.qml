@@ -3,6 +3,7 @@ import QtQuick
 // Text of the body.
 Text {
     color: Theme.text
+    font.family: Theme.family
     font.pixelSize: Theme.bodySize
     verticalAlignment: Text.AlignVCenter
     textFormat: Text.PlainText

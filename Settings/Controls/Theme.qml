@@ -6,6 +6,7 @@ import Veranox.Controls
 QtObject {
     readonly property bool dark: Desktop.dark
     readonly property bool reducedMotion: Desktop.reducedMotion
+    readonly property string family: Qt.application.font.family
     readonly property string fixedFamily: Desktop.fixedFamily
 
     // Surfaces
@@ -18,7 +19,6 @@ QtObject {
     readonly property color pressed: dark ? "#24FFFFFF" : "#1A000000"
     readonly property color hairline: dark ? "#1FFFFFFF" : "#14000000"
     readonly property color controlBorder: dark ? "#24FFFFFF" : "#1F000000"
-    readonly property color shadow: "#000000"
 
     // Text
     readonly property color text: dark ? "#F5F5F7" : "#1D1D1F"
@@ -73,12 +73,25 @@ QtObject {
     readonly property int iconSize: 16
     readonly property int dotSize: 8
     readonly property int shadowSize: 24
+    readonly property real shadowStrength: dark ? 0.5 : 0.22
 
     // Motion, in milliseconds; none when the desktop asks for none
     readonly property int quick: reducedMotion ? 0 : 120
     readonly property int calm: reducedMotion ? 0 : 180
     readonly property int spinnerStep: 100
     readonly property int tipDelay: 600
+
+    function tone(which: int): color {
+        switch (which) {
+        case Tone.Green:
+            return green
+        case Tone.Orange:
+            return orange
+        case Tone.Red:
+            return red
+        }
+        return gray
+    }
 
     function profileColor(identifier: string): color {
         return ProfileColors.color(identifier, dark)

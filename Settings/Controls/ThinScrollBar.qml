@@ -5,6 +5,7 @@ T.ScrollBar {
     id: bar
     implicitWidth: Theme.unit * 2
     padding: Theme.hairlineWidth
+    rightPadding: Theme.hairlineWidth * 2
     visible: size < 1
     contentItem: Rectangle {
         implicitWidth: Theme.unit + Theme.hairlineWidth

@@ -35,6 +35,8 @@ QQmlEngine &VeranoxQmlEngine::engine()
 std::unique_ptr<QQuickItem> VeranoxQmlEngine::create(const QUrl &file, const QVariantMap &properties)
 {
     QQmlComponent component(&engine(), file);
+    if (!component.isReady())
+        qFatal("%ls", qUtf16Printable(component.errorString()));
     QObject *made = component.createWithInitialProperties(properties);
     auto *item = qobject_cast<QQuickItem *>(made);
     if (!item)

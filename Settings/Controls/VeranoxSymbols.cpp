@@ -12,7 +12,7 @@ struct Glyph {
 };
 
 constexpr Glyph glyphs[] = {
-    // sorted by symbol
+// sorted by symbol
 #include "symbols.inc"
 };
 

@@ -17,6 +17,16 @@ def read_table(path):
         return sorted(line.split() for line in file if line.strip() and not line.startswith("#"))
 
 
+def centre(font, name):
+    """Moves an outline to the middle of its square."""
+    glyph = font["glyf"][name]
+    advance, _ = font["hmtx"][name]
+    by = (advance - glyph.xMin - glyph.xMax) // 2
+    glyph.coordinates.translate((by, 0))
+    glyph.recalcBounds(font["glyf"])
+    font["hmtx"][name] = (advance, glyph.xMin)
+
+
 def main():
     table_path, font_path, subset_path, header_path = sys.argv[1:]
     logging.disable(logging.WARNING)  # on the font's own small faults
@@ -29,6 +39,8 @@ def main():
     subsetter = subset.Subsetter()
     subsetter.populate(unicodes=[code_points[glyph] for _, glyph in table])
     subsetter.subset(font)
+    for glyph in font.getBestCmap().values():
+        centre(font, glyph)
     for record in font["name"].names:
         if record.nameID in (1, 4, 16):
             record.string = "Veranox Symbols"

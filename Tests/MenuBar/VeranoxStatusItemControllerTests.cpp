@@ -1,6 +1,7 @@
 #include "MenuBar/VeranoxStatusItemController.h"
 #include "Platform/Appearance.h"
 #include "Platform/StatusItem.h"
+#include "Settings/Controls/VeranoxQmlEngine.h"
 #include "Tests/Support/StoreWorld.h"
 #include <QApplication>
 #include <QMenu>
@@ -17,8 +18,11 @@ public:
     void setAccessibleName(const QString &name) override { accessibleName = name; }
     void setMenu(QMenu *shown) override { menu = shown; }
     bool isAvailable() const override { return available; }
-    QRect geometry() const override { return {1000, 0, 22, 22}; }
+    bool showsOnlyMenu() const override { return onlyMenu; }
+    QRect geometry() const override { return place; }
 
+    QRect place{400, 0, 22, 22};
+    bool onlyMenu = false;
     int icons = 0;
     QStringList toolTips;
     QString accessibleName;
@@ -40,9 +44,10 @@ protected:
     {
         auto made = std::make_unique<FakeStatusItem>();
         made->available = trayIsThere;
+        made->onlyMenu = onlyMenu;
         item = made.get();
         controller = std::make_unique<VeranoxStatusItemController>(
-            world.queue, *store, std::move(made), appearance, [this] { ++quitRequests; });
+            world.queue, *store, std::move(made), appearance, engine, [this] { ++quitRequests; });
     }
 
     QStringList menuTexts() const
@@ -54,9 +59,11 @@ protected:
     }
 
     FakeAppearance appearance;
+    VeranoxQmlEngine engine{appearance};
     std::unique_ptr<VeranoxStatusItemController> controller;
     FakeStatusItem *item = nullptr; // the controller's
     bool trayIsThere = true;
+    bool onlyMenu = false;
     int quitRequests = 0;
 };
 
@@ -110,13 +117,44 @@ TEST_F(StatusItemController, drawsAgainWhenTheAppearanceChanges)
     EXPECT_EQ(item->icons, before + 1);
 }
 
-TEST_F(StatusItemController, aPrimaryClickReadsTheStateAtOnce)
+TEST_F(StatusItemController, aPrimaryClickOpensThePopoverAndReadsTheState)
+{
+    putUp();
+    EXPECT_FALSE(engine.isMade()); // nobody has looked yet
+    Q_EMIT item->primaryActivated({});
+    EXPECT_TRUE(controller->popoverIsShown());
+    world.run();
+    EXPECT_EQ(service->profiles.calls, 1);
+    EXPECT_EQ(quitRequests, 0);
+}
+
+TEST_F(StatusItemController, aSecondClickClosesThePopoverAndReadsNothing)
 {
     putUp();
     Q_EMIT item->primaryActivated({});
     world.run();
+    Q_EMIT item->primaryActivated({});
+    EXPECT_FALSE(controller->popoverIsShown());
+    world.run();
     EXPECT_EQ(service->profiles.calls, 1);
-    EXPECT_EQ(quitRequests, 0);
+}
+
+TEST_F(StatusItemController, onlyWhereAPanelShowsNothingElseTheMenuOpensThePopover)
+{
+    onlyMenu = true;
+    putUp();
+    ASSERT_EQ(menuTexts(), QStringList({u"Show Veranox"_s, u""_s, u"Quit Veranox…"_s}));
+    item->menu->actions().constFirst()->trigger();
+    EXPECT_TRUE(controller->popoverIsShown());
+}
+
+TEST_F(StatusItemController, quittingFromTheMenuClosesThePopoverFirst)
+{
+    putUp();
+    Q_EMIT item->primaryActivated({});
+    item->menu->actions().constLast()->trigger();
+    EXPECT_FALSE(controller->popoverIsShown());
+    EXPECT_EQ(quitRequests, 1);
 }
 
 TEST_F(StatusItemController, theMenuQuits)

@@ -29,6 +29,17 @@ private:
     QtMessageHandler m_previous;
 };
 
+// The item of that objectName at or below this one, what models have made included; null when there is none.
+inline QQuickItem *itemNamed(QQuickItem *item, const QString &name)
+{
+    if (item->objectName() == name)
+        return item;
+    for (QQuickItem *child : item->childItems())
+        if (QQuickItem *found = itemNamed(child, name))
+            return found;
+    return nullptr;
+}
+
 class QmlStage : public ::testing::Test {
 protected:
     // Shows what the QML text describes, with the controls imported. It has the focus of the keyboard.
@@ -57,7 +68,7 @@ protected:
     // The item of that objectName.
     QQuickItem *find(const QString &name) const
     {
-        auto *item = shown->objectName() == name ? shown.get() : shown->findChild<QQuickItem *>(name);
+        auto *item = itemNamed(shown.get(), name);
         EXPECT_NE(item, nullptr) << qUtf8Printable(name);
         return item;
     }

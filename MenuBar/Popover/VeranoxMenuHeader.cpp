@@ -1,0 +1,65 @@
+#include "MenuBar/Popover/VeranoxMenuHeader.h"
+#include "Core/VeranoxStore.h"
+
+using namespace Qt::StringLiterals;
+
+VeranoxMenuHeader::VeranoxMenuHeader(VeranoxStore &store, QObject *parent) : QObject(parent), m_store(store)
+{
+    connect(&m_store, &VeranoxStore::serviceStateChanged, this, &VeranoxMenuHeader::changed);
+    connect(&m_store, &VeranoxStore::routerNeedsRestartChanged, this, &VeranoxMenuHeader::changed);
+    connect(&m_store, &VeranoxStore::isRestartingRouterChanged, this, &VeranoxMenuHeader::changed);
+}
+
+QString VeranoxMenuHeader::statusTitle() const
+{
+    return m_store.statusTitle();
+}
+
+VeranoxTone::Tone VeranoxMenuHeader::statusTone() const
+{
+    if (m_store.routerNeedsRestart())
+        return VeranoxTone::Orange;
+    switch (m_store.serviceState().kind()) {
+    case ServiceState::Kind::online:
+        return VeranoxTone::Green;
+    case ServiceState::Kind::offline:
+        return VeranoxTone::Gray;
+    case ServiceState::Kind::error:
+        return VeranoxTone::Red;
+    case ServiceState::Kind::starting:
+        break;
+    }
+    return VeranoxTone::Orange;
+}
+
+bool VeranoxMenuHeader::isStarting() const
+{
+    return m_store.serviceState().kind() == ServiceState::Kind::starting;
+}
+
+QString VeranoxMenuHeader::actionSymbol() const
+{
+    if (m_store.routerNeedsRestart())
+        return u"arrow.triangle.2.circlepath"_s;
+    return m_store.statusActionRestartsService() ? u"power"_s : u"arrow.clockwise"_s;
+}
+
+QString VeranoxMenuHeader::actionTitle() const
+{
+    if (m_store.routerNeedsRestart())
+        return u"Restart now to apply your changes"_s;
+    return m_store.statusActionRestartsService() ? u"Restart Veranox"_s : u"Refresh Veranox status"_s;
+}
+
+bool VeranoxMenuHeader::actionEnabled() const
+{
+    return !m_store.isRestartingRouter();
+}
+
+void VeranoxMenuHeader::performAction()
+{
+    if (m_store.statusActionRestartsService())
+        m_store.restartRouterForPendingChanges();
+    else
+        m_store.requestRefresh();
+}

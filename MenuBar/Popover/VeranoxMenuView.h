@@ -1,0 +1,51 @@
+#pragma once
+#include "Core/KeyedListModel.h"
+#include "MenuBar/Popover/VeranoxActiveProfileRow.h"
+#include "MenuBar/Popover/VeranoxMenuFooter.h"
+#include "MenuBar/Popover/VeranoxMenuHeader.h"
+#include "MenuBar/Popover/VeranoxMenuPresentation.h"
+#include "MenuBar/Popover/VeranoxServiceErrorBanner.h"
+#include <QObject>
+
+// What the popover shows and does, decided from the store; it keeps no state of its own but what a person has just done
+// in it. Main thread only.
+class VeranoxMenuView final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the status item")
+    Q_PROPERTY(VeranoxMenuPresentation *presentation READ presentation CONSTANT)
+    Q_PROPERTY(VeranoxMenuHeader *header READ header CONSTANT)
+    Q_PROPERTY(VeranoxServiceErrorBanner *banner READ banner CONSTANT)
+    Q_PROPERTY(VeranoxMenuFooter *footer READ footer CONSTANT)
+    Q_PROPERTY(QAbstractItemModel *profiles READ profiles CONSTANT)
+    Q_PROPERTY(bool hasProfiles READ hasProfiles NOTIFY changed)
+
+public:
+    // The store outlives the view.
+    VeranoxMenuView(jobs::MainQueue &queue, VeranoxStore &store, VeranoxMenuActions actions, QObject *parent = nullptr);
+    ~VeranoxMenuView() override;
+
+    VeranoxMenuPresentation *presentation() { return &m_presentation; }
+    VeranoxMenuHeader *header() { return &m_header; }
+    VeranoxServiceErrorBanner *banner() { return &m_banner; }
+    VeranoxMenuFooter *footer() { return &m_footer; }
+    QAbstractItemModel *profiles() { return &m_profiles; } // work profiles first
+    bool hasProfiles() const;
+
+    // The popover closes.
+    Q_INVOKABLE void dismiss();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void showProfiles();
+
+    VeranoxStore &m_store;
+    VeranoxMenuActions m_actions;
+    VeranoxMenuPresentation m_presentation;
+    VeranoxMenuHeader m_header;
+    VeranoxServiceErrorBanner m_banner;
+    VeranoxMenuFooter m_footer;
+    KeyedListModel<VeranoxActiveProfileRow> m_profiles;
+};

@@ -1,0 +1,114 @@
+#include "API/VeranoxAPIClientError.h"
+#include "Core/VeranoxStore.h"
+#include "MenuBar/Popover/VeranoxMenuView.h"
+#include "Tests/Gallery/Gallery.h"
+#include "Tests/Gallery/Scenes.h"
+#include "Tests/Support/FakeAPIClient.h"
+#include "Tests/Support/FakeRuntimeClient.h"
+#include "Tests/Support/VirtualTime.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+VeranoxProfile profile(const QString &name, const QString &icon, const QString &color, const QStringList &suffixes,
+    const QString &hostname, bool ok = true)
+{
+    VeranoxProfile record;
+    record.name = name.toLower();
+    record.displayName = name;
+    record.icon = icon;
+    record.color = color;
+    record.suffixes = suffixes;
+    record.hostname = hostname;
+    record.backend = u"tsnet"_s;
+    record.status.ok = ok;
+    record.status.backendState = ok ? u"Running"_s : u"NeedsLogin"_s;
+    return record;
+}
+
+QList<VeranoxProfile> fewProfiles()
+{
+    return {
+        profile(u"Work"_s, u"briefcase.fill"_s, u"indigo"_s,
+            {u"corp.example.com"_s, u"staging.example.com"_s, u"internal.example.com"_s}, u"veranox-work"_s),
+        profile(u"Home"_s, u"house.fill"_s, u"orange"_s, {u"tail1f2c.ts.net"_s}, u"veranox-home"_s),
+        profile(u"Studio"_s, u"server.rack"_s, u"teal"_s,
+            {u"a-very-long-suffix-of-the-studio.film-production.example.net"_s, u"b.example.net"_s},
+            u"veranox-studio-on-this-computer"_s, false),
+        profile(u"Lab"_s, u"bolt.fill"_s, u"pink"_s, {}, {}),
+    };
+}
+
+// A store as it stands after one refresh.
+class World {
+public:
+    World()
+    {
+        auto client = std::make_unique<FakeAPIClient>(world.queue);
+        service = client.get();
+        service->config.answer({.router = VeranoxRouterConfig::defaults()});
+        service->editableConfig.answer(VeranoxEditableConfig::emptyForFirstProfile());
+        service->profiles.answer(fewProfiles());
+        store = std::make_unique<VeranoxStore>(world.queue,
+            VeranoxStore::Collaborators{.apiClient = std::move(client),
+                .runtimeClient = std::make_unique<FakeRuntimeClient>(),
+                .diagnostics = VeranoxDiagnosticSession::make()});
+        view = std::make_unique<VeranoxMenuView>(world.queue, *store,
+            VeranoxMenuActions{.dismissMenu = [] { },
+                .requestQuit = [] { },
+                .copyText = [](const QString &) { },
+                .openAddress = [](const QUrl &) { }});
+    }
+
+    void refresh()
+    {
+        store->requestRefresh();
+        world.run();
+    }
+
+    jobs::World world;
+    FakeAPIClient *service = nullptr; // the store's
+    std::unique_ptr<VeranoxStore> store;
+    std::unique_ptr<VeranoxMenuView> view;
+};
+
+// As the popover stands on a screen of so many pixels.
+void draw(Gallery &gallery, const QString &name, World &stage, double screen = 1200, int surface = 0)
+{
+    auto item = gallery.engine().create(QUrl(u"qrc:/Veranox/Popover/MenuPopover.qml"_s),
+        {{u"view"_s, QVariant::fromValue(stage.view.get())}, {u"surface"_s, surface}});
+    stage.view->presentation()->adoptScreen(screen);
+    gallery.draw(u"popover-"_s + name, std::move(item));
+}
+
+} // namespace
+
+void drawPopover(Gallery &gallery)
+{
+    {
+        World stage;
+        stage.refresh();
+        draw(gallery, u"online"_s, stage);
+        draw(gallery, u"plain"_s, stage, 1200, 1);
+        draw(gallery, u"window"_s, stage, 1200, 2);
+        draw(gallery, u"scrolling"_s, stage, 240);
+        stage.view->footer()->copyPAC();
+        stage.world.run();
+        draw(gallery, u"copied"_s, stage);
+    }
+    {
+        World stage;
+        draw(gallery, u"offline"_s, stage);
+        stage.service->profiles.answer({});
+        stage.refresh();
+        draw(gallery, u"empty"_s, stage);
+    }
+    {
+        World stage;
+        stage.refresh();
+        stage.service->profiles.fail(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable));
+        stage.refresh();
+        draw(gallery, u"error"_s, stage);
+    }
+}

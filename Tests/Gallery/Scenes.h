@@ -1,0 +1,6 @@
+#pragma once
+
+class Gallery;
+
+void drawControls(Gallery &gallery);
+void drawPopover(Gallery &gallery);

@@ -1,0 +1,168 @@
+#include "MenuBar/VeranoxMenuPopover.h"
+#include "MenuBar/VeranoxQuitConfirmationPresenter.h"
+#include "Tests/Support/QmlStage.h"
+#include "Tests/Support/StoreWorld.h"
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+class Popover : public StoreWorld {
+protected:
+    Popover()
+    {
+        popover = std::make_unique<VeranoxMenuPopover>(world.queue, *store, engine,
+            VeranoxMenuActions{.dismissMenu = {},
+                .requestQuit = [this] { ++quitRequests; },
+                .copyText = [this](const QString &text) { copied.append(text); },
+                .openAddress = [](const QUrl &) {}});
+    }
+
+    void open(const QRect &icon = {400, 0, 22, 22})
+    {
+        popover->show(icon);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(popover->window()));
+        QCoreApplication::processEvents();
+    }
+
+    QQuickItem *find(const QString &name) const
+    {
+        auto *item = itemNamed(popover->window()->contentItem(), name);
+        EXPECT_NE(item, nullptr) << qUtf8Printable(name);
+        return item;
+    }
+
+    QString focused() const { return popover->window()->activeFocusItem()->objectName(); }
+
+    NoWarnings noWarnings;
+    FixedAppearance appearance{false};
+    VeranoxQmlEngine engine{appearance};
+    std::unique_ptr<VeranoxMenuPopover> popover;
+    QStringList copied;
+    int quitRequests = 0;
+};
+
+} // namespace
+
+TEST_F(Popover, standsOnTheScreenWithTheWidthOfItsContent)
+{
+    refresh();
+    open();
+    EXPECT_EQ(popover->window()->width(), 796);
+    EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(popover->window()->geometry()));
+}
+
+TEST_F(Popover, growsWithItsContentAndThenScrolls)
+{
+    refresh();
+    open();
+    const int before = popover->window()->height();
+    QList<VeranoxProfile> many;
+    for (int number = 0; number < 2; ++number)
+        many.append(profile(u"p%1"_s.arg(number), true, u"Running"_s));
+    service->profiles.answer(many);
+    refresh();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return popover->window()->height() == before + 44; }));
+    for (int number = 2; number < 60; ++number)
+        many.append(profile(u"p%1"_s.arg(number), true, u"Running"_s));
+    service->profiles.answer(many);
+    refresh();
+    const int most = QGuiApplication::primaryScreen()->availableGeometry().height() - 24;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return popover->window()->height() == most; }));
+    EXPECT_TRUE(find(u"viewport"_s)->property("interactive").toBool());
+}
+
+TEST_F(Popover, closesOnEscapeAndOpensAgain)
+{
+    open();
+    QTest::keyClick(popover->window(), Qt::Key_Escape);
+    EXPECT_FALSE(popover->isShown());
+    open();
+    EXPECT_TRUE(popover->isShown());
+}
+
+TEST_F(Popover, closesWhenTheFocusLeavesItAndKnowsTheClickThatTookIt)
+{
+    open();
+    QQuickWindow other;
+    other.show();
+    other.requestActivate();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !popover->isShown(); }));
+    EXPECT_TRUE(popover->hasJustLostFocus());
+    world.run(300ms);
+    EXPECT_FALSE(popover->hasJustLostFocus());
+}
+
+TEST_F(Popover, isWalkedThroughByKeyboardInReadingOrder)
+{
+    refresh();
+    open();
+    QStringList order;
+    for (int step = 0; step < 4; ++step) {
+        QTest::keyClick(popover->window(), Qt::Key_Tab);
+        order.append(focused());
+    }
+    EXPECT_EQ(order, (QStringList{u"headerAction"_s, u"copyPAC"_s, u"webGUI"_s, u"quit"_s}));
+    QTest::keyClick(popover->window(), Qt::Key_Return);
+    EXPECT_EQ(quitRequests, 1);
+}
+
+TEST_F(Popover, keepsRowsAndFocusOverRefreshes)
+{
+    service->profiles.answer({profile(u"a"_s, true, u"Running"_s), profile(u"b"_s, true, u"Running"_s)});
+    refresh();
+    open();
+    const auto *row = find(u"profile.b"_s);
+    QTest::keyClick(popover->window(), Qt::Key_Tab);
+    QTest::keyClick(popover->window(), Qt::Key_Tab);
+    ASSERT_EQ(focused(), u"copyPAC"_s);
+    service->profiles.answer({profile(u"b"_s, false, u"NeedsLogin"_s), profile(u"c"_s, true, u"Running"_s)});
+    refresh();
+    EXPECT_EQ(find(u"profile.b"_s), row);
+    EXPECT_EQ(focused(), u"copyPAC"_s);
+    QTest::keyClick(popover->window(), Qt::Key_Space);
+    EXPECT_EQ(copied, QStringList({store->pacURL().toString()}));
+}
+
+TEST_F(Popover, changesItsDressWhileItIsOpen)
+{
+    refresh();
+    open();
+    const QColor light = popover->window()->grabWindow().pixelColor(60, 10);
+    appearance.setDark(true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return popover->window()->grabWindow().pixelColor(60, 10) != light; }));
+}
+
+TEST_F(Popover, theQuitPanelAsksOnceAndClosesBeforeItConfirms)
+{
+    VeranoxQuitConfirmationPresenter presenter(engine);
+    bool wasOpen = true;
+    int confirmed = 0;
+    const auto confirm = [&] {
+        wasOpen = presenter.window() != nullptr;
+        ++confirmed;
+    };
+    presenter.present(*store, confirm);
+    presenter.present(*store, confirm);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(presenter.window()));
+    EXPECT_EQ(presenter.window()->title(), u"Quit Veranox"_s);
+    QTest::keyClick(presenter.window(), Qt::Key_Return);
+    EXPECT_EQ(confirmed, 1);
+    EXPECT_FALSE(wasOpen);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(presenter.window(), nullptr);
+}
+
+TEST_F(Popover, theQuitPanelTakesNoForAnAnswer)
+{
+    VeranoxQuitConfirmationPresenter presenter(engine);
+    int confirmed = 0;
+    presenter.present(*store, [&] { ++confirmed; });
+    ASSERT_TRUE(QTest::qWaitForWindowActive(presenter.window()));
+    QTest::keyClick(presenter.window(), Qt::Key_Escape);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(presenter.window(), nullptr);
+    EXPECT_EQ(confirmed, 0);
+}

@@ -63,6 +63,7 @@ void VeranoxMenuPopover::show(const QRect &icon)
         make();
     m_icon = icon;
     m_lostFocusAt.reset();
+    m_hasBeenActive = false;
     const Surface surface = m_isOrdinary ? ordinary : platform::blendsWindows() ? blended : plain;
     m_content->setProperty("surface", int(surface));
     fit();
@@ -117,7 +118,13 @@ QScreen *VeranoxMenuPopover::screenOf(const QRect &icon) const
 
 void VeranoxMenuPopover::handleActivation()
 {
-    if (m_isOrdinary || m_window->isActive() || !m_window->isVisible())
+    if (m_isOrdinary || !m_window->isVisible())
+        return;
+    if (m_window->isActive()) {
+        m_hasBeenActive = true;
+        return;
+    }
+    if (!m_hasBeenActive) // the desktop tells late of the time before
         return;
     m_lostFocusAt = m_queue.clock().now();
     close();

@@ -54,5 +54,6 @@ private:
     std::unique_ptr<QQuickItem> m_content;
     QRect m_icon;
     bool m_isOrdinary = false;
+    bool m_hasBeenActive = false; // since it was last shown
     std::optional<jobs::Clock::Time> m_lostFocusAt;
 };

@@ -15,7 +15,7 @@ Item {
     objectName: "profile." + row.name
     implicitHeight: Theme.rowHeight
     Accessible.role: Accessible.ListItem
-    Accessible.name: [row.displayName, row.suffix + row.moreSuffixes, row.backend, row.hostname, row.status].join(", ")
+    Accessible.name: `${row.displayName}, ${row.suffix}${row.moreSuffixes}, ${row.backend}, ${row.hostname}, ${row.status}`
 
     Hairline {
         visible: line.index > 0

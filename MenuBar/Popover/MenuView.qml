@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Veranox.Controls
 import Veranox.Popover
@@ -48,6 +49,27 @@ Item {
         EmptyProfilesView {
             visible: !menu.view.hasProfiles
             width: parent.width
+        }
+        ActiveTunnelsView {
+            visible: menu.view.tunnels.visible
+            width: parent.width
+            section: menu.view.tunnels
+        }
+        ActivePublicationsView {
+            visible: menu.view.publications.visible
+            width: parent.width
+            section: menu.view.publications
+        }
+        Label {
+            objectName: "failure"
+            visible: text.length > 0
+            width: parent.width
+            text: menu.view.failure
+            color: Theme.errorText
+            font.pixelSize: Theme.secondarySize
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
         }
         MenuFooter {
             width: parent.width

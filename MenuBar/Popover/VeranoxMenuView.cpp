@@ -6,17 +6,21 @@
 void qml_register_types_Veranox_Popover(); // made by the build
 
 VeranoxMenuView::VeranoxMenuView(
-    jobs::MainQueue &queue, VeranoxStore &store, VeranoxMenuActions actions, QObject *parent)
+    jobs::MainQueue &queue, VeranoxStore &store, const VeranoxMenuActions &actions, QObject *parent)
     : QObject(parent),
       m_store(store),
       m_actions(actions),
       m_header(store),
       m_banner(store),
-      m_footer(queue, store, std::move(actions))
+      m_footer(queue, store, actions),
+      m_tunnels(queue, store, actions.tunnels, actions.copyText),
+      m_publications(queue, store, actions.publications, actions.copyText)
 {
     static std::once_flag typesAreRegistered; // for the whole process
     std::call_once(typesAreRegistered, qml_register_types_Veranox_Popover);
     connect(&m_store, &VeranoxStore::profilesChanged, this, &VeranoxMenuView::showProfiles);
+    follow(m_tunnels.actions());
+    follow(m_publications.actions());
     showProfiles();
 }
 
@@ -38,5 +42,19 @@ void VeranoxMenuView::showProfiles()
     for (const VeranoxProfile &profile : inSharedProfileOrder(m_store.profiles()))
         rows.append(VeranoxActiveProfileRow::of(profile));
     m_profiles.reconcile(rows);
+    Q_EMIT changed();
+}
+
+void VeranoxMenuView::follow(VeranoxMenuRowActions &actions)
+{
+    connect(&actions, &VeranoxMenuRowActions::started, this, [this] { setFailure({}); });
+    connect(&actions, &VeranoxMenuRowActions::finished, this, &VeranoxMenuView::setFailure);
+}
+
+void VeranoxMenuView::setFailure(const QString &failure)
+{
+    if (failure == m_failure)
+        return;
+    m_failure = failure;
     Q_EMIT changed();
 }

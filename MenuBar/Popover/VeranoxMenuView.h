@@ -1,6 +1,8 @@
 #pragma once
 #include "Core/KeyedListModel.h"
 #include "MenuBar/Popover/VeranoxActiveProfileRow.h"
+#include "MenuBar/Popover/VeranoxActivePublicationsView.h"
+#include "MenuBar/Popover/VeranoxActiveTunnelsView.h"
 #include "MenuBar/Popover/VeranoxMenuFooter.h"
 #include "MenuBar/Popover/VeranoxMenuHeader.h"
 #include "MenuBar/Popover/VeranoxMenuPresentation.h"
@@ -18,11 +20,15 @@ class VeranoxMenuView final : public QObject {
     Q_PROPERTY(VeranoxServiceErrorBanner *banner READ banner CONSTANT)
     Q_PROPERTY(VeranoxMenuFooter *footer READ footer CONSTANT)
     Q_PROPERTY(QAbstractItemModel *profiles READ profiles CONSTANT)
+    Q_PROPERTY(VeranoxActiveTunnelsView *tunnels READ tunnels CONSTANT)
+    Q_PROPERTY(VeranoxActivePublicationsView *publications READ publications CONSTANT)
+    Q_PROPERTY(QString failure READ failure NOTIFY changed)
     Q_PROPERTY(bool hasProfiles READ hasProfiles NOTIFY changed)
 
 public:
     // The store outlives the view.
-    VeranoxMenuView(jobs::MainQueue &queue, VeranoxStore &store, VeranoxMenuActions actions, QObject *parent = nullptr);
+    VeranoxMenuView(
+        jobs::MainQueue &queue, VeranoxStore &store, const VeranoxMenuActions &actions, QObject *parent = nullptr);
     ~VeranoxMenuView() override;
 
     VeranoxMenuPresentation *presentation() { return &m_presentation; }
@@ -30,6 +36,9 @@ public:
     VeranoxServiceErrorBanner *banner() { return &m_banner; }
     VeranoxMenuFooter *footer() { return &m_footer; }
     QAbstractItemModel *profiles() { return &m_profiles; } // work profiles first
+    VeranoxActiveTunnelsView *tunnels() { return &m_tunnels; }
+    VeranoxActivePublicationsView *publications() { return &m_publications; }
+    QString failure() const { return m_failure; } // of what a person did last in a row; until they do something else
     bool hasProfiles() const;
 
     // The popover closes.
@@ -40,6 +49,8 @@ Q_SIGNALS:
 
 private:
     void showProfiles();
+    void follow(VeranoxMenuRowActions &actions);
+    void setFailure(const QString &failure);
 
     VeranoxStore &m_store;
     VeranoxMenuActions m_actions;
@@ -47,5 +58,8 @@ private:
     VeranoxMenuHeader m_header;
     VeranoxServiceErrorBanner m_banner;
     VeranoxMenuFooter m_footer;
+    VeranoxActiveTunnelsView m_tunnels;
+    VeranoxActivePublicationsView m_publications;
     KeyedListModel<VeranoxActiveProfileRow> m_profiles;
+    QString m_failure;
 };

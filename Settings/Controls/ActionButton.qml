@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Veranox.Controls
 
 // A button with words, and a symbol before them if it has one.
 T.Button {

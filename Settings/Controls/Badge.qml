@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 // A state in a word, with a shape of its own beside the colour.
 Rectangle {

@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 // Something that needs a person: a symbol, a title, a sentence, and at the end whatever is put in.
 Rectangle {

@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 // The quiet line above a column or below a name.
 Label {

@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 // A surface that rows stand on.
 Rectangle {

@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 // Copies something, and says so with a check mark for a moment.
 IconButton {

@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 // Where the keyboard is. Fills the control that it is a child of.
 Rectangle {

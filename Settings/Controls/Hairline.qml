@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 Rectangle {
     implicitHeight: Theme.hairlineWidth

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Veranox.Controls
 
 // A button that is a symbol. Its words are its tool tip, and its name for a screen reader.
 T.Button {

@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 // Text of the body.
 Text {

@@ -1,4 +1,6 @@
+pragma ComponentBehavior: Bound
 import QtQuick
+import Veranox.Controls
 
 // Something is under way. Eight dots, one step at a time: ten paints a second, and none while nobody sees it.
 Item {

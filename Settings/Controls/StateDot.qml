@@ -1,4 +1,5 @@
 import QtQuick
+import Veranox.Controls
 
 // A dot of colour. What it means stands beside it in words.
 Rectangle {

@@ -1,10 +1,11 @@
 import QtQuick
+import Veranox.Controls
 
-// The runtime state of a tunnel or publication: a spinner, a sign or a dot, and its words as tool tip. The shapes differ
-// so that no state is told by colour alone.
+// The runtime state of a tunnel or publication: a spinner, a sign or a dot, and its words as tool tip. The words
+// also stand beside it: no state is told by colour alone.
 Item {
     id: mark
-    enum Kind { Dot, Ring, Spinner, Sign, Warning }
+    enum Kind { Spinner, Sign, Dot }
 
     property int kind: StateMark.Kind.Dot
     property color color: Theme.gray
@@ -20,16 +21,6 @@ Item {
         visible: mark.kind === StateMark.Kind.Dot
         color: mark.color
     }
-    Rectangle {
-        anchors.centerIn: parent
-        visible: mark.kind === StateMark.Kind.Ring
-        width: Theme.dotSize
-        height: Theme.dotSize
-        radius: width / 2
-        color: "transparent"
-        border.width: Theme.focusWidth
-        border.color: mark.color
-    }
     Spinner {
         anchors.centerIn: parent
         visible: mark.kind === StateMark.Kind.Spinner
@@ -37,8 +28,8 @@ Item {
     }
     Symbol {
         anchors.centerIn: parent
-        visible: mark.kind === StateMark.Kind.Sign || mark.kind === StateMark.Kind.Warning
-        name: mark.kind === StateMark.Kind.Sign ? "nosign" : "exclamationmark.circle.fill"
+        visible: mark.kind === StateMark.Kind.Sign
+        name: "nosign"
         size: Theme.sectionSize - 1
         color: mark.color
     }

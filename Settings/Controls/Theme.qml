@@ -6,7 +6,7 @@ import Veranox.Controls
 QtObject {
     readonly property bool dark: Desktop.dark
     readonly property bool reducedMotion: Desktop.reducedMotion
-    readonly property string family: Qt.application.font.family
+    readonly property string family: Desktop.family
     readonly property string fixedFamily: Desktop.fixedFamily
 
     // Surfaces
@@ -83,6 +83,8 @@ QtObject {
 
     function tone(which: int): color {
         switch (which) {
+        case Tone.FaintGray:
+            return Qt.alpha(gray, halfOpacity)
         case Tone.Green:
             return green
         case Tone.Orange:

@@ -1,5 +1,7 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
+import Veranox.Controls
 
 // The tool tip of the item that it is a child of. Nothing of it exists until the pointer rests there.
 Loader {
@@ -19,11 +21,10 @@ Loader {
         padding: Theme.unit
         leftPadding: Theme.unit * 2
         rightPadding: Theme.unit * 2
-        implicitWidth: Math.min(words.implicitWidth, Theme.tallRowHeight * 6) + leftPadding + rightPadding
+        implicitWidth: Math.min(contentItem.implicitWidth, Theme.tallRowHeight * 6) + leftPadding + rightPadding
         implicitHeight: contentHeight + topPadding + bottomPadding
         closePolicy: T.Popup.NoAutoClose
         contentItem: Text {
-            id: words
             text: tip.text
             textFormat: Text.PlainText
             wrapMode: Text.Wrap

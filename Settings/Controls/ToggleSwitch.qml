@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Veranox.Controls
 
 // On or off. It asks to be switched and shows what is true: `checked` is bound, and follows the answer.
 T.CheckBox {

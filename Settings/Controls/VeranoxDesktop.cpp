@@ -1,6 +1,8 @@
 #include "Settings/Controls/VeranoxDesktop.h"
 #include "Platform/Appearance.h"
+#include <QFont>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QQmlEngine>
 
 VeranoxDesktop *VeranoxDesktop::create(QQmlEngine *engine, QJSEngine *)
@@ -24,6 +26,11 @@ bool VeranoxDesktop::dark() const
 bool VeranoxDesktop::reducedMotion() const
 {
     return m_appearance.prefersReducedMotion();
+}
+
+QString VeranoxDesktop::family() const
+{
+    return QGuiApplication::font().family();
 }
 
 QString VeranoxDesktop::fixedFamily() const

@@ -13,6 +13,7 @@ class VeranoxDesktop final : public QObject {
     QML_SINGLETON
     Q_PROPERTY(bool dark READ dark NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
+    Q_PROPERTY(QString family READ family CONSTANT)
     Q_PROPERTY(QString fixedFamily READ fixedFamily CONSTANT)
 
 public:
@@ -26,6 +27,7 @@ public:
 
     bool dark() const;
     bool reducedMotion() const;
+    QString family() const; // the desktop's font for everything
     QString fixedFamily() const; // the desktop's font with letters of one width
 
 Q_SIGNALS:

@@ -40,6 +40,7 @@ class OwnService(EndToEndTestCase):
 
     def test_quit_from_the_menu_stops_it(self):
         self.panel.choose("Quit Veranox…")
+        self.application.confirm_quit()
         self.await_end_of_all()
 
     def test_a_killed_one_is_back_within_seconds(self):

@@ -87,6 +87,7 @@ class PanelClicks(EndToEndTestCase):
         before = self.front.count(REFRESH)
         self.panel.click()
         eventually(lambda: self.front.count(REFRESH) > before, "a refresh", within=3)
+        self.application.await_popover()
         self.assertEqual(self.application.menus(), [])
 
     def test_right_click_opens_the_menu_and_does_not_look(self):
@@ -105,6 +106,7 @@ class PanelClicks(EndToEndTestCase):
     def test_the_menu_that_the_panel_draws_quits(self):
         self.assertIn("Quit Veranox…", self.panel.menu())
         self.panel.choose("Quit Veranox…")
+        self.application.confirm_quit()
         self.assertEqual(self.application.wait(within=5), 0)
         self.assertEqual(self.front.count("POST /api/shutdown"), 1)
 

@@ -26,6 +26,7 @@ class Quit(EndToEndTestCase):
 
     def test_from_the_menu(self):
         self.panel.choose("Quit Veranox…")
+        self.application.confirm_quit()
         self.assert_orderly_end()
 
     def test_by_sigterm(self):
@@ -49,6 +50,7 @@ class Quit(EndToEndTestCase):
 
     def test_by_signals_while_the_menu_quits(self):
         self.panel.choose("Quit Veranox…")
+        self.application.confirm_quit()
         self.application.signal(signal.SIGTERM)
         self.application.signal(signal.SIGINT)
         self.assert_orderly_end()

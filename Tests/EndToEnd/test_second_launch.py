@@ -18,7 +18,7 @@ class SecondLaunch(EndToEndTestCase):
     def test_it_ends_with_0_and_the_first_comes_forward(self):
         second = self.start_application()
         self.assertEqual(second.wait(within=5), 0)
-        self.first.await_menu()
+        self.first.await_popover()
         self.assertTrue(self.first.running)
         stays(lambda: len(self.panel.items()) == 1, "one icon", during=0.5)
 

@@ -32,6 +32,7 @@ class TrayIcon(EndToEndTestCase):
         before = self.front.count("GET /api/profiles")
         self.desktop.click(self.icon.centre)
         eventually(lambda: self.front.count("GET /api/profiles") > before, "a refresh", within=3)
+        self.application.await_popover()
         self.assertEqual(self.application.menus(), [])
 
     def test_right_click_opens_the_menu_and_does_not_look(self):
@@ -58,6 +59,8 @@ class TrayIcon(EndToEndTestCase):
         self.desktop.click(self.icon.centre, button=3)
         menu = self.application.await_menu()
         self.desktop.click((menu.x + menu.width // 2, menu.y + menu.height - 10))  # the last line
+        panel = self.application.await_quit_panel()
+        self.desktop.click((panel.x + panel.width - 60, panel.y + panel.height - 36))  # its last button
         self.assert_quits_with_one_request()
 
     def test_quit_by_keyboard(self):
@@ -65,6 +68,7 @@ class TrayIcon(EndToEndTestCase):
         self.application.await_menu()
         self.desktop.press("Up")  # the last line
         self.desktop.press("Return")
+        self.application.confirm_quit()
         self.assert_quits_with_one_request()
 
 

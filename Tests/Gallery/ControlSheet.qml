@@ -38,10 +38,8 @@ Rectangle {
             ToggleSwitch { text: "busy"; on: true; busy: true }
             ToggleSwitch { text: "disabled"; on: true; enabled: false }
             Spinner { anchors.verticalCenter: parent.verticalCenter }
+            StateMark { color: Theme.orange; anchors.verticalCenter: parent.verticalCenter }
             StateMark { color: Theme.green; anchors.verticalCenter: parent.verticalCenter }
-            StateMark { color: Theme.gray; kind: StateMark.Kind.Ring; anchors.verticalCenter: parent.verticalCenter }
-            StateMark { color: Theme.orange; kind: StateMark.Kind.Warning; anchors.verticalCenter: parent.verticalCenter }
-            StateMark { color: Theme.red; kind: StateMark.Kind.Warning; anchors.verticalCenter: parent.verticalCenter }
             StateMark { color: Theme.gray; kind: StateMark.Kind.Sign; anchors.verticalCenter: parent.verticalCenter }
         }
         Row {

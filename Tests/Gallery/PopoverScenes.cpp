@@ -40,6 +40,62 @@ QList<VeranoxProfile> fewProfiles()
     };
 }
 
+VeranoxTunnel tunnel(const QString &title, const QString &profile, const QString &target, int port,
+    const QString &state, const QString &lastError = {}, bool disabled = false)
+{
+    VeranoxTunnel record;
+    record.name = title.toLower();
+    record.displayName = title;
+    record.profile = profile;
+    record.target = target;
+    record.mode = u"native"_s;
+    record.listen = u"127.0.0.1:%1"_s.arg(port);
+    record.state = state;
+    record.lastError = lastError;
+    record.disabled = disabled;
+    return record;
+}
+
+QList<VeranoxTunnel> fewTunnels()
+{
+    QList<VeranoxTunnel> tunnels{
+        tunnel(u"Orders database"_s, u"work"_s, u"postgres.corp.example.com:5432"_s, 15432, u"listening"_s),
+        tunnel(u"Warehouse"_s, u"work"_s, u"redshift.internal.example.com:5439"_s, 15439, u"listening"_s),
+        tunnel(u"Media server"_s, u"home"_s, u"nas.tail1f2c.ts.net:8096"_s, 18096, u"starting"_s),
+        tunnel(u"Render queue"_s, u"studio"_s, u"queue.example.net:6379"_s, 16379, u"error"_s,
+            u"dial tcp 100.64.0.7:6379: connect: connection refused"_s),
+        tunnel(u"Old printer"_s, u"gone"_s, u"printer.example.net:631"_s, 10631, u"stopped"_s, {}, true)};
+    tunnels[0].activeConns = 3;
+    tunnels[1].mode = u"ssh"_s;
+    tunnels[1].sshBastion = u"bastion.corp.example.com:22"_s;
+    return tunnels;
+}
+
+VeranoxPublication publication(const QString &title, const QString &profile, const QString &target,
+    const QString &address, const QString &state, const QString &reach = {})
+{
+    VeranoxPublication record;
+    record.name = title.toLower();
+    record.displayName = title;
+    record.profile = profile;
+    record.target = target;
+    record.address = address;
+    record.state = state;
+    record.reachability.state = reach;
+    return record;
+}
+
+QList<VeranoxPublication> fewPublications()
+{
+    return {
+        publication(u"Handbook preview"_s, u"work"_s, u"127.0.0.1:8080"_s, u"veranox-work.corp.example.com:8080"_s,
+            u"listening"_s, u"reachable"_s),
+        publication(u"Photo wall"_s, u"home"_s, u"127.0.0.1:3000"_s, u"veranox-home.tail1f2c.ts.net:443"_s,
+            u"listening"_s, u"unreachable"_s),
+        publication(u"Webhook"_s, u"lab"_s, u"127.0.0.1:9000"_s, {}, u"blocked"_s),
+    };
+}
+
 // A store as it stands after one refresh.
 class World {
 public:
@@ -96,6 +152,20 @@ void drawPopover(Gallery &gallery)
         stage.view->footer()->copyPAC();
         stage.world.run();
         draw(gallery, u"copied"_s, stage);
+    }
+    {
+        World stage;
+        stage.service->tunnels.answer(fewTunnels());
+        stage.service->publications.answer(fewPublications());
+        stage.refresh();
+        draw(gallery, u"full"_s, stage);
+        stage.view->tunnels()->copy(u"warehouse"_s, u"127.0.0.1:15439"_s);
+        QList<VeranoxTunnel> many = fewTunnels();
+        for (int number = 0; number < 4; ++number)
+            many.append(tunnel(u"Spare %1"_s.arg(number), u"work"_s, u"a:1"_s, 20000 + number, u"listening"_s));
+        stage.service->tunnels.answer(many);
+        stage.refresh();
+        draw(gallery, u"many-tunnels"_s, stage);
     }
     {
         World stage;

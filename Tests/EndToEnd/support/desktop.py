@@ -73,6 +73,11 @@ class VirtualDesktop:
     def press(self, key):
         self.ask("xdotool", "key", key)
 
+    def focused_window(self):
+        """The id of the window that has the keyboard; 0 while none has."""
+        answer = self.run("xdotool", "getwindowfocus", "-f")
+        return int(answer.stdout) if answer.returncode == 0 else 0
+
     @contextlib.contextmanager
     def held(self, key):
         self.ask("xdotool", "keydown", key)

@@ -10,6 +10,8 @@ from .polling import eventually
 from .process import Process
 
 PORT = 43200  # where the application looks for the service
+POPOVER_WIDTH = 796
+QUIT_PANEL_WIDTH = 420
 STOP_BOUND = 5.0  # seconds that a quit may take while the service answers
 HANGING_STOP_BOUND = 20.0  # and while it does not: 12 for the request, 2 for the child's end, then the same
 
@@ -109,3 +111,33 @@ class Application(Process):
 
     def await_menu(self, within=3.0):
         return eventually(self.menus, "a menu of the application", within)[0]
+
+    def windows(self, width):
+        """The windows of the application that are that wide, menus left out."""
+        return [window for window in self._desktop.windows("veranox-menu")
+                if not window.is_menu and window.width == width]
+
+    def popovers(self):
+        return self.windows(POPOVER_WIDTH)
+
+    def await_popover(self, within=5.0):
+        """The popover, once it has the keyboard."""
+        return self._await_focused(POPOVER_WIDTH, "the popover", within)
+
+    def await_no_popover(self, within=3.0):
+        eventually(lambda: not self.popovers(), "the popover closes", within)
+
+    def quit_panels(self):
+        return self.windows(QUIT_PANEL_WIDTH)
+
+    def await_quit_panel(self, within=5.0):
+        return self._await_focused(QUIT_PANEL_WIDTH, "the panel that asks before quitting", within)
+
+    def confirm_quit(self):
+        """Says yes to the panel that asks, by keyboard."""
+        self.await_quit_panel()
+        self._desktop.press("Return")
+
+    def _await_focused(self, width, what, within):
+        return eventually(
+            lambda: [w for w in self.windows(width) if w.id == self._desktop.focused_window()], what, within)[0]

@@ -1,0 +1,48 @@
+import QtQuick
+import Veranox.Controls
+
+// The mark of the state, the name with the colour of its profile, and the state in words below.
+Item {
+    id: title
+    property int mark
+    property int tone
+    property string text
+    property string accent
+    property string stateText
+    property bool needsPerson: false
+
+    StateMark {
+        id: sign
+        anchors.verticalCenter: parent.verticalCenter
+        width: Theme.controlHeight
+        kind: title.mark
+        color: Theme.tone(title.tone)
+        help: title.stateText
+    }
+    Rectangle {
+        id: bar
+        anchors.left: sign.right
+        anchors.leftMargin: Theme.unit * 2
+        anchors.verticalCenter: parent.verticalCenter
+        width: Theme.unit - Theme.hairlineWidth
+        height: Theme.controlHeight
+        radius: width / 2
+        color: Theme.profileColor(title.accent)
+    }
+    Column {
+        anchors.left: bar.right
+        anchors.leftMargin: Theme.unit * 2
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        Label {
+            width: parent.width
+            text: title.text
+            font.weight: Font.Medium
+        }
+        Caption {
+            width: parent.width
+            text: title.stateText.replace(/\s+/g, " ")
+            color: title.needsPerson ? Theme.warningText : Theme.secondary
+        }
+    }
+}

@@ -59,7 +59,7 @@ Item {
         height: parent.height
         Label {
             anchors.left: parent.left
-            anchors.right: copy.left
+            anchors.right: line.row.isBlocked ? parent.right : copy.left
             height: parent.height
             text: line.row.address
             elide: Text.ElideMiddle

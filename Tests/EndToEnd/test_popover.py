@@ -128,12 +128,13 @@ class ForAScreenReader(Popover):
     environment = SPOKEN
 
     def put_up_panel(self):
+        self.reader = ScreenReader(self.desktop, "Veranox")
+        self.addCleanup(self.reader.stop)
+        self.assertEqual(self.reader.items(), [])  # the accessibility bus is up
         self.panel = self.start_panel()
 
     def await_icon(self):
         self.panel.await_item()
-        self.reader = ScreenReader(self.desktop, "Veranox")
-        self.addCleanup(self.reader.stop)
 
     def test_read_and_used_to_the_end(self):
         self.panel.click()

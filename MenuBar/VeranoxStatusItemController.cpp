@@ -1,5 +1,6 @@
 #include "MenuBar/VeranoxStatusItemController.h"
 #include "Core/VeranoxStore.h"
+#include "MenuBar/VeranoxStoreRowOperations.h"
 #include "Platform/Appearance.h"
 #include "Platform/StatusItem.h"
 #include <QClipboard>
@@ -27,7 +28,9 @@ VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue,
           {.dismissMenu = {},
               .requestQuit = [this] { confirmQuitFromMenu(); },
               .copyText = [](const QString &text) { QGuiApplication::clipboard()->setText(text); },
-              .openAddress = [](const QUrl &address) { QDesktopServices::openUrl(address); }}),
+              .openAddress = [](const QUrl &address) { QDesktopServices::openUrl(address); },
+              .tunnels = tunnelOperations(store),
+              .publications = publicationOperations(store)}),
       m_jobs(queue)
 {
     fillMenu();

@@ -41,8 +41,7 @@ void VeranoxActivePublicationsView::show()
     QList<VeranoxMenuPublicationRow> rows;
     if (!isCompact()) {
         const VeranoxProfileAccents accents(m_store.profiles());
-        const bool isEditable =
-            m_store.serviceState().isOnline() && !m_store.isQuitting() && !m_store.isRestartingRouter();
+        const bool isEditable = !m_store.publicationsUnavailableReason();
         for (const VeranoxPublication &publication : m_store.publications())
             rows.append(VeranoxMenuPublicationRow::of(
                 publication, accents.of(publication.profile), isEditable, m_actions.activity(publication.name)));

@@ -70,6 +70,8 @@ void VeranoxMenuPopover::show(const QRect &icon)
     m_window->show();
     m_window->raise();
     m_window->requestActivate();
+    if (QQuickItem *last = m_window->activeFocusItem()) // each opening starts at the top
+        last->setFocus(false, Qt::PopupFocusReason);
     m_content->forceActiveFocus(Qt::PopupFocusReason);
 }
 

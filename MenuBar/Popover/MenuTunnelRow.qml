@@ -1,4 +1,3 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import Veranox.Controls
 import Veranox.Popover
@@ -87,25 +86,23 @@ Item {
             onClicked: line.section.copy(line.row.name, line.row.endpoint)
         }
     }
-    Loader {
+    RowActions {
         id: actions
         anchors.right: parent.right
         anchors.rightMargin: line.gap
         height: parent.height
         width: line.actionsWidth
-        active: line.section.canOperate
-        sourceComponent: RowActions {
-            title: line.row.title
-            canRetry: line.row.canRetry
-            retryEnabled: !line.row.isRetrying
-            isRetrying: line.row.isRetrying
-            retryHelp: "Retry — restart this tunnel"
-            isOn: line.row.isOn
-            canSwitch: true
-            isSwitching: line.row.isSwitching
-            toggleHelp: line.row.toggleHelp
-            onRetried: line.section.retry(line.row.name)
-            onSwitched: on => line.section.setEnabled(line.row.name, on)
-        }
+        visible: line.section.canOperate
+        title: line.row.title
+        canRetry: line.row.canRetry
+        retryEnabled: !line.row.isRetrying
+        isRetrying: line.row.isRetrying
+        retryHelp: "Retry — restart this tunnel"
+        isOn: line.row.isOn
+        canSwitch: true
+        isSwitching: line.row.isSwitching
+        toggleHelp: line.row.toggleHelp
+        onRetried: line.section.retry(line.row.name)
+        onSwitched: on => line.section.setEnabled(line.row.name, on)
     }
 }

@@ -1,6 +1,7 @@
 #include "API/VeranoxAPIClientError.h"
 #include "Core/VeranoxStore.h"
 #include "MenuBar/Popover/VeranoxMenuView.h"
+#include "MenuBar/Popover/VeranoxQuitConfirmation.h"
 #include "Tests/Gallery/Gallery.h"
 #include "Tests/Gallery/Scenes.h"
 #include "Tests/Support/FakeAPIClient.h"
@@ -96,6 +97,16 @@ QList<VeranoxPublication> fewPublications()
     };
 }
 
+// Goes on for ever: what a row shows meanwhile can be drawn.
+jobs::Async<QString> goOn()
+{
+    co_await jobs::sleep(std::chrono::hours(1));
+    co_return QString();
+}
+
+const VeranoxRowOperations operations{
+    .setEnabled = [](const QString &, bool) { return goOn(); }, .restart = [](const QString &) { return goOn(); }};
+
 // A store as it stands after one refresh.
 class World {
 public:
@@ -114,7 +125,9 @@ public:
             VeranoxMenuActions{.dismissMenu = [] { },
                 .requestQuit = [] { },
                 .copyText = [](const QString &) { },
-                .openAddress = [](const QUrl &) { }});
+                .openAddress = [](const QUrl &) { },
+                .tunnels = operations,
+                .publications = operations});
     }
 
     void refresh()
@@ -160,6 +173,10 @@ void drawPopover(Gallery &gallery)
         stage.refresh();
         draw(gallery, u"full"_s, stage);
         stage.view->tunnels()->copy(u"warehouse"_s, u"127.0.0.1:15439"_s);
+        stage.view->tunnels()->setEnabled(u"media server"_s, false);
+        stage.view->tunnels()->retry(u"render queue"_s);
+        stage.world.run();
+        draw(gallery, u"busy"_s, stage);
         QList<VeranoxTunnel> many = fewTunnels();
         for (int number = 0; number < 4; ++number)
             many.append(tunnel(u"Spare %1"_s.arg(number), u"work"_s, u"a:1"_s, 20000 + number, u"listening"_s));
@@ -181,4 +198,20 @@ void drawPopover(Gallery &gallery)
         stage.refresh();
         draw(gallery, u"error"_s, stage);
     }
+}
+
+void drawQuitConfirmation(Gallery &gallery)
+{
+    World stage;
+    VeranoxQuitConfirmation confirmation(*stage.store, [] { }, [] { });
+    const auto draw = [&](const QString &name) {
+        gallery.draw(name,
+            gallery.engine().create(QUrl(u"qrc:/Veranox/Popover/QuitConfirmation.qml"_s),
+                {{u"confirmation"_s, QVariant::fromValue(&confirmation)}, {u"blended"_s, true}}));
+    };
+    draw(u"quit"_s);
+    jobs::JobScope scope(stage.world.queue);
+    scope.start(stage.store->quitAndShutdown());
+    stage.world.run();
+    draw(u"quit-under-way"_s);
 }

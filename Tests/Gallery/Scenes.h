@@ -4,3 +4,4 @@ class Gallery;
 
 void drawControls(Gallery &gallery);
 void drawPopover(Gallery &gallery);
+void drawQuitConfirmation(Gallery &gallery);

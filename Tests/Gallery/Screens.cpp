@@ -39,6 +39,7 @@ int main(int argc, char **argv)
         gallery.setDark(dark);
         drawControls(gallery);
         drawPopover(gallery);
+        drawQuitConfirmation(gallery);
     }
     return warnings == 0 ? 0 : 1;
 }

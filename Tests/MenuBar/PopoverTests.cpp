@@ -107,6 +107,10 @@ TEST_F(Popover, isWalkedThroughByKeyboardInReadingOrder)
     EXPECT_EQ(order, (QStringList{u"headerAction"_s, u"copyPAC"_s, u"webGUI"_s, u"quit"_s}));
     QTest::keyClick(popover->window(), Qt::Key_Return);
     EXPECT_EQ(quitRequests, 1);
+    popover->close();
+    open();
+    QTest::keyClick(popover->window(), Qt::Key_Tab);
+    EXPECT_EQ(focused(), u"headerAction"_s); // each opening starts at the top
 }
 
 TEST_F(Popover, keepsRowsAndFocusOverRefreshes)

@@ -142,3 +142,18 @@ TEST_F(Controls, everyStateHasAShapeOfItsOwn)
     }
     EXPECT_EQ(shapes.size(), 4);
 }
+
+TEST_F(Controls, aToolTipIsThereWhileItIsWantedAndNotBefore)
+{
+    auto *item = show("Item { width: 40; height: 20; Tip { objectName: 'tip'; text: 'Copies it' } }");
+    ASSERT_NE(item, nullptr);
+    QQuickItem *tip = find(u"tip"_s);
+    QQuickItem *loader = tip->childItems().constFirst();
+    EXPECT_EQ(loader->property("item").value<QObject *>(), nullptr);
+    tip->setProperty("wanted", true);
+    auto *bubble = loader->property("item").value<QObject *>();
+    ASSERT_NE(bubble, nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([bubble] { return bubble->property("opened").toBool(); }));
+    tip->setProperty("wanted", false);
+    EXPECT_EQ(loader->property("item").value<QObject *>(), nullptr);
+}

@@ -65,6 +65,7 @@ class PanelIcon(EndToEndTestCase):
             self.panel.click()
             eventually(lambda: front.count(REFRESH) >= count, "a refresh", within=3)
             front.await_quiet(0.2)
+            application.close_popover()
         self.assertEqual(self.panel.counts(), before)
 
     def icon_colours(self):

@@ -29,6 +29,7 @@ class AttachedService(EndToEndTestCase):
         self.service.kill()
         self.panel.click()
         self.application.await_state("error", within=3)
+        self.application.close_popover()
         self.start_service("settled")
         self.panel.click()
         self.application.await_state("online", within=3)
@@ -38,6 +39,7 @@ class AttachedService(EndToEndTestCase):
         for _ in range(5):
             self.panel.click()
             self.application.await_state("error", within=3)
+            self.application.close_popover()
         self.assertEqual(self.application.output().count("status refresh failed"), 1)
 
 

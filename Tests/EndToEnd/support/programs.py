@@ -127,6 +127,12 @@ class Application(Process):
     def await_no_popover(self, within=3.0):
         eventually(lambda: not self.popovers(), "the popover closes", within)
 
+    def close_popover(self):
+        """By keyboard, so that the next click on the icon opens it."""
+        self.await_popover()
+        self._desktop.press("Escape")
+        self.await_no_popover()
+
     def quit_panels(self):
         return self.windows(QUIT_PANEL_WIDTH)
 

@@ -46,7 +46,7 @@ private:
     static QList<Entry> identified(const QList<Row> &rows)
     {
         QList<Entry> entries;
-        QHash<QString, int> seen;
+        QHash<QString, int> seen; // NOLINT(misc-const-correctness): operator[] counts up
         for (const Row &row : rows)
             entries.append({{row.id(), seen[row.id()]++}, row});
         return entries;

@@ -12,6 +12,7 @@
 #include "Service/Text/StartProblem.h"
 #include <boost/asio/signal_set.hpp>
 #include <csignal>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <unistd.h>
@@ -42,6 +43,17 @@ void prepareConfig(ConfigStore &store, const std::optional<LabNetwork> &lab, std
         store.save(std::move(document));
 }
 
+/// The longest that the service goes on once it was asked to end: enough for running answers and farewells, and short
+/// of what a person calls hanging, whoever is being waited for.
+constexpr std::chrono::seconds longestEnd{2};
+
+/// Drops whatever still waits while everything that it refers to is there.
+class ServiceContext : public asio::io_context {
+public:
+    using asio::io_context::io_context;
+    void dropRest() { shutdown(); }
+};
+
 std::unique_ptr<NodeEngine> makeEngine(std::optional<LabNetwork> lab, const TimeSource &time)
 {
     if (lab)
@@ -66,7 +78,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     if (!command.lab.empty())
         lab = loadLab(command.lab);
     const UserFolders folders = userFolders(environment);
-    asio::io_context context(1);
+    ServiceContext context(1);
     asio::signal_set signals(context, SIGINT, SIGTERM);
     asio::ip::tcp::acceptor acceptor = listenOnLoopback(context, wanted);
     const LoopbackEndpoint endpoint{wanted.host, acceptor.local_endpoint().port()};
@@ -82,19 +94,18 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     ControlApi api({config, *engine, traffic, time, environment, endpoint.port, folders.applicationSupport},
         RequestGuard(std::move(token), endpoint.port));
 
-    ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&] {
-        log.write(LogLevel::Info, "service_stopping", "service is stopping", {{"reason", "request"}});
+    std::function<void(std::string_view)> stop;
+    ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&stop] { stop("request"); });
+    stop = [&](std::string_view reason) {
+        log.write(LogLevel::Info, "service_stopping", "service is stopping", {{"reason", reason}});
         signals.cancel();
         traffic.stop();
         server.stop();
-    });
+        context.stop();
+    };
     signals.async_wait([&](const boost::system::error_code &failure, int signal) {
-        if (failure)
-            return;
-        log.write(LogLevel::Info, "service_stopping", "service is stopping",
-            {{"reason", signal == SIGINT ? "SIGINT" : "SIGTERM"}});
-        traffic.stop();
-        server.stop();
+        if (!failure)
+            stop(signal == SIGINT ? "SIGINT" : "SIGTERM");
     });
     server.start();
     log.write(LogLevel::Info, "service_listening", "service is listening",
@@ -102,7 +113,11 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
             {"config", config.file().string()}, {"config_generation", config.generation()},
             {"profiles", config.document().profiles.size()}, {"version", VERANOX_VERSION}});
     context.run();
-    log.write(LogLevel::Info, "service_stopped", "service has stopped", {{"outcome", "ok"}});
+    context.restart();
+    context.run_for(longestEnd);
+    const bool isDone = context.stopped();
+    context.dropRest();
+    log.write(LogLevel::Info, "service_stopped", "service has stopped", {{"outcome", isDone ? "ok" : "cut"}});
 }
 
 } // namespace veranox

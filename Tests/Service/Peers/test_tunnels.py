@@ -1,7 +1,9 @@
 """Well-known programs through a native tunnel and to a publication."""
 
 import http.server
+import socket
 import threading
+import time
 import unittest
 
 from support import PeerTest, answers, eventually, free_port, lab
@@ -77,6 +79,44 @@ class PublicationPeers(PeerTest):
         page = self.run_program("curl", "-sS", f"http://127.0.0.1:{port}/")
         self.assertEqual(page.stdout, "from the local service", page.stderr)
         self.assertNotEqual(service.publication("web")["LastActive"], "")
+
+
+class End(PeerTest):
+    """The service ends soon and in order, whoever is being waited for."""
+
+    def assert_ends_soon(self, service):
+        begin = time.monotonic()
+        self.assertEqual(service.end(), 0)
+        self.assertLess(time.monotonic() - begin, 6)
+
+    def test_while_a_host_does_not_take_the_connection(self):
+        stuck = socket.socket()
+        self.addCleanup(stuck.close)
+        stuck.bind(("127.0.0.1", 0))
+        stuck.listen(0)
+        waiting = [socket.socket() for _ in range(4)]  # more than it has room for, so that no further one is answered
+        for client in waiting:
+            self.addCleanup(client.close)
+            client.setblocking(False)
+            client.connect_ex(stuck.getsockname())
+        port = free_port()
+        service = self.start_service(lab(
+            tunnels={"t": {"Profile": "p", "Target": "full.tail1.ts.net:80", "Listen": f"127.0.0.1:{port}"}},
+            hosts={"full": f"127.0.0.1:{stuck.getsockname()[1]}"}))
+        self.assertTrue(eventually(lambda: answers(port)))
+        with socket.create_connection(("127.0.0.1", port)):
+            self.assertTrue(eventually(lambda: service.tunnel("t")["ActiveConns"] > 0))
+            self.assert_ends_soon(service)
+
+    def test_while_a_client_does_not_finish_its_handshake(self):
+        port = free_port()
+        network = lab(publications={"web": {"Profile": "q", "Target": "127.0.0.1:9", "Port": port, "TLS": True}})
+        network["profiles"]["q"]["node_address"] = "127.0.0.1"
+        service = self.start_service(network)
+        self.assertTrue(eventually(lambda: answers(port)))
+        with socket.create_connection(("127.0.0.1", port)):
+            self.assertTrue(eventually(lambda: service.publication("web")["ActiveConns"] > 0))
+            self.assert_ends_soon(service)
 
 
 if __name__ == "__main__":

@@ -64,6 +64,8 @@ void VeranoxMenuPopover::show(const QRect &icon)
     m_icon = icon;
     m_lostFocusAt.reset();
     m_hasBeenActive = false;
+    // Before the surface, which changes the height in turn: a height cannot be bounded while it is being worked out.
+    m_view->presentation()->adoptScreen(screenOf(m_icon)->availableGeometry().height());
     const Surface surface = m_isOrdinary ? ordinary : platform::blendsWindows() ? blended : plain;
     m_content->setProperty("surface", int(surface));
     fit();

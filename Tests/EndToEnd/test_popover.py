@@ -1,20 +1,23 @@
 """The popover on the screen: by mouse and by keyboard. The service was started beforehand."""
+import dataclasses
 import unittest
 
 from support.case import EndToEndTestCase
 from support.polling import eventually
 from support.process import Process
+from support.programs import POPOVER_WIDTH
 
 MARGIN = 4  # between the popover and what it stands beside
 
 
 class Popover(EndToEndTestCase):
     environment = {}
+    lab = "settled"
 
     def setUp(self):
         super().setUp()
         self.put_up_panel()
-        self.service, self.front = self.start_service_behind_front("settled")
+        self.service, self.front = self.start_service_behind_front(self.lab)
         self.application = self.start_application(**self.environment)
         self.await_icon()
         self.application.await_settled()
@@ -72,6 +75,29 @@ class InXEmbedTray(Popover):
         self.application.confirm_quit()
         self.assertEqual(self.application.wait(within=5), 0)
         self.assertEqual(self.front.count("POST /api/shutdown"), 1)
+
+
+class UnderCompositingManager(Popover):
+    """The shadow is part of the window, and may lie off the screen."""
+
+    SHADOW = 24
+    lab = "demo"  # more than a screen holds
+
+    def put_up_panel(self):
+        manager = Process(["xcompmgr"], self.desktop.environment, self.folder / "xcompmgr.log")
+        self.addCleanup(manager.kill)
+        self.tray = self.start_xembed_tray()
+
+    def await_icon(self):
+        self.icon = self.tray.await_icon()
+
+    def test_the_popover_proper_fits_on_the_screen(self):
+        self.desktop.click(self.icon.centre)
+        window = eventually(
+            lambda: self.application.windows(POPOVER_WIDTH + 2 * self.SHADOW), "the popover with its shadow")[0]
+        self.assert_on_screen(dataclasses.replace(
+            window, x=window.x + self.SHADOW, y=window.y + self.SHADOW, width=window.width - 2 * self.SHADOW,
+            height=window.height - 2 * self.SHADOW))
 
 
 class OnPanel(Popover):

@@ -61,3 +61,8 @@ def proportional_memory_mib(pid):
     return int(re.search(r"^Pss:\s+(\d+) kB", rollup, re.MULTILINE)[1]) / 1024
 
 
+
+
+def main_thread_ms(pid):
+    """Milliseconds that the main thread was on a processor since it began."""
+    return int(pathlib.Path(f"/proc/{pid}/task/{pid}/schedstat").read_text().split()[0]) / 1e6

@@ -61,6 +61,11 @@ class VirtualDesktop:
         """The opaque colours of an image file."""
         return self._colours("convert", file)
 
+    def pixel(self, file, x, y):
+        """The colour of one pixel of an image file."""
+        place = f"%[fx:round(255*p{{{x},{y}}}.r)] %[fx:round(255*p{{{x},{y}}}.g)] %[fx:round(255*p{{{x},{y}}}.b)]"
+        return tuple(int(word) for word in self.ask("convert", file, "-format", place, "info:").split())
+
     def _colours(self, *source):
         histogram = self.ask(*source, "-depth", "8", "-format", "%c", "histogram:info:-")
         return {(int(red), int(green), int(blue))

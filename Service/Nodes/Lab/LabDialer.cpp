@@ -78,7 +78,7 @@ LabDialer::Endpoint LabDialer::endpointOf(
     const std::string label = labelOf(host, tailnet.suffix);
     if (const LabHost *known = findNamed(tailnet.hosts, label)) {
         if (known->kind != LabHost::Kind::Address)
-            return m_hosts.endpointOf(known->kind, executor);
+            return m_hosts.endpointOf(known->kind, port, executor);
         return {asio::ip::make_address(known->address), known->port == 0 ? port : known->port};
     }
     const auto published = m_published->find({findNamed(m_network.profiles, profile)->tailnet, label, port});

@@ -1,11 +1,11 @@
 #pragma once
+#include "Service/Net/StreamSocket.h"
 #include <boost/asio/awaitable.hpp>
-#include <boost/asio/ip/tcp.hpp>
 #include <memory>
 
 namespace veranox {
 
-using LabConnection = std::shared_ptr<boost::asio::ip::tcp::socket>;
+using LabConnection = std::shared_ptr<StreamSocket>;
 
 /// A small web site: a page under every path, over HTTP/1.1. Ends with the connection.
 boost::asio::awaitable<void> serveSite(LabConnection connection);

@@ -1,5 +1,7 @@
 #include "Service/Nodes/Lab/LabHosts.h"
 
+#include "Service/Net/LabCertificate.h"
+#include "Service/Net/TlsEnd.h"
 #include "Service/Nodes/Lab/LabHostServices.h"
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/co_spawn.hpp>
@@ -29,8 +31,9 @@ asio::awaitable<void> serveAs(LabHost::Kind kind, LabConnection connection)
 
 class LabHosts::Server : public std::enable_shared_from_this<Server> {
 public:
-    Server(LabHost::Kind kind, const asio::any_io_executor &executor)
+    Server(LabHost::Kind kind, bool isSecure, const asio::any_io_executor &executor)
         : m_kind(kind),
+          m_tls(isSecure ? std::make_shared<asio::ssl::context>(selfSignedContext("site.lab")) : nullptr),
           m_acceptor(executor, tcp::endpoint(asio::ip::address_v4::loopback(), 0)),
           m_pause(executor)
     {
@@ -48,7 +51,7 @@ public:
             }
             if (failure)
                 continue;
-            const auto connection = std::make_shared<tcp::socket>(std::move(socket));
+            const auto connection = std::make_shared<StreamSocket>(std::move(socket));
             self->m_connections.insert(connection);
             asio::co_spawn(self->m_acceptor.get_executor(), serveOne(self, connection), asio::detached);
         }
@@ -66,13 +69,17 @@ public:
 private:
     static asio::awaitable<void> serveOne(std::shared_ptr<Server> self, LabConnection connection)
     {
-        co_await serveAs(self->m_kind, connection);
+        if (self->m_tls)
+            *connection = co_await endTls(std::move(*connection), self->m_tls);
+        if (connection->is_open())
+            co_await serveAs(self->m_kind, connection);
         self->m_connections.erase(connection);
         boost::system::error_code ignored;
         connection->close(ignored);
     }
 
     LabHost::Kind m_kind;
+    std::shared_ptr<asio::ssl::context> m_tls; // of those that speak TLS
     tcp::acceptor m_acceptor;
     asio::steady_timer m_pause;
     std::set<LabConnection> m_connections;
@@ -80,11 +87,13 @@ private:
 
 LabHosts::~LabHosts() = default;
 
-tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, const asio::any_io_executor &executor)
+tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, std::uint16_t port, const asio::any_io_executor &executor)
 {
-    std::shared_ptr<Server> &server = m_servers[kind];
+    constexpr std::uint16_t httpsPort = 443;
+    const bool isSecure = kind == LabHost::Kind::Site && port == httpsPort;
+    std::shared_ptr<Server> &server = m_servers[{kind, isSecure}];
     if (!server) {
-        server = std::make_shared<Server>(kind, executor);
+        server = std::make_shared<Server>(kind, isSecure, executor);
         asio::co_spawn(executor, Server::run(server), asio::detached);
     }
     return server->endpoint();
@@ -92,7 +101,7 @@ tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, const asio::any_io_execut
 
 void LabHosts::stop()
 {
-    for (const auto &[kind, server] : m_servers)
+    for (const auto &[key, server] : m_servers)
         if (server)
             server->stop();
     m_servers.clear();

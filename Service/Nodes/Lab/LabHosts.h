@@ -2,13 +2,15 @@
 #include "Service/Nodes/Lab/LabNetwork.h"
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <cstdint>
 #include <map>
 #include <memory>
+#include <utility>
 
 namespace veranox {
 
-/// Serves the built-in hosts of a simulated tailnet on loopback: a small web site, an echo and a black hole. Each
-/// begins to listen when somebody first asks for it.
+/// Serves the built-in hosts of a simulated tailnet on loopback: a small web site, over TLS at port 443, an echo and a
+/// black hole. Each begins to listen when somebody first asks for it.
 class LabHosts {
 public:
     LabHosts() = default;
@@ -16,15 +18,17 @@ public:
     LabHosts &operator=(const LabHosts &) = delete;
     ~LabHosts();
 
-    /// Where a host of that built-in kind listens. Throws boost::system::system_error when it cannot.
-    boost::asio::ip::tcp::endpoint endpointOf(LabHost::Kind kind, const boost::asio::any_io_executor &executor);
+    /// Where that port of a host of that built-in kind is. Throws boost::system::system_error when it cannot listen.
+    boost::asio::ip::tcp::endpoint endpointOf(
+        LabHost::Kind kind, std::uint16_t port, const boost::asio::any_io_executor &executor);
 
     /// Ends all of them and their connections.
     void stop();
 
 private:
     class Server;
-    std::map<LabHost::Kind, std::shared_ptr<Server>> m_servers;
+    using Key = std::pair<LabHost::Kind, bool>; // the kind, and whether it speaks TLS
+    std::map<Key, std::shared_ptr<Server>> m_servers;
 };
 
 } // namespace veranox

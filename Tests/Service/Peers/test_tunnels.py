@@ -20,6 +20,16 @@ class NativeTunnelPeers(PeerTest):
         self.assertIn("HTTP/1.1 200 OK", page.stdout)
         self.assertIn("<h1>It works</h1>", page.stdout)
 
+    def test_curl_reads_the_built_in_site_over_tls(self):
+        port = free_port()
+        self.start_service(lab(
+            tunnels={"t": {"Profile": "p", "Target": "wiki.tail1.ts.net:443", "Listen": f"127.0.0.1:{port}"}},
+            hosts={"wiki": "site"}))
+        addresses = [f"https://127.0.0.1:{port}/{page}" for page in ("one", "two")]
+        pages = self.run_program("curl", "-sS", "--insecure", *addresses)
+        self.assertEqual(pages.stdout.count("<h1>It works</h1>"), 2, pages.stderr)
+        self.assertNotEqual(self.run_program("curl", "-sS", addresses[0]).returncode, 0, "nobody signed for it")
+
     def test_redis_keeps_what_comes_through(self):
         server, port = free_port(), free_port()
         self.start(["redis-server", "--port", str(server), "--bind", "127.0.0.1", "--save", "", "--dir",

@@ -149,6 +149,25 @@ TEST(SecurePathReport, HostThatSpeaksSomethingElse)
         text(reportOf(server.port()).at("http").at("error")), "The host took the connection but does not speak HTTP.");
 }
 
+TEST(SecurePathReport, BuiltInSiteSpeaksTlsAtItsPort)
+{
+    test::LabBench bench(R"({"version": 1,
+        "tailnets": {"net": {"suffix": ".tail1.ts.net", "hosts": {"wiki": "site"}}},
+        "profiles": {"p": {"tailnet": "net", "config": {"Suffixes": [".tail1.ts.net"]}}}})");
+    bench.pass(1s);
+    const auto report = [&](const std::string &target) {
+        return boost::asio::co_spawn(bench.context(),
+            bench.traffic().pathReport({.target = target, .netcheck = false, .pingCount = 1}), boost::asio::use_future)
+            .get();
+    };
+    const boost::json::object secure = report("https://wiki.tail1.ts.net");
+    EXPECT_EQ(secure.at("http").at("status_code"), 200) << text(secure.at("http").at("error"));
+    EXPECT_THAT(text(secure.at("summary")), HasSubstr("does not trust its certificate: self-signed"));
+    EXPECT_EQ(report("http://wiki.tail1.ts.net").at("http").at("status_code"), 200) << "and plain HTTP elsewhere";
+    EXPECT_EQ(text(report("https://wiki.tail1.ts.net:80").at("http").at("error")),
+        "The host took the connection and closed it during the TLS handshake.");
+}
+
 /// A host that takes connections in plain and does with each what the test says.
 class PlainHost {
 public:

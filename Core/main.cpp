@@ -5,6 +5,7 @@
 #include "Core/VeranoxStore.h"
 #include "Log/VeranoxLogEcho.h"
 #include "Platform/Platform.h"
+#include "Platform/ScreenReader.h"
 #include "Platform/StatusService.h"
 #include <QTextStream>
 
@@ -26,6 +27,7 @@ int printStatus(int &argc, char **argv)
 
 int runApplication(int &argc, char **argv)
 {
+    platform::offerToScreenReaders();
     VeranoxMenuApp application(argc, argv);
     const auto instance = platform::makeSingleInstance();
     switch (instance->acquire()) {

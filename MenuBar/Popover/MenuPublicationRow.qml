@@ -15,7 +15,7 @@ Item {
     objectName: "publication." + row.name
     implicitHeight: Theme.tallRowHeight
     Accessible.role: Accessible.ListItem
-    Accessible.name: `${row.title}, ${row.stateText}, ${row.target}, ${row.address}`
+    Accessible.name: [row.title, row.stateText, row.target, row.address].filter(part => part).join(", ")
 
     Hairline {
         visible: line.index > 0
@@ -86,6 +86,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             text: "Copy the address"
             visible: !line.row.isBlocked && line.row.address.length > 0
+            subject: line.row.title
             justCopied: line.row.justCopied
             onClicked: line.section.copy(line.row.name, line.row.address)
         }

@@ -82,6 +82,7 @@ Item {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             text: "Copy the local endpoint for your client"
+            subject: line.row.title
             justCopied: line.row.justCopied
             onClicked: line.section.copy(line.row.name, line.row.endpoint)
         }

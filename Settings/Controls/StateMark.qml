@@ -13,7 +13,7 @@ Item {
 
     implicitWidth: Theme.iconSize
     implicitHeight: Theme.iconSize
-    Accessible.role: Accessible.Indicator
+    Accessible.role: Accessible.Graphic
     Accessible.name: help
 
     StateDot {

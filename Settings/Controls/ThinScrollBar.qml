@@ -8,6 +8,7 @@ T.ScrollBar {
     padding: Theme.hairlineWidth
     rightPadding: Theme.hairlineWidth * 2
     visible: size < 1
+    Accessible.name: qsTr("Scroll")
     contentItem: Rectangle {
         implicitWidth: Theme.unit + Theme.hairlineWidth
         radius: width / 2

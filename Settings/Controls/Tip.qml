@@ -17,6 +17,7 @@ Item {
         active: tip.wanted && tip.text.length > 0
         sourceComponent: T.ToolTip {
             parent: tip
+            text: tip.text
             visible: true
             delay: Theme.tipDelay
             x: Math.round((tip.width - width) / 2)

@@ -12,6 +12,7 @@ from .desktop import VirtualDesktop
 from .front import CountingFront
 from .paths import FAILURES
 from .programs import PORT, Application, Service
+from .screen_reader import ScreenReader
 from .session import Session
 from .trays import StatusNotifierHost, XEmbedTray
 
@@ -103,6 +104,11 @@ class EndToEndTestCase(unittest.TestCase):
         session = Session(self.desktop)
         self.addCleanup(session.stop)
         return session
+
+    def start_screen_reader(self):
+        reader = ScreenReader(self.desktop, self.folder / "screen-reader.log")
+        self.addCleanup(reader.stop)
+        return reader
 
     def resume_at_end(self, process):
         """A stopped process is no obstacle to the end of the test."""

@@ -78,6 +78,10 @@ class VirtualDesktop:
     def press(self, key):
         self.ask("xdotool", "key", key)
 
+    def clipboard(self):
+        """The text in the clipboard; empty while it holds none."""
+        return self.run("xclip", "-selection", "clipboard", "-out").stdout
+
     def focused_window(self):
         """The id of the window that has the keyboard; 0 while none has."""
         answer = self.run("xdotool", "getwindowfocus", "-f")

@@ -55,6 +55,10 @@ FocusScope {
             topPadding: popover.radius / 2
             bottomPadding: popover.radius / 2
         }
+        FocusReveal {
+            flickable: viewport
+            room: Theme.pageMargin
+        }
 
         MenuView {
             id: menu

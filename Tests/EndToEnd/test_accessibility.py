@@ -156,8 +156,6 @@ class FailedTunnel(Popover):
 
 
 class EveryItem(Popover):
-    lab = "demo"
-
     def assert_all_said(self, window):
         for node in window.showing():
             self.assertIn(node.role, CHANGEABLE | READABLE, node)
@@ -172,6 +170,15 @@ class EveryItem(Popover):
     def test_in_the_panel_before_quitting_has_a_name_and_a_role(self):
         self.reader.act("Press", "push button", "Quit")
         self.assert_all_said(self.reader.await_window("Quit Veranox"))
+
+
+class EveryItemOfTheDemonstration(EveryItem):
+    lab = "demo"
+
+    def test_in_the_panel_before_quitting_has_a_name_and_a_role(self):
+        quit_button = next(node for node in self.reader.application().walk() if node.name == "Quit")
+        self.reader.focus(quit_button)  # brings it to the screen
+        super().test_in_the_panel_before_quitting_has_a_name_and_a_role()
 
 
 class Focus(Popover):
@@ -196,6 +203,18 @@ class Focus(Popover):
         self.reader.await_focus(lambda node: node.name == "Session cache", "the switch")
         self.reader.press(RETURN)
         self.reader.await_node("check box", "Session cache", where=lambda node: node.is_checked)
+
+
+class MoreThanTheScreenHolds(Popover):
+    lab = "demo"
+
+    def test_the_keyboard_brings_what_it_is_on_to_the_screen(self):
+        self.assertIsNone(self.reader.application().find("push button", "Quit"))
+        self.desktop.press("shift+Tab")
+        self.reader.await_focus(lambda node: node.name == "Quit" and "showing" in node.states, "Quit, on the screen")
+        self.reader.press(TAB)
+        self.reader.await_focus(
+            lambda node: node.name == "Refresh Veranox status" and "showing" in node.states, "the top, on the screen")
 
 
 class ScreenReaderThatWasThereFirst(Popover):

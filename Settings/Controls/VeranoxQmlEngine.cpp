@@ -1,5 +1,6 @@
 #include "Settings/Controls/VeranoxQmlEngine.h"
 #include "Platform/Appearance.h"
+#include "Settings/Controls/VeranoxControlAccessible.h"
 #include "Settings/Controls/VeranoxDesktop.h"
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -21,6 +22,7 @@ QQmlEngine &VeranoxQmlEngine::engine()
         return *m_engine;
     static std::once_flag typesAreRegistered; // for the whole process
     std::call_once(typesAreRegistered, qml_register_types_Veranox_Controls);
+    VeranoxControlAccessible::install();
     // Small windows that rarely change: drawn by the processor they take a third of the memory that a graphics context
     // does, and no driver can spoil them.
     if (QQuickWindow::sceneGraphBackend() != "software"_L1)

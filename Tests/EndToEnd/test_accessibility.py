@@ -224,5 +224,24 @@ class ScreenReaderThatWasThereFirst(Popover):
         self.assertIsNotNone(self.reader.await_window("Veranox").find("list", "Tunnels"))
 
 
+class WhileTheServiceIsDown(Popover):
+    def setUp(self):
+        super().setUp()
+        self.service.kill()
+        self.front.stop()
+        self.reader.act("Press", "push button", "Refresh Veranox status")
+
+    def test_it_says_so_and_offers_what_helps(self):
+        self.reader.await_node("label", "Error")
+        alert = self.reader.await_node("alert", "Veranox service stopped")
+        self.assertEqual(alert.description, "The local Veranox service isn't running, so traffic isn't being routed.")
+        self.assertIsNotNone(alert.find("push button", "Restart Veranox"))
+
+    def test_buttons_that_need_it_are_told_to_be_disabled(self):
+        for button in ("Copy PAC", "Web GUI"):
+            self.reader.await_node("push button", button, where=lambda node: not node.is_enabled)
+        self.assertTrue(self.reader.application().find("push button", "Quit").is_enabled)
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -1,4 +1,6 @@
 #include "Tests/Support/QmlStage.h"
+#include <QAccessible>
+#include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
 
@@ -64,4 +66,81 @@ TEST_F(FocusReveal, whatThePointerPressesStaysUnderIt)
     QTest::mouseClick(&window, Qt::LeftButton, {}, {20, 90}); // the fourth, of which a part is seen
     EXPECT_TRUE(find(u"button3"_s)->hasActiveFocus());
     EXPECT_EQ(scrolled(), 0);
+}
+
+namespace {
+
+class ControlAccessible : public QmlStage {
+protected:
+    static QAccessibleInterface &told(QQuickItem *item) { return *QAccessible::queryAccessibleInterface(item); }
+    static QStringList actions(QQuickItem *item) { return told(item).actionInterface()->actionNames(); }
+    static void act(QQuickItem *item, const QString &action) { told(item).actionInterface()->doAction(action); }
+};
+
+const QString press = QAccessibleActionInterface::pressAction();
+const QString toggle = QAccessibleActionInterface::toggleAction();
+const QString setFocus = QAccessibleActionInterface::setFocusAction();
+
+} // namespace
+
+TEST_F(ControlAccessible, aDisabledControlSaysSoAndOffersNothing)
+{
+    auto *button = show("ActionButton { text: 'Copy' }");
+    EXPECT_FALSE(told(button).state().disabled);
+    EXPECT_TRUE(told(button).state().focusable);
+    EXPECT_EQ(actions(button), QStringList({press, setFocus}));
+    button->setEnabled(false);
+    EXPECT_TRUE(told(button).state().disabled);
+    EXPECT_FALSE(told(button).state().focusable);
+    EXPECT_EQ(actions(button), QStringList());
+    QSignalSpy clicks(button, SIGNAL(clicked()));
+    act(button, press);
+    EXPECT_EQ(clicks.size(), 0);
+}
+
+TEST_F(ControlAccessible, aSwitchIsToggledOnceByEitherAction)
+{
+    auto *item = show("ToggleSwitch { text: 'db'; on: true }");
+    EXPECT_EQ(actions(item), QStringList({toggle, press, setFocus}));
+    EXPECT_TRUE(told(item).state().checkable);
+    EXPECT_TRUE(told(item).state().checked);
+    QSignalSpy asked(item, SIGNAL(switched(bool)));
+    act(item, toggle);
+    act(item, press);
+    EXPECT_EQ(asked.size(), 2);
+    item->setProperty("on", false);
+    EXPECT_FALSE(told(item).state().checked);
+}
+
+TEST_F(ControlAccessible, theFocusCanBeGivenAndIsTold)
+{
+    show("Row { ActionButton { objectName: 'one'; text: 'One' } ActionButton { objectName: 'two'; text: 'Two' } }");
+    act(find(u"two"_s), setFocus);
+    EXPECT_TRUE(told(find(u"two"_s)).state().focused);
+    EXPECT_FALSE(told(find(u"one"_s)).state().focused);
+}
+
+TEST_F(ControlAccessible, itTellsWhereItStandsAndWhetherThatIsSeen)
+{
+    auto *page = show(tallPage);
+    const QRect first = told(find(u"button0"_s)).rect();
+    EXPECT_EQ(first.topLeft(), window.mapToGlobal(QPoint(0, 0)));
+    EXPECT_EQ(first.height(), 28);
+    page->setProperty("clip", true);
+    EXPECT_FALSE(told(find(u"button0"_s)).state().offscreen);
+    EXPECT_TRUE(told(find(u"button9"_s)).state().offscreen);
+    find(u"button0"_s)->setVisible(false);
+    EXPECT_TRUE(told(find(u"button0"_s)).state().invisible);
+}
+
+TEST_F(ControlAccessible, parentsAndChildrenKnowEachOther)
+{
+    auto *list = show("Item { Accessible.role: Accessible.List; Accessible.name: 'all'; "
+                      "Item { ActionButton { objectName: 'one'; text: 'One' } } }");
+    auto &button = told(find(u"one"_s));
+    EXPECT_EQ(button.parent(), &told(list));
+    EXPECT_EQ(told(list).indexOfChild(&button), 0);
+    EXPECT_EQ(told(list).child(0), &button);
+    auto *alone = show("ActionButton { text: 'Alone' }");
+    EXPECT_EQ(told(alone).parent(), QAccessible::queryAccessibleInterface(&window));
 }

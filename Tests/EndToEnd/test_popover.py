@@ -1,13 +1,15 @@
 """The popover on the screen: by mouse and by keyboard. The service was started beforehand."""
 import dataclasses
+import socket
 import unittest
 
 from support.case import EndToEndTestCase
 from support.polling import eventually
 from support.process import Process
-from support.programs import POPOVER_WIDTH
+from support.programs import POPOVER_WIDTH, status
 
 MARGIN = 4  # between the popover and what it stands beside
+ORDERS = ("127.0.0.1", 43391)  # where the tunnel "orders" of the lab "rows" listens
 
 
 class Popover(EndToEndTestCase):
@@ -29,13 +31,15 @@ class Popover(EndToEndTestCase):
         self.assertLessEqual(popover.y + popover.height, 800)
 
 
-class InXEmbedTray(Popover):
+class BesideXEmbedTray(Popover):
     def put_up_panel(self):
         self.tray = self.start_xembed_tray()
 
     def await_icon(self):
         self.icon = self.tray.await_icon()
 
+
+class InXEmbedTray(BesideXEmbedTray):
     def test_a_click_opens_it_below_the_icon_and_a_second_closes_it(self):
         self.assertEqual(self.application.popovers(), [])
         self.desktop.click(self.icon.centre)
@@ -77,7 +81,7 @@ class InXEmbedTray(Popover):
         self.assertEqual(self.front.count("POST /api/shutdown"), 1)
 
 
-class UnderCompositingManager(Popover):
+class UnderCompositingManager(BesideXEmbedTray):
     """The shadow is part of the window, and may lie off the screen."""
 
     SHADOW = 24
@@ -86,10 +90,7 @@ class UnderCompositingManager(Popover):
     def put_up_panel(self):
         manager = Process(["xcompmgr"], self.desktop.environment, self.folder / "xcompmgr.log")
         self.addCleanup(manager.kill)
-        self.tray = self.start_xembed_tray()
-
-    def await_icon(self):
-        self.icon = self.tray.await_icon()
+        super().put_up_panel()
 
     def test_the_popover_proper_fits_on_the_screen(self):
         self.desktop.click(self.icon.centre)
@@ -98,6 +99,71 @@ class UnderCompositingManager(Popover):
         self.assert_on_screen(dataclasses.replace(
             window, x=window.x + self.SHADOW, y=window.y + self.SHADOW, width=window.width - 2 * self.SHADOW,
             height=window.height - 2 * self.SHADOW))
+
+
+class ByKeyboard(BesideXEmbedTray):
+    """Behind the icon no mouse is used. Tab comes to: refresh, then for each tunnel copy, retry if it failed, switch."""
+
+    lab = "rows"
+
+    def setUp(self):
+        super().setUp()
+        self.desktop.click(self.icon.centre)
+        self.application.await_popover()
+
+    def tab(self, times):
+        for _ in range(times):
+            self.desktop.press("Tab")
+
+    def await_tunnel(self, state):
+        """Until the application knows the tunnel's state, and so its row can be worked again."""
+        eventually(lambda: ["tunnel", "orders", state] in [line.split()[:3] for line in status(self.desktop)],
+                   f"tunnel orders {state}")
+
+
+class RowsByKeyboard(ByKeyboard):
+    def test_a_tunnel_is_switched_off_and_on(self):
+        self.await_tunnel("listening")
+        self.tab(3)
+        self.desktop.press("space")
+        self.await_tunnel("disabled")
+        self.assertEqual(self.front.count("POST /api/tunnels/orders/stop"), 1)
+        with self.assertRaises(ConnectionRefusedError):
+            socket.create_connection(ORDERS, timeout=5)
+        self.desktop.press("space")
+        self.await_tunnel("listening")
+        self.assertEqual(self.front.count("POST /api/tunnels/orders/start"), 1)
+        socket.create_connection(ORDERS, timeout=5).close()
+
+    def test_an_endpoint_is_copied(self):
+        self.tab(2)
+        self.desktop.press("Return")
+        eventually(lambda: self.desktop.clipboard() == "127.0.0.1:43391", "the endpoint in the clipboard")
+
+    def test_what_is_copied_stays_when_the_popover_is_closed(self):
+        self.tab(2)
+        self.desktop.press("space")
+        self.desktop.press("Escape")
+        self.application.await_no_popover()
+        eventually(lambda: self.desktop.clipboard() == "127.0.0.1:43391", "the endpoint in the clipboard")
+
+
+class FailedRowByKeyboard(ByKeyboard):
+    def put_up_panel(self):
+        self.obstacle = socket.create_server(ORDERS)
+        self.addCleanup(self.obstacle.close)
+        super().put_up_panel()
+
+    def test_it_is_retried_and_the_keyboard_stays_in_its_row(self):
+        self.await_tunnel("error")
+        self.obstacle.close()
+        self.tab(3)
+        self.desktop.press("Return")
+        self.await_tunnel("listening")
+        self.assertEqual(self.front.count("POST /api/tunnels/orders/restart"), 1)
+        self.tab(1)  # the button to retry has gone: what follows is the switch
+        self.desktop.press("space")
+        self.await_tunnel("disabled")
 
 
 class OnPanel(Popover):

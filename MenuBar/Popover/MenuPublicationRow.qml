@@ -15,7 +15,7 @@ Item {
     objectName: "publication." + row.name
     implicitHeight: Theme.tallRowHeight
     Accessible.role: Accessible.ListItem
-    Accessible.name: [row.title, row.stateText, row.target, row.address].filter(part => part).join(", ")
+    Accessible.name: `${row.title}, ${row.stateText}, ${row.target}` + (row.address ? `, ${row.address}` : "")
 
     Hairline {
         visible: line.index > 0

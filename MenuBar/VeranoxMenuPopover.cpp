@@ -15,6 +15,7 @@ namespace {
 enum Surface { blended, plain, ordinary }; // as MenuPopover.qml counts them
 
 constexpr jobs::Clock::Duration sameClick = 300ms; // between a press that takes the focus and its report by the panel
+constexpr jobs::Clock::Duration focusSettles = 100ms; // desktops pass the focus around while windows come and go
 
 } // namespace
 
@@ -23,7 +24,8 @@ VeranoxMenuPopover::VeranoxMenuPopover(
     : m_queue(queue),
       m_store(store),
       m_engine(engine),
-      m_actions(std::move(actions))
+      m_actions(std::move(actions)),
+      m_jobs(queue)
 {
     m_actions.dismissMenu = [this] { close(); };
 }
@@ -79,6 +81,7 @@ void VeranoxMenuPopover::show(const QRect &icon)
 
 void VeranoxMenuPopover::close()
 {
+    m_lostFocusAt.reset();
     if (m_window)
         m_window->hide();
 }
@@ -126,10 +129,18 @@ void VeranoxMenuPopover::handleActivation()
         return;
     if (m_window->isActive()) {
         m_hasBeenActive = true;
+        m_lostFocusAt.reset();
         return;
     }
-    if (!m_hasBeenActive) // the desktop tells late of the time before
+    if (!m_hasBeenActive || m_lostFocusAt) // the desktop tells late of the time before, or tells twice
         return;
     m_lostFocusAt = m_queue.clock().now();
-    close();
+    m_jobs.start(closeUnlessFocusReturns(*m_lostFocusAt));
+}
+
+jobs::Async<> VeranoxMenuPopover::closeUnlessFocusReturns(jobs::Clock::Time lostAt)
+{
+    co_await jobs::sleep(focusSettles);
+    if (m_lostFocusAt == lostAt && isShown())
+        m_window->hide();
 }

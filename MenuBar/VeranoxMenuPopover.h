@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/Jobs/Clock.h"
+#include "Core/Jobs/Jobs.h"
 #include "MenuBar/Popover/VeranoxMenuActions.h"
 #include <QObject>
 #include <QQuickWindow>
@@ -11,10 +11,6 @@ class QScreen;
 class VeranoxMenuView;
 class VeranoxQmlEngine;
 class VeranoxStore;
-
-namespace jobs {
-class MainQueue;
-}
 
 // The window of the popover. It is made when it is first shown and kept. Beside the icon it closes when the focus
 // leaves it; where the desktop lets no window choose its place it is an ordinary window. Main thread only.
@@ -43,6 +39,7 @@ private:
     void fit(); // to its content and the screen
     void place();
     void handleActivation();
+    jobs::Async<> closeUnlessFocusReturns(jobs::Clock::Time lostAt);
     QScreen *screenOf(const QRect &icon) const;
 
     jobs::MainQueue &m_queue;
@@ -56,4 +53,5 @@ private:
     bool m_isOrdinary = false;
     bool m_hasBeenActive = false; // since it was last shown
     std::optional<jobs::Clock::Time> m_lostFocusAt;
+    jobs::JobScope m_jobs;
 };

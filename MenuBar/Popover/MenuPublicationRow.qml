@@ -33,13 +33,14 @@ Item {
         accent: line.row.accent
         stateText: line.row.stateText
         needsPerson: line.row.canRetry
+        roomBeside: address.x + copy.x - x - width - line.gap
     }
     Label {
         anchors.left: title.right
         anchors.leftMargin: line.gap
         anchors.right: address.left
         anchors.rightMargin: line.gap
-        anchors.verticalCenter: parent.verticalCenter
+        y: title.nameCentre - height / 2
         text: line.row.target
         elide: Text.ElideMiddle
         color: Theme.secondary
@@ -59,7 +60,7 @@ Item {
         Label {
             anchors.left: parent.left
             anchors.right: line.row.isBlocked ? parent.right : copy.left
-            height: parent.height
+            y: title.nameCentre - height / 2
             text: line.row.address
             elide: Text.ElideMiddle
             leftPadding: line.row.isBlocked ? Theme.iconSize + Theme.unit : 0

@@ -34,13 +34,14 @@ Item {
         accent: line.row.accent
         stateText: line.row.stateText
         needsPerson: line.row.canRetry
+        roomBeside: endpoint.x + copy.x - x - width - line.gap
     }
     Label {
         anchors.left: title.right
         anchors.leftMargin: line.gap
         anchors.right: mode.left
         anchors.rightMargin: line.gap
-        anchors.verticalCenter: parent.verticalCenter
+        y: title.nameCentre - height / 2
         text: line.row.target
         elide: Text.ElideMiddle
         color: Theme.secondary
@@ -55,7 +56,7 @@ Item {
         id: mode
         anchors.right: endpoint.left
         anchors.rightMargin: line.gap
-        anchors.verticalCenter: parent.verticalCenter
+        y: title.nameCentre - height / 2
         width: line.modeWidth
         text: line.row.mode
         color: Theme.secondary
@@ -70,7 +71,7 @@ Item {
         Label {
             anchors.left: parent.left
             anchors.right: copy.left
-            height: parent.height
+            y: title.nameCentre - height / 2
             text: line.row.endpoint
             elide: Text.ElideMiddle
             font.family: Theme.fixedFamily

@@ -1,7 +1,8 @@
 import QtQuick
 import Veranox.Controls
 
-// The mark of the state, the name with the colour of its profile, and the state in words below.
+// The mark of the state, the name with the colour of its profile, and below it the state in words, which may go on under
+// the columns beside the name.
 Item {
     id: title
     property int mark
@@ -10,6 +11,8 @@ Item {
     property string accent
     property string stateText
     property bool needsPerson: false
+    property real roomBeside: 0
+    readonly property real nameCentre: words.y + name.height / 2
 
     StateMark {
         id: sign
@@ -30,17 +33,19 @@ Item {
         color: Theme.profileColor(title.accent)
     }
     Column {
+        id: words
         anchors.left: bar.right
         anchors.leftMargin: Theme.unit * 2
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         Label {
+            id: name
             width: parent.width
             text: title.text
             font.weight: Font.Medium
         }
         Caption {
-            width: parent.width
+            width: parent.width + title.roomBeside
             text: title.stateText.replace(/\s+/g, " ")
             color: title.needsPerson ? Theme.warningText : Theme.secondary
         }

@@ -89,10 +89,29 @@ TEST_F(Popover, closesWhenTheFocusLeavesItAndKnowsTheClickThatTookIt)
     QQuickWindow other;
     other.show();
     other.requestActivate();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !popover->isShown(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return popover->hasJustLostFocus(); }));
+    world.run(99ms);
+    EXPECT_TRUE(popover->isShown());
+    world.run(1ms);
+    EXPECT_FALSE(popover->isShown());
     EXPECT_TRUE(popover->hasJustLostFocus());
-    world.run(300ms);
+    world.run(200ms);
     EXPECT_FALSE(popover->hasJustLostFocus());
+}
+
+TEST_F(Popover, staysWhenTheFocusComesBackAtOnce)
+{
+    open();
+    QQuickWindow other;
+    other.show();
+    other.requestActivate();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return popover->hasJustLostFocus(); }));
+    world.run(50ms);
+    popover->window()->requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(popover->window()));
+    EXPECT_FALSE(popover->hasJustLostFocus());
+    world.run(1s);
+    EXPECT_TRUE(popover->isShown());
 }
 
 TEST_F(Popover, isWalkedThroughByKeyboardInReadingOrder)

@@ -1,6 +1,7 @@
 #pragma once
 #include <QColor>
 #include <QObject>
+#include <optional>
 
 // How the desktop is dressed. Main thread only.
 class Appearance : public QObject {
@@ -20,6 +21,9 @@ public:
 
     // Whether the person wants nothing to move on the screen that need not.
     virtual bool prefersReducedMotion() const { return false; }
+
+    // The colour that the person chose to mark what is in use with; nothing where the desktop has none.
+    virtual std::optional<QColor> accent() const { return std::nullopt; }
 
     // The colour of text and symbols on the panel.
     QColor panelForeground() const;

@@ -1,7 +1,7 @@
 #include "Platform/Linux/DesktopAppearance.h"
 
+#include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
 
 using namespace Qt::StringLiterals;
@@ -13,6 +13,11 @@ constexpr QLatin1StringView portalPath{"/org/freedesktop/portal/desktop"};
 constexpr QLatin1StringView settingsInterface{"org.freedesktop.portal.Settings"};
 constexpr QLatin1StringView appearanceGroup{"org.freedesktop.appearance"};
 constexpr QLatin1StringView schemeKey{"color-scheme"};
+constexpr QLatin1StringView accentKey{"accent-color"};
+constexpr QLatin1StringView gnomeGroup{"org.gnome.desktop.interface"};
+constexpr QLatin1StringView gnomeMotionKey{"enable-animations"};
+constexpr QLatin1StringView kdeGroup{"org.kde.kdeglobals.KDE"};
+constexpr QLatin1StringView kdeMotionKey{"AnimationDurationFactor"};
 
 // The top bar of GNOME Shell is dark whatever the scheme of the windows.
 bool hasDarkPanel(const QStringList &desktopNames)
@@ -28,6 +33,33 @@ QVariant unwrapped(QVariant value)
     return value;
 }
 
+// Red, green and blue from 0 to 1. Anything else, and above all a number out of that range, is no accent.
+std::optional<QColor> accentFrom(const QVariant &value)
+{
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+        return std::nullopt;
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != "(ddd)"_L1)
+        return std::nullopt;
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+    argument.beginStructure();
+    argument >> red >> green >> blue;
+    argument.endStructure();
+    const auto isPart = [](double part) { return part >= 0 && part <= 1; };
+    if (!isPart(red) || !isPart(green) || !isPart(blue))
+        return std::nullopt;
+    return QColor::fromRgbF(float(red), float(green), float(blue));
+}
+
+// A factor that is written as a text; 0 for no motion.
+bool isZero(const QVariant &value)
+{
+    bool isNumber = false;
+    return value.toString().toDouble(&isNumber) == 0.0 && isNumber;
+}
+
 } // namespace
 
 DesktopAppearance::DesktopAppearance(const QDBusConnection &bus, const QStringList &desktopNames, QObject *parent)
@@ -35,7 +67,7 @@ DesktopAppearance::DesktopAppearance(const QDBusConnection &bus, const QStringLi
       m_bus(bus),
       m_portal(portalService, bus, QDBusServiceWatcher::WatchForRegistration),
       m_panelIsAlwaysDark(hasDarkPanel(desktopNames)),
-      m_wasDark(isDark())
+      m_told(dress())
 {
     connect(&m_palette, &PaletteWatcher::paletteChanged, this, &DesktopAppearance::noteChange);
     connect(&m_portal, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::askPortal);
@@ -57,35 +89,55 @@ bool DesktopAppearance::isPanelDark() const
 void DesktopAppearance::handleSetting(const QDBusMessage &message)
 {
     const QVariantList arguments = message.arguments();
-    if (arguments.value(0) == appearanceGroup && arguments.value(1) == schemeKey)
-        setScheme(arguments.value(2));
+    adopt(arguments.value(0).toString(), arguments.value(1).toString(), unwrapped(arguments.value(2)));
+    noteChange();
 }
 
 void DesktopAppearance::askPortal()
 {
-    auto call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, u"Read"_s);
-    call << QString(appearanceGroup) << QString(schemeKey);
+    auto call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, u"ReadAll"_s);
+    call << QStringList{appearanceGroup, gnomeGroup, kdeGroup};
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {
         finished->deleteLater();
-        const QDBusMessage reply = finished->reply();
-        if (reply.type() == QDBusMessage::ReplyMessage) // else there is no such portal and the palette stands
-            setScheme(reply.arguments().value(0));
+        adopt(finished->reply());
     });
 }
 
-void DesktopAppearance::setScheme(const QVariant &value)
+void DesktopAppearance::adopt(const QDBusMessage &settings)
 {
-    const uint scheme = unwrapped(value).toUInt();
-    const bool isKnown = scheme == uint(Scheme::dark) || scheme == uint(Scheme::light);
-    m_scheme = isKnown ? Scheme(scheme) : Scheme::noPreference;
+    if (settings.type() != QDBusMessage::ReplyMessage || settings.signature() != "a{sa{sv}}"_L1)
+        return; // there is no such portal, and the palette stands
+    const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(settings.arguments().constFirst());
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group)
+        for (auto entry = group->cbegin(); entry != group->cend(); ++entry)
+            adopt(group.key(), entry.key(), unwrapped(entry.value()));
     noteChange();
+}
+
+void DesktopAppearance::adopt(const QString &group, const QString &key, const QVariant &value)
+{
+    if (group == appearanceGroup && key == schemeKey)
+        m_scheme = schemeFrom(value);
+    else if (group == appearanceGroup && key == accentKey)
+        m_accent = accentFrom(value);
+    else if (group == gnomeGroup && key == gnomeMotionKey)
+        m_gnomeRests = value.metaType() == QMetaType::fromType<bool>() && !value.toBool();
+    else if (group == kdeGroup && key == kdeMotionKey)
+        m_kdeRests = isZero(value);
+}
+
+DesktopAppearance::Scheme DesktopAppearance::schemeFrom(const QVariant &value)
+{
+    const uint scheme = value.toUInt();
+    const bool isKnown = scheme == uint(Scheme::dark) || scheme == uint(Scheme::light);
+    return isKnown ? Scheme(scheme) : Scheme::noPreference;
 }
 
 void DesktopAppearance::noteChange()
 {
-    if (isDark() == m_wasDark)
+    if (dress() == m_told)
         return;
-    m_wasDark = isDark();
+    m_told = dress();
     Q_EMIT changed();
 }

@@ -6,8 +6,9 @@
 #include <QDBusServiceWatcher>
 #include <QStringList>
 
-// The appearance of a Linux desktop: the colour scheme that the desktop portal tells, else the palette of the
-// application. A desktop whose panel is dark in either scheme is known by its name.
+// The appearance of a Linux desktop: the colour scheme, the accent and the wish for rest that the desktop portal tells,
+// else the palette of the application, no accent and motion. A desktop whose panel is dark in either scheme is known by
+// its name.
 class DesktopAppearance : public Appearance {
     Q_OBJECT
 
@@ -18,6 +19,8 @@ public:
     bool isDark() const override;
     bool isPanelDark() const override;
     bool colorsTemplateImages() const override { return false; }
+    bool prefersReducedMotion() const override { return m_gnomeRests || m_kdeRests; }
+    std::optional<QColor> accent() const override { return m_accent; }
 
 private Q_SLOTS:
     // A setting has changed: group, key, value. (QtDBus does not connect a slot that takes a variant.)
@@ -27,8 +30,19 @@ private:
     // The values of the portal's "color-scheme".
     enum class Scheme : uint { noPreference = 0, dark = 1, light = 2 };
 
+    // The answers that windows and icon are drawn by.
+    struct Dress {
+        bool isDark = false;
+        bool rests = false;
+        std::optional<QColor> accent;
+        bool operator==(const Dress &) const = default;
+    };
+
     void askPortal();
-    void setScheme(const QVariant &value);
+    static Scheme schemeFrom(const QVariant &value);
+    void adopt(const QDBusMessage &settings);
+    void adopt(const QString &group, const QString &key, const QVariant &value);
+    Dress dress() const { return {isDark(), prefersReducedMotion(), m_accent}; }
     void noteChange();
 
     QDBusConnection m_bus;
@@ -36,5 +50,8 @@ private:
     PaletteWatcher m_palette;
     bool m_panelIsAlwaysDark;
     Scheme m_scheme = Scheme::noPreference;
-    bool m_wasDark = false;
+    std::optional<QColor> m_accent;
+    bool m_gnomeRests = false;
+    bool m_kdeRests = false;
+    Dress m_told;
 };

@@ -9,6 +9,10 @@ QtObject {
     readonly property string family: Desktop.family
     readonly property string fixedFamily: Desktop.fixedFamily
 
+    // What people need to read a text and to see a mark, by the web accessibility guidelines
+    readonly property real textContrast: 4.5
+    readonly property real markContrast: 3
+
     // Surfaces
     readonly property color window: dark ? "#1C1C1E" : "#F5F5F7"
     readonly property color card: dark ? "#2C2C2E" : "#FFFFFF"
@@ -23,15 +27,16 @@ QtObject {
     // Text
     readonly property color text: dark ? "#F5F5F7" : "#1D1D1F"
     readonly property color secondary: dark ? "#A1A1A6" : "#6E6E73"
-    readonly property color accentText: dark ? "#5EB0FF" : "#0064D2"
+    readonly property color accentText: Contrast.reach(Contrast.reach(accent, card, textContrast), window, textContrast)
     readonly property color warningText: dark ? "#FFB340" : "#9A5200"
     readonly property color errorText: dark ? "#FF8078" : "#C4281C"
     readonly property color okText: dark ? "#5FDD7F" : "#1F7A37"
 
     // Fills, and the text on them
-    readonly property color accent: dark ? "#0A84FF" : "#007AFF"
-    readonly property color accentFill: dark ? "#0A6FDB" : "#0068DA"
-    readonly property color accentFillHovered: dark ? "#0C63C0" : "#005CC2"
+    readonly property color accentBase: Desktop.accent.valid ? Desktop.accent : dark ? "#0A84FF" : "#007AFF"
+    readonly property color accent: Contrast.reach(Contrast.reach(accentBase, card, markContrast), window, markContrast)
+    readonly property color accentFill: Contrast.reach(accentBase, fillText, textContrast)
+    readonly property color accentFillHovered: Qt.darker(accentFill, 1.1)
     readonly property color dangerFill: dark ? "#C93B33" : "#D1352B"
     readonly property color dangerFillHovered: dark ? "#B5322B" : "#BA2D24"
     readonly property color fillText: "#FFFFFF"

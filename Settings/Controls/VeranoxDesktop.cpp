@@ -28,6 +28,11 @@ bool VeranoxDesktop::reducedMotion() const
     return m_appearance.prefersReducedMotion();
 }
 
+QColor VeranoxDesktop::accent() const
+{
+    return m_appearance.accent().value_or(QColor());
+}
+
 QString VeranoxDesktop::family() const
 {
     return QGuiApplication::font().family();

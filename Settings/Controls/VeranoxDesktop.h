@@ -1,4 +1,5 @@
 #pragma once
+#include <QColor>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
@@ -13,6 +14,7 @@ class VeranoxDesktop final : public QObject {
     QML_SINGLETON
     Q_PROPERTY(bool dark READ dark NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
+    Q_PROPERTY(QColor accent READ accent NOTIFY changed)
     Q_PROPERTY(QString family READ family CONSTANT)
     Q_PROPERTY(QString fixedFamily READ fixedFamily CONSTANT)
 
@@ -27,6 +29,7 @@ public:
 
     bool dark() const;
     bool reducedMotion() const;
+    QColor accent() const; // invalid where the desktop has none
     QString family() const; // the desktop's font for everything
     QString fixedFamily() const; // the desktop's font with letters of one width
 

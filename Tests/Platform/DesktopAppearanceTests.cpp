@@ -1,7 +1,10 @@
 #include "Platform/Linux/DesktopAppearance.h"
 #include "Tests/Support/Eventually.h"
 #include <QApplication>
+#include <QDBusArgument>
+#include <QDBusMetaType>
 #include <QDBusVariant>
+#include <cmath>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -12,14 +15,44 @@ constexpr uint noPreference = 0;
 constexpr uint prefersDark = 1;
 constexpr uint prefersLight = 2;
 
+using Settings = QMap<QString, QVariantMap>;
+
+struct Rgb {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const Rgb &color)
+{
+    argument.beginStructure();
+    argument << color.red << color.green << color.blue;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, Rgb &color)
+{
+    argument.beginStructure();
+    argument >> color.red >> color.green >> color.blue;
+    argument.endStructure();
+    return argument;
+}
+
 // The settings of a desktop portal.
 class Portal : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
 public:
-    explicit Portal(const QVariant &scheme) : m_scheme(scheme)
+    explicit Portal(const QVariant &scheme)
+        : Portal(Settings{{u"org.freedesktop.appearance"_s, {{u"color-scheme"_s, scheme}}}})
     {
+    }
+    explicit Portal(Settings settings) : m_settings(std::move(settings))
+    {
+        qDBusRegisterMetaType<Settings>();
+        qDBusRegisterMetaType<Rgb>();
         m_bus.registerObject(u"/org/freedesktop/portal/desktop"_s, this,
             QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
         m_bus.registerService(u"org.freedesktop.portal.Desktop"_s);
@@ -34,13 +67,11 @@ public:
     int reads = 0;
 
 public Q_SLOTS:
-    // Portals wrap the value twice.
-    QDBusVariant Read(const QString &group, const QString &key)
+    Settings ReadAll(const QStringList &groups)
     {
         ++reads;
-        EXPECT_EQ(group, u"org.freedesktop.appearance"_s);
-        EXPECT_EQ(key, u"color-scheme"_s);
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(m_scheme)));
+        EXPECT_TRUE(groups.contains(u"org.freedesktop.appearance"_s));
+        return m_settings;
     }
 
 Q_SIGNALS:
@@ -48,7 +79,7 @@ Q_SIGNALS:
 
 private:
     QDBusConnection m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
-    QVariant m_scheme;
+    Settings m_settings;
 };
 
 class DesktopAppearanceTest : public ::testing::Test {
@@ -108,7 +139,7 @@ TEST_F(DesktopAppearanceTest, IgnoresOtherSettingsAndRepeats)
     start();
     ASSERT_TRUE(becomesDark(true));
     portal.change(u"org.gnome.desktop.interface"_s, u"color-scheme"_s, prefersLight);
-    portal.change(u"org.freedesktop.appearance"_s, u"accent-color"_s, prefersLight);
+    portal.change(u"org.freedesktop.appearance"_s, u"contrast"_s, prefersLight);
     portal.change(u"org.freedesktop.appearance"_s, u"color-scheme"_s, prefersDark);
     portal.change(u"org.freedesktop.appearance"_s, u"color-scheme"_s, prefersLight);
     EXPECT_TRUE(becomesDark(false));
@@ -123,6 +154,47 @@ TEST_F(DesktopAppearanceTest, AValueThatMakesNoSenseIsNoPreference)
         ASSERT_TRUE(eventually([&] { return portal.reads >= 1; }));
         QCoreApplication::processEvents();
         EXPECT_EQ(appearance->isDark(), PaletteWatcher::isDark());
+    }
+}
+
+TEST_F(DesktopAppearanceTest, TakesTheAccentOfThePortalAndFollowsIt)
+{
+    Portal portal(
+        Settings{{u"org.freedesktop.appearance"_s, {{u"accent-color"_s, QVariant::fromValue(Rgb{1, 0, 0})}}}});
+    start();
+    EXPECT_TRUE(eventually([&] { return appearance->accent() == QColor(Qt::red).toRgb(); }));
+    portal.change(u"org.freedesktop.appearance"_s, u"accent-color"_s, QVariant::fromValue(Rgb{0, 0, 1}));
+    EXPECT_TRUE(eventually([&] { return appearance->accent() == QColor(Qt::blue).toRgb(); }));
+    for (const QVariant &none : {QVariant::fromValue(Rgb{-1, -1, -1}), QVariant::fromValue(Rgb{0, 0, 1.5}),
+             QVariant(prefersDark), QVariant(u"red"_s), QVariant::fromValue(Rgb{0, std::nan(""), 0})}) {
+        portal.change(u"org.freedesktop.appearance"_s, u"accent-color"_s, QVariant::fromValue(Rgb{0, 0, 1}));
+        EXPECT_TRUE(eventually([&] { return appearance->accent().has_value(); }));
+        portal.change(u"org.freedesktop.appearance"_s, u"accent-color"_s, none);
+        EXPECT_TRUE(eventually([&] { return !appearance->accent(); }));
+    }
+}
+
+TEST_F(DesktopAppearanceTest, RestsWhereGnomeOrKdeAskForIt)
+{
+    struct Case {
+        const char *group;
+        const char *key;
+        QVariant rest;
+        QVariant motion;
+    };
+    const Case cases[] = {
+        {"org.gnome.desktop.interface", "enable-animations", false, true},
+        {"org.gnome.desktop.interface", "enable-animations", false, u"no"_s},
+        {"org.kde.kdeglobals.KDE", "AnimationDurationFactor", u"0"_s, u"0.5"_s},
+        {"org.kde.kdeglobals.KDE", "AnimationDurationFactor", 0.0, u""_s},
+    };
+    for (const auto &[group, key, rest, motion] : cases) {
+        Portal portal(Settings{{QLatin1StringView(group), {{QLatin1StringView(key), rest}}}});
+        start();
+        EXPECT_TRUE(eventually([&] { return appearance->prefersReducedMotion(); })) << group;
+        EXPECT_FALSE(appearance->isDark());
+        portal.change(QLatin1StringView(group), QLatin1StringView(key), motion);
+        EXPECT_TRUE(eventually([&] { return !appearance->prefersReducedMotion(); })) << group;
     }
 }
 

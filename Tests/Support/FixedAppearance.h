@@ -15,6 +15,8 @@ public:
     bool colorsTemplateImages() const override { return m_colorsTemplates; }
     bool prefersReducedMotion() const override { return m_reducedMotion; }
 
+    std::optional<QColor> accent() const override { return m_accent; }
+
     void setDark(bool isDark)
     {
         m_isDark = isDark;
@@ -25,9 +27,15 @@ public:
         m_reducedMotion = on;
         Q_EMIT changed();
     }
+    void setAccent(const std::optional<QColor> &accent)
+    {
+        m_accent = accent;
+        Q_EMIT changed();
+    }
 
 private:
     bool m_isDark;
     bool m_colorsTemplates;
     bool m_reducedMotion = false;
+    std::optional<QColor> m_accent;
 };

@@ -96,6 +96,29 @@ TEST_F(Theme, letsTheKeyboardFocusBeSeen) // non-text: three to one
     }
 }
 
+TEST_F(Theme, takesTheAccentOfTheDesktopAndKeepsItReadable)
+{
+    for (const bool dark : {false, true}) {
+        appearance.setDark(dark);
+        for (const QColor accent : {QColor(0x91, 0x41, 0xAC), QColor(Qt::black), QColor(Qt::white), QColor(Qt::yellow),
+                 QColor(Qt::blue), QColor(0x80, 0x80, 0x80)}) {
+            appearance.setAccent(accent);
+            for (const char *surface : {"window", "card"}) {
+                EXPECT_GE(contrast(color("accent"), color(surface)), 3.0) << surface;
+                EXPECT_GE(contrast(color("accentText"), color(surface)), 4.5) << surface;
+            }
+            EXPECT_GE(contrast(color("fillText"), color("accentFill")), 4.5);
+            EXPECT_GE(contrast(color("fillText"), color("accentFillHovered")), 4.5);
+        }
+    }
+    appearance.setDark(false);
+    appearance.setAccent(QColor(0x91, 0x41, 0xAC)); // dark enough as it is
+    EXPECT_EQ(color("accent"), QColor(0x91, 0x41, 0xAC));
+    EXPECT_EQ(color("accentFill"), QColor(0x91, 0x41, 0xAC));
+    appearance.setAccent(std::nullopt);
+    EXPECT_EQ(color("accent"), QColor(0x00, 0x7A, 0xFF));
+}
+
 TEST_F(Theme, followsTheDesktopLive)
 {
     EXPECT_EQ(color("window"), QColor(0xF5, 0xF5, 0xF7));

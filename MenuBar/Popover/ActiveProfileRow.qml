@@ -31,8 +31,7 @@ Item {
         Rectangle {
             anchors.fill: parent
             radius: Theme.controlRadius
-            color: Theme.profileColor(line.row.accent)
-            opacity: Theme.tintOpacity
+            color: Qt.tint(Theme.card, Qt.alpha(Theme.profileColor(line.row.accent), Theme.tintOpacity)) // no seams
         }
         Symbol {
             anchors.centerIn: parent

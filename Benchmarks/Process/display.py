@@ -5,10 +5,8 @@ import time
 
 from Xlib import X, XK, display
 from Xlib.ext import xtest
-from Xlib.protocol import event
 
 ALL_PLANES = 0xFFFFFFFF
-PING_PAUSE, PING_LIMIT = 0.005, 10  # seconds
 EACH_PAINTING = 0  # DamageReportRawRectangles
 
 
@@ -82,29 +80,6 @@ class HandAndEye:
             if any(painted.meets(area) for painted in self._painted()):
                 looks.append(self.look(area))
         return looks
-
-    def answer_times(self, window, seconds):
-        """Seconds that each ping of a window manager took to come back from the program of the window."""
-        protocols, ping = (self._display.intern_atom(name) for name in ("WM_PROTOCOLS", "_NET_WM_PING"))
-        self._root.change_attributes(event_mask=X.SubstructureNotifyMask)
-        deadline, times = time.monotonic() + seconds, []
-        while (began := time.monotonic()) < deadline:
-            number = len(times) + 1
-            message = event.ClientMessage(window=window, client_type=protocols, data=(32, (ping, number, window, 0, 0)))
-            self._display.create_resource_object("window", window).send_event(message)
-            self._display.flush()
-            while not self._has_come_back(protocols, number):
-                if not select.select([self._display], [], [], PING_LIMIT)[0]:
-                    raise SystemExit(f"the program has not answered for {PING_LIMIT} s")
-            times.append(time.monotonic() - began)
-            time.sleep(PING_PAUSE)
-        self._root.change_attributes(event_mask=X.NoEventMask)
-        return times
-
-    def _has_come_back(self, protocols, number):
-        come = [self._display.next_event() for _ in range(self._display.pending_events())]
-        return any(one.type == X.ClientMessage and one.client_type == protocols and one.data[1][1] == number
-                   for one in come)
 
     def _painted(self):
         come = [self._display.next_event() for _ in range(self._display.pending_events())]

@@ -63,6 +63,25 @@ def proportional_memory_mib(pid):
 
 
 
-def main_thread_ms(pid):
-    """Milliseconds that the main thread was on a processor since it began."""
-    return int(pathlib.Path(f"/proc/{pid}/task/{pid}/schedstat").read_text().split()[0]) / 1e6
+STRETCH_SAMPLE = 0.002  # seconds between two looks at the main thread
+STRETCH_IDLE = 0.1  # of the time between two looks: a thread that used less has waited for something
+
+
+def measure_main_thread(pid, seconds):
+    """The share of a processor, in per cent, that the main thread takes, and the longest time in ms that it had a
+    processor without waiting for something in between: so long nothing else gets its turn."""
+    schedule = pathlib.Path(f"/proc/{pid}/task/{pid}/schedstat")
+
+    def used():
+        return int(schedule.read_text().split()[0])
+
+    first, began, longest, stretch = used(), time.monotonic(), 0, 0
+    before, looked = first, began
+    while looked < began + seconds:
+        time.sleep(STRETCH_SAMPLE)
+        now, time_now = used(), time.monotonic()
+        is_busy = now - before > STRETCH_IDLE * (time_now - looked) * 1e9
+        stretch = stretch + now - before if is_busy else 0
+        longest = max(longest, stretch)
+        before, looked = now, time_now
+    return (before - first) / (looked - began) / 1e7, longest / 1e6

@@ -55,12 +55,19 @@ def measure_idle(process, seconds):
     return Idle(sum(wakeups for wakeups, _ in by_thread.values()), sum(ms for _, ms in by_thread.values()), by_thread)
 
 
+def _memory_mib(pid, key):
+    rollup = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text()
+    return int(re.search(rf"^{key}:\s+(\d+) kB", rollup, re.MULTILINE)[1]) / 1024
+
+
 def proportional_memory_mib(pid):
     """Memory of the process, shared pages divided among those that share them."""
-    rollup = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text()
-    return int(re.search(r"^Pss:\s+(\d+) kB", rollup, re.MULTILINE)[1]) / 1024
+    return _memory_mib(pid, "Pss")
 
 
+def own_memory_mib(pid):
+    """What the process has written itself: it does not change with those that come and go and share its libraries."""
+    return _memory_mib(pid, "Private_Dirty")
 
 
 STRETCH_SAMPLE = 0.002  # seconds between two looks at the main thread

@@ -1,7 +1,11 @@
 """The popover on the screen: by mouse and by keyboard. The service was started beforehand."""
 import dataclasses
+import os
+import pathlib
 import socket
+import tempfile
 import unittest
+import urllib.request
 
 from support.case import EndToEndTestCase
 from support.polling import eventually
@@ -164,6 +168,32 @@ class FailedRowByKeyboard(ByKeyboard):
         self.tab(1)  # the button to retry has gone: what follows is the switch
         self.desktop.press("space")
         self.await_tunnel("disabled")
+
+
+class WebPage(BesideXEmbedTray):
+    """The desktop's opener is one that writes down what it is asked for."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.asked = pathlib.Path(folder.name) / "asked"
+        opener = pathlib.Path(folder.name) / "xdg-open"
+        opener.write_text(f'#!/bin/sh\necho "$@" >> {self.asked}\n')
+        opener.chmod(0o755)
+        self.environment = {"PATH": f"{folder.name}:{os.environ['PATH']}"}
+        super().setUp()
+
+    def test_it_is_opened_in_the_browser_and_is_there(self):
+        self.desktop.click(self.icon.centre)
+        self.application.await_popover()
+        for _ in range(2):  # from the top backwards: quit, the page
+            self.desktop.press("shift+Tab")
+        self.desktop.press("Return")
+        eventually(self.asked.exists, "the desktop asked to open a page")
+        address = self.asked.read_text().strip()
+        self.assertEqual(address, "http://127.0.0.1:43200")
+        with urllib.request.urlopen(address, timeout=5) as page:
+            self.assertIn("<h1>Veranox</h1>", page.read().decode())
 
 
 class OnPanel(Popover):

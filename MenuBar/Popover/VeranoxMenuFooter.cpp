@@ -42,12 +42,12 @@ jobs::Async<> VeranoxMenuFooter::showCopied()
     Q_EMIT changed();
 }
 
-void VeranoxMenuFooter::openWebGUI()
+void VeranoxMenuFooter::openWebGUI() const
 {
     m_actions.openAddress(QUrl(u"http://127.0.0.1:43200"_s));
 }
 
-void VeranoxMenuFooter::requestQuit()
+void VeranoxMenuFooter::requestQuit() const
 {
     m_actions.requestQuit();
 }

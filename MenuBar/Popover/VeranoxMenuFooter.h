@@ -26,9 +26,9 @@ public:
     Q_INVOKABLE void copyPAC();
 
     // The service's own page, in the person's browser.
-    Q_INVOKABLE void openWebGUI();
+    Q_INVOKABLE void openWebGUI() const;
 
-    Q_INVOKABLE void requestQuit();
+    Q_INVOKABLE void requestQuit() const;
 
 Q_SIGNALS:
     void changed();

@@ -31,7 +31,7 @@ bool VeranoxMenuView::hasProfiles() const
     return !m_store.profiles().isEmpty();
 }
 
-void VeranoxMenuView::dismiss()
+void VeranoxMenuView::dismiss() const
 {
     m_actions.dismissMenu();
 }

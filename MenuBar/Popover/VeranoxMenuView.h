@@ -42,7 +42,7 @@ public:
     bool hasProfiles() const;
 
     // The popover closes.
-    Q_INVOKABLE void dismiss();
+    Q_INVOKABLE void dismiss() const;
 
 Q_SIGNALS:
     void changed();

@@ -36,5 +36,5 @@ bool platform::canPlaceWindows()
 bool platform::blendsWindows()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 && x11->connection() && hasCompositingManager(x11->connection());
+    return x11 != nullptr && x11->connection() != nullptr && hasCompositingManager(x11->connection());
 }

@@ -8,7 +8,7 @@ namespace {
 
 struct Glyph {
     QLatin1StringView symbol;
-    char32_t codePoint;
+    char32_t codePoint = 0;
 };
 
 constexpr Glyph glyphs[] = {

@@ -1,14 +1,12 @@
 // The passwords of tunnels in a real keyring.
 #include "Platform/Linux/Secrets/SecretServiceTunnelSecrets.h"
+#include "Tests/Support/BusMonitor.h"
+#include "Tests/Support/Keyring.h"
 #include "Tests/Support/QtPrinters.h"
 #include "Tests/Support/RealWorld.h"
 #include <QCoreApplication>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDeadlineTimer>
-#include <QProcess>
-#include <QThread>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -26,88 +24,6 @@ jobs::Async<bool> ended(jobs::Async<> operation)
     co_await std::move(operation);
     co_return true;
 }
-
-// A person's keyring with an empty master password.
-class Keyring {
-public:
-    ~Keyring() { stop(); }
-
-    bool start()
-    {
-        m_daemon.start(u"gnome-keyring-daemon"_s,
-            {u"--unlock"_s, u"--components=secrets"_s, u"--foreground"_s,
-                u"--control-directory="_s + qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/keyring"_s});
-        m_daemon.write("\n");
-        m_daemon.closeWriteChannel();
-        return m_daemon.waitForStarted() && m_daemon.waitForBytesWritten();
-    }
-
-    void stop()
-    {
-        m_daemon.terminate();
-        m_daemon.waitForFinished();
-    }
-
-    // Another daemon in place of one that dies at once. Nothing else of this program runs meanwhile, so whatever it
-    // knows of the old one is out of date.
-    bool replace()
-    {
-        m_daemon.kill();
-        m_daemon.waitForFinished();
-        if (!start())
-            return false;
-        const QDeadlineTimer patience(std::chrono::seconds(30));
-        while (!isThere() && !patience.hasExpired())
-            QThread::yieldCurrentThread();
-        return isThere();
-    }
-
-    static bool isThere()
-    {
-        return QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.freedesktop.secrets"_s);
-    }
-
-    static void lock()
-    {
-        QDBusMessage call = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
-            u"org.freedesktop.Secret.Service"_s, u"Lock"_s);
-        call << QVariant::fromValue(
-            QList<QDBusObjectPath>{QDBusObjectPath(u"/org/freedesktop/secrets/collection/login"_s)});
-        EXPECT_EQ(QDBusConnection::sessionBus().call(call).type(), QDBusMessage::ReplyMessage);
-    }
-
-private:
-    QProcess m_daemon;
-};
-
-// Counts the calls of one method on the bus.
-class BusMonitor {
-public:
-    explicit BusMonitor(const QString &method)
-    {
-        m_monitor.start(u"dbus-monitor"_s, {u"--session"_s, u"type='method_call',member='%1'"_s.arg(method)});
-    }
-    ~BusMonitor()
-    {
-        m_monitor.terminate();
-        m_monitor.waitForFinished();
-    }
-
-    bool isListening() { return m_monitor.waitForReadyRead() && m_monitor.readAll().contains("NameAcquired"); }
-
-    qsizetype calls(const QByteArray &method) { return output().count("member=" + method); }
-    bool hasSeen(const QByteArray &text) { return output().contains(text); }
-
-private:
-    const QByteArray &output()
-    {
-        m_output += m_monitor.readAll();
-        return m_output;
-    }
-
-    QProcess m_monitor;
-    QByteArray m_output;
-};
 
 } // namespace
 

@@ -14,19 +14,7 @@ from support import PeerTest, answers, eventually, free_port, lab
 
 SECRET = "correct horse battery staple"
 
-PASSWORD_SERVER = """
-import asyncio, asyncssh, sys
-class Server(asyncssh.SSHServer):
-    def begin_auth(self, username): return True
-    def password_auth_supported(self): return True
-    def validate_password(self, username, password): return password == sys.argv[2]
-    def connection_requested(self, *peer): return True
-async def main():
-    key = asyncssh.generate_private_key("ssh-ed25519")
-    await asyncssh.listen("127.0.0.1", int(sys.argv[1]), server_factory=Server, server_host_keys=[key])
-    await asyncio.Event().wait()
-asyncio.run(main())
-"""
+PASSWORD_SERVER = str(Path(__file__).resolve().with_name("password_server.py"))
 
 
 class SshPeers(PeerTest):
@@ -152,7 +140,8 @@ KbdInteractiveAuthentication no
         self.start_sshd(account=account)
 
     def start_password_server(self):
-        self.start([sys.executable, "-W", "ignore", "-c", PASSWORD_SERVER, str(self.bastion), SECRET])
+        command = [sys.executable, "-W", "ignore", PASSWORD_SERVER, str(self.bastion), SECRET]
+        self.start(command, stdout=subprocess.DEVNULL)
         self.assertTrue(eventually(lambda: answers(self.bastion)))
 
     def test_password(self):

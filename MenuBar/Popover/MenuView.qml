@@ -55,21 +55,20 @@ Item {
             width: parent.width
             section: menu.view.tunnels
         }
+        FailureLine {
+            objectName: "tunnelFailure"
+            width: parent.width
+            text: menu.view.tunnelFailure
+        }
         ActivePublicationsView {
             visible: menu.view.publications.visible
             width: parent.width
             section: menu.view.publications
         }
-        Label {
-            objectName: "failure"
-            visible: text.length > 0
+        FailureLine {
+            objectName: "publicationFailure"
             width: parent.width
-            text: menu.view.failure
-            color: Theme.errorText
-            font.pixelSize: Theme.secondarySize
-            wrapMode: Text.Wrap
-            Accessible.role: Accessible.AlertMessage
-            Accessible.name: text
+            text: menu.view.publicationFailure
         }
         MenuFooter {
             width: parent.width

@@ -33,6 +33,7 @@ public:
     QString attentionSummary() const { return m_overview.attentionSummary().value_or(QString()); }
     QAbstractItemModel *rows() { return &m_rows; } // empty while compact
     VeranoxMenuRowActions &actions() { return m_actions; }
+    const VeranoxMenuRowActions &actions() const { return m_actions; }
 
     Q_INVOKABLE void setEnabled(const QString &name, bool enabled) { m_actions.setEnabled(name, enabled); }
     Q_INVOKABLE void retry(const QString &name) { m_actions.retry(name); }

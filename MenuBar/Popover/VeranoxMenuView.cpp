@@ -47,14 +47,21 @@ void VeranoxMenuView::showProfiles()
 
 void VeranoxMenuView::follow(VeranoxMenuRowActions &actions)
 {
-    connect(&actions, &VeranoxMenuRowActions::started, this, [this] { setFailure({}); });
-    connect(&actions, &VeranoxMenuRowActions::finished, this, &VeranoxMenuView::setFailure);
+    connect(&actions, &VeranoxMenuRowActions::started, this, [this, &actions] { setFailure(actions, {}); });
+    connect(&actions, &VeranoxMenuRowActions::finished, this,
+        [this, &actions](const QString &failure) { setFailure(actions, failure); });
 }
 
-void VeranoxMenuView::setFailure(const QString &failure)
+void VeranoxMenuView::setFailure(const VeranoxMenuRowActions &actions, const QString &failure)
 {
-    if (failure == m_failure)
+    if (failure == m_failure && (failure.isEmpty() || &actions == m_failed))
         return;
     m_failure = failure;
+    m_failed = &actions;
     Q_EMIT changed();
+}
+
+QString VeranoxMenuView::failureOf(const VeranoxMenuRowActions &actions) const
+{
+    return &actions == m_failed ? m_failure : QString();
 }

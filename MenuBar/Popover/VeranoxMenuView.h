@@ -22,7 +22,8 @@ class VeranoxMenuView final : public QObject {
     Q_PROPERTY(QAbstractItemModel *profiles READ profiles CONSTANT)
     Q_PROPERTY(VeranoxActiveTunnelsView *tunnels READ tunnels CONSTANT)
     Q_PROPERTY(VeranoxActivePublicationsView *publications READ publications CONSTANT)
-    Q_PROPERTY(QString failure READ failure NOTIFY changed)
+    Q_PROPERTY(QString tunnelFailure READ tunnelFailure NOTIFY changed)
+    Q_PROPERTY(QString publicationFailure READ publicationFailure NOTIFY changed)
     Q_PROPERTY(bool hasProfiles READ hasProfiles NOTIFY changed)
 
 public:
@@ -38,7 +39,9 @@ public:
     QAbstractItemModel *profiles() { return &m_profiles; } // work profiles first
     VeranoxActiveTunnelsView *tunnels() { return &m_tunnels; }
     VeranoxActivePublicationsView *publications() { return &m_publications; }
-    QString failure() const { return m_failure; } // of what a person did last in a row; until they do something else
+    // Of what a person did last in a row, of whichever kind; until they do something else.
+    QString tunnelFailure() const { return failureOf(m_tunnels.actions()); }
+    QString publicationFailure() const { return failureOf(m_publications.actions()); }
     bool hasProfiles() const;
 
     // The popover closes.
@@ -50,7 +53,8 @@ Q_SIGNALS:
 private:
     void showProfiles();
     void follow(VeranoxMenuRowActions &actions);
-    void setFailure(const QString &failure);
+    void setFailure(const VeranoxMenuRowActions &actions, const QString &failure);
+    QString failureOf(const VeranoxMenuRowActions &actions) const;
 
     VeranoxStore &m_store;
     VeranoxMenuActions m_actions;
@@ -62,4 +66,5 @@ private:
     VeranoxActivePublicationsView m_publications;
     KeyedListModel<VeranoxActiveProfileRow> m_profiles;
     QString m_failure;
+    const VeranoxMenuRowActions *m_failed = nullptr;
 };

@@ -104,13 +104,20 @@ jobs::Async<QString> goOn()
     co_return QString();
 }
 
+jobs::Async<QString> fail()
+{
+    co_return u"Tunnel render queue: The profile studio is not running, so the tunnel cannot be started."_s;
+}
+
 const VeranoxRowOperations operations{
     .setEnabled = [](const QString &, bool) { return goOn(); }, .restart = [](const QString &) { return goOn(); }};
+const VeranoxRowOperations failing{
+    .setEnabled = [](const QString &, bool) { return fail(); }, .restart = [](const QString &) { return fail(); }};
 
 // A store as it stands after one refresh.
 class World {
 public:
-    World()
+    explicit World(const VeranoxRowOperations &rows = operations)
     {
         auto client = std::make_unique<FakeAPIClient>(world.queue);
         service = client.get();
@@ -126,8 +133,8 @@ public:
                 .requestQuit = [] { },
                 .copyText = [](const QString &) { },
                 .openAddress = [](const QUrl &) { },
-                .tunnels = operations,
-                .publications = operations});
+                .tunnels = rows,
+                .publications = rows});
     }
 
     void refresh()
@@ -183,6 +190,15 @@ void drawPopover(Gallery &gallery)
         stage.service->tunnels.answer(many);
         stage.refresh();
         draw(gallery, u"many-tunnels"_s, stage);
+    }
+    {
+        World stage(failing);
+        stage.service->tunnels.answer(fewTunnels());
+        stage.service->publications.answer(fewPublications());
+        stage.refresh();
+        stage.view->tunnels()->retry(u"render queue"_s);
+        stage.world.run();
+        draw(gallery, u"failed-action"_s, stage);
     }
     {
         World stage;

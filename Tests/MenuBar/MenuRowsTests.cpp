@@ -217,13 +217,14 @@ TEST_F(MenuRows, showAtOnceThatTheyAreAtItAndThenTheFailureUntilTheNextAction)
     world.run(1s);
     EXPECT_EQ(calls, 1);
     EXPECT_FALSE(tunnelRow().isSwitching);
-    EXPECT_EQ(view->failure(), u"Tunnel a: refused"_s);
+    EXPECT_EQ(view->tunnelFailure(), u"Tunnel a: refused"_s);
+    EXPECT_EQ(view->publicationFailure(), QString());
     view->tunnels()->retry(u"a"_s);
     EXPECT_TRUE(tunnelRow().isRetrying);
-    EXPECT_EQ(view->failure(), QString());
+    EXPECT_EQ(view->tunnelFailure(), QString());
     world.run(1s);
-    EXPECT_EQ(view->failure(), u"Tunnel a: busy"_s);
+    EXPECT_EQ(view->tunnelFailure(), u"Tunnel a: busy"_s);
     view->tunnels()->setEnabled(u"a"_s, true);
     world.run(1s);
-    EXPECT_EQ(view->failure(), QString());
+    EXPECT_EQ(view->tunnelFailure(), QString());
 }

@@ -5,6 +5,9 @@ import Veranox.Popover
 Card {
     objectName: "emptyProfiles"
     implicitHeight: words.implicitHeight + Theme.pageMargin * 2
+    Accessible.role: Accessible.StaticText
+    Accessible.name: title.text
+    Accessible.description: advice.text
 
     Column {
         id: words
@@ -18,6 +21,7 @@ Card {
             color: Theme.secondary
         }
         Label {
+            id: title
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: "Create your first profile"
@@ -25,6 +29,7 @@ Card {
             font.weight: Font.DemiBold
         }
         Label {
+            id: advice
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: "Add a tailnet, choose its suffix, then Veranox will route matching hostnames through that profile."

@@ -83,6 +83,8 @@ FocusScope {
             Label {
                 objectName: "progress"
                 text: "Stopping Veranox..."
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
                 color: Theme.secondary
             }
         }

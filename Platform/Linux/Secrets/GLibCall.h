@@ -28,17 +28,23 @@ private:
 };
 
 // One asynchronous call of GLib that a job waits for: give cancellable(), finished and callData() to the call, then
-// await its result. The end or the cancellation of the job cancels the call. Main thread only; GLib answers through the
-// main thread's event loop.
+// await its result. The cancellation of the job cancels the call and throws Cancelled at once, since some calls never
+// answer: the callee may have left the bus for good. Main thread only; GLib answers through the main thread's event
+// loop.
 class GLibCall {
 public:
     using Result = GLibObject<GAsyncResult>;
+
+    class Cancelled : public std::exception {
+    public:
+        const char *what() const noexcept override { return "nobody waits for this call any more"; }
+    };
 
     explicit GLibCall(jobs::MainQueue &queue)
         : m_cancellable(adopted(g_cancellable_new())),
           m_completion(queue),
           m_answer(m_completion.resolver()),
-          m_cancelled(m_answer.stopToken(), Cancel{m_cancellable})
+          m_cancelled(m_answer.stopToken(), Cancel{m_cancellable, m_answer})
     {
     }
     GLibCall(const GLibCall &) = delete;
@@ -62,7 +68,12 @@ public:
 private:
     struct Cancel {
         GLibObject<GCancellable> cancellable;
-        void operator()() const { g_cancellable_cancel(cancellable.get()); }
+        jobs::Resolver<Result> answer;
+        void operator()() const
+        {
+            answer.fail(std::make_exception_ptr(Cancelled()));
+            g_cancellable_cancel(cancellable.get());
+        }
     };
 
     GLibObject<GCancellable> m_cancellable;

@@ -62,6 +62,13 @@ void SecretServiceFailure::tellThemApart()
     g_dbus_error_register_error(domain, code, "org.freedesktop.Secret.Error.NoSession");
 }
 
+SecretServiceFailure SecretServiceFailure::unanswered()
+{
+    SecretServiceFailure failure;
+    failure.problem = u"The keyring gave no answer, so Veranox went on without it. Unlock it and try again."_s;
+    return failure;
+}
+
 SecretServiceFailure::SecretServiceFailure(const GError &error)
     : problem(sentenceOf(error)),
       isStale(isOutOfDate(error))

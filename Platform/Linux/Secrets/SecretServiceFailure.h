@@ -11,8 +11,14 @@ struct SecretServiceFailure {
 
     explicit SecretServiceFailure(const GError &error);
 
+    // It was waited for long enough.
+    static SecretServiceFailure unanswered();
+
     // Has GLib keep apart what otherwise reads as an unknown error. Before the first call; harmless when repeated.
     static void tellThemApart();
+
+private:
+    SecretServiceFailure() = default;
 };
 
 template <class T> using SecretServiceResult = std::expected<T, SecretServiceFailure>;

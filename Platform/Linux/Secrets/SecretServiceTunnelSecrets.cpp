@@ -102,15 +102,26 @@ jobs::Async<> SecretServiceTunnelSecrets::deletePassword(QString tunnelName)
     co_await withPatience(attempt(&Self::clear, tunnelName));
 }
 
+template <class T, class... Arguments>
+jobs::Async<SecretServiceResult<T>> SecretServiceTunnelSecrets::attemptOnce(
+    Operation<T, Arguments...> operation, Arguments... arguments)
+{
+    try {
+        co_return co_await (this->*operation)(arguments...);
+    } catch (const GLibCall::Cancelled &) {
+        co_return std::unexpected(SecretServiceFailure::unanswered());
+    }
+}
+
 // The operation, and once more on a new connection if the keyring is another one than it was.
 template <class T, class... Arguments>
 jobs::Async<SecretServiceResult<T>> SecretServiceTunnelSecrets::attempt(
     Operation<T, Arguments...> operation, Arguments... arguments)
 {
-    auto result = co_await (this->*operation)(arguments...);
+    auto result = co_await attemptOnce(operation, arguments...);
     if (!result && result.error().isStale) {
         secret_service_disconnect();
-        result = co_await (this->*operation)(arguments...);
+        result = co_await attemptOnce(operation, arguments...);
     }
     m_problem = result ? QString() : result.error().problem;
     co_return result;

@@ -36,6 +36,8 @@ private:
 
     template <class T, class... Arguments>
     jobs::Async<SecretServiceResult<T>> attempt(Operation<T, Arguments...> operation, Arguments... arguments);
+    template <class T, class... Arguments>
+    jobs::Async<SecretServiceResult<T>> attemptOnce(Operation<T, Arguments...> operation, Arguments... arguments);
     jobs::Async<SecretServiceResult<Service>> connection();
     jobs::Async<SecretServiceResult<Found>> find(QString tunnelName);
     jobs::Async<SecretServiceResult<bool>> unlock(Found found);

@@ -24,10 +24,10 @@ HtmlLiteral markOpening(Tone tone)
 /// What the row is about: its name for people, with the name in the configuration below where that differs.
 Html titleCell(const std::string &displayName, const std::string &name)
 {
-    Html html("<th scope=\"row\"><span class=\"title\">");
+    Html html(R"(<th scope="row"><span class="title">)");
     html.text(displayName.empty() ? name : displayName).add("</span>");
     if (!displayName.empty() && displayName != name)
-        html.add("<span class=\"name\">").text(name).add("</span>");
+        html.add(R"(<span class="name">)").text(name).add("</span>");
     return html.add("</th>");
 }
 
@@ -36,7 +36,7 @@ Html stateCell(const StateWords &state)
     Html html("<td>");
     html.add(stateMark(state));
     if (!state.detail.empty())
-        html.add("<span class=\"detail\">").text(state.detail).add("</span>");
+        html.add(R"(<span class="detail">)").text(state.detail).add("</span>");
     return html.add("</td>");
 }
 

@@ -117,6 +117,7 @@ void VeranoxStatusItemController::showPopover(std::optional<QPoint> where)
 
 void VeranoxStatusItemController::showContextMenu(std::optional<QPoint> where)
 {
+    m_popover.close(); // one thing at the icon at a time, also where the desktop leaves the focus with it
     m_menu.popup(menuPosition(where));
 }
 

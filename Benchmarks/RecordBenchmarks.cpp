@@ -1,6 +1,6 @@
-#include "API/Json/Json.h"
-#include "Publications/VeranoxPublication.h"
-#include "Tunnels/VeranoxTunnel.h"
+#include "API/Records/VeranoxPublication.h"
+#include "API/Records/VeranoxTunnel.h"
+#include "Base/Json/Json.h"
 #include <QJsonDocument>
 #include <benchmark/benchmark.h>
 #include <map>

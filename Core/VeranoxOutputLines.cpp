@@ -1,5 +1,5 @@
 #include "Core/VeranoxOutputLines.h"
-#include "Core/Process/Utf8.h"
+#include "Base/Process/Utf8.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "Core/VeranoxRuntimeClient.h"
-#include "Core/Process/ChildProcess.h"
-#include "Core/Process/Utf8.h"
+#include "Base/Process/ChildProcess.h"
+#include "Base/Process/Utf8.h"
 #include "Core/VeranoxOutputLines.h"
 #include "Core/VeranoxRuntimeEnvironment.h"
 #include <csignal>

@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/VeranoxDiagnosticSession.h"
+#include "API/Client/VeranoxDiagnosticSession.h"
 #include "Core/VeranoxRuntimeClientProtocol.h"
 #include "Core/VeranoxStaleServices.h"
 #include <memory>

@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/Jobs/Jobs.h"
+#include "Base/Jobs/Jobs.h"
 #include "Core/VeranoxCommand.h"
 #include <cstdint>
 #include <functional>

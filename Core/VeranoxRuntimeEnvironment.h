@@ -1,6 +1,6 @@
 #pragma once
-#include "Core/Process/ProcessEnvironment.h"
-#include "Core/VeranoxDiagnosticSession.h"
+#include "API/Client/VeranoxDiagnosticSession.h"
+#include "Base/Process/ProcessEnvironment.h"
 
 // What the service gets to see: this application's environment, with
 //   PATH                  led by the folders of package managers, unless it already names the first of them

@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/Process/ToolRunner.h"
+#include "Base/Process/ToolRunner.h"
 #include <QList>
 
 // Services that an earlier run of this application has left behind. Main thread only, from within a job.

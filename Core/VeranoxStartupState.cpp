@@ -1,5 +1,5 @@
 #include "Core/VeranoxStartupState.h"
-#include "Core/VeranoxRecordClass.h"
+#include "API/Values/VeranoxRecordClass.h"
 #include <algorithm>
 
 using namespace Qt::StringLiterals;

@@ -1,7 +1,7 @@
 #pragma once
-#include "Core/ServiceState.h"
-#include "Publications/VeranoxPublication.h"
-#include "Tunnels/VeranoxTunnel.h"
+#include "API/Records/VeranoxPublication.h"
+#include "API/Records/VeranoxTunnel.h"
+#include "API/Values/ServiceState.h"
 #include <QList>
 
 struct VeranoxProfile;

@@ -1,5 +1,5 @@
 // What follows from the store's state without being state of its own.
-#include "Core/VeranoxRecordClass.h"
+#include "API/Values/VeranoxRecordClass.h"
 #include "Core/VeranoxStore.h"
 
 using namespace Qt::StringLiterals;

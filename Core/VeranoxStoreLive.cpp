@@ -1,5 +1,5 @@
 // The store of the running application, with everything real.
-#include "API/VeranoxAPIClient.h"
+#include "API/Client/VeranoxAPIClient.h"
 #include "Core/VeranoxCLIResolver.h"
 #include "Core/VeranoxRuntimeClient.h"
 #include "Core/VeranoxStore.h"

@@ -1,5 +1,5 @@
 // The two ends of the store: an orderly quit, and the last word when there is no time for one.
-#include "API/VeranoxFailure.h"
+#include "Base/Failures/VeranoxFailure.h"
 #include "Core/VeranoxStore.h"
 
 using namespace Qt::StringLiterals;

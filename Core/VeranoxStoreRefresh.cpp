@@ -1,6 +1,6 @@
 // One refresh, and the schedule on which it is repeated.
-#include "API/VeranoxFailure.h"
-#include "API/VeranoxOutcome.h"
+#include "Base/Failures/VeranoxFailure.h"
+#include "Base/Failures/VeranoxOutcome.h"
 #include "Core/VeranoxStore.h"
 
 using namespace Qt::StringLiterals;

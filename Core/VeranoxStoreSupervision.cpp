@@ -1,6 +1,6 @@
 // The life of the local service as the store directs it: attach to the one that answers or start our own, wait for it,
 // bring it back after a crash, restart it on request.
-#include "API/VeranoxFailure.h"
+#include "Base/Failures/VeranoxFailure.h"
 #include "Core/VeranoxStore.h"
 
 using namespace Qt::StringLiterals;

@@ -1,5 +1,5 @@
 #pragma once
-#include "API/VeranoxError.h"
+#include "Base/Failures/VeranoxError.h"
 
 // A failure of the log's file or folder: what could not be done, with which path, and the system's reason.
 class VeranoxRuntimeLogFileError final : public VeranoxError {

@@ -1,5 +1,5 @@
 // The activity log of the store: from a text to entries, and from entries to the file.
-#include "API/VeranoxFailure.h"
+#include "Base/Failures/VeranoxFailure.h"
 #include "Core/VeranoxStore.h"
 #include "Log/VeranoxRuntimeLogLine.h"
 #include "Log/VeranoxRuntimeLogMetadataParser.h"

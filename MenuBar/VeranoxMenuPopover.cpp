@@ -1,8 +1,8 @@
 #include "MenuBar/VeranoxMenuPopover.h"
+#include "Controls/VeranoxQmlEngine.h"
 #include "MenuBar/Popover/VeranoxMenuView.h"
 #include "MenuBar/PopoverPlacement.h"
 #include "Platform/WindowPlacing.h"
-#include "Settings/Controls/VeranoxQmlEngine.h"
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QScreen>

@@ -1,7 +1,7 @@
 #include "MenuBar/VeranoxQuitConfirmationPresenter.h"
+#include "Controls/VeranoxQmlEngine.h"
 #include "MenuBar/Popover/VeranoxQuitConfirmation.h"
 #include "Platform/WindowPlacing.h"
-#include "Settings/Controls/VeranoxQmlEngine.h"
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>

@@ -1,7 +1,7 @@
 #pragma once
-#include "Core/Jobs/Jobs.h"
+#include "Base/Jobs/Jobs.h"
 #include "Core/MenuBarIcon.h"
-#include "MenuBar/VeranoxMenuBarImage.h"
+#include "MenuBar/Mark/VeranoxMenuBarImage.h"
 #include "MenuBar/VeranoxMenuPopover.h"
 #include <QColor>
 #include <QMenu>

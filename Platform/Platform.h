@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/Jobs/MainQueue.h"
+#include "Base/Jobs/MainQueue.h"
 #include "Platform/Appearance.h"
 #include "Platform/SingleInstance.h"
 #include "Platform/StatusItem.h"

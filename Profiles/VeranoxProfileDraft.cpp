@@ -1,5 +1,5 @@
 #include "Profiles/VeranoxProfileDraft.h"
-#include "Profiles/VeranoxProfileAppearance.h"
+#include "API/Values/VeranoxProfileAppearance.h"
 #include <algorithm>
 
 using namespace Qt::StringLiterals;

@@ -1,6 +1,6 @@
 #pragma once
-#include "API/VeranoxEditableConfig.h"
-#include "Profiles/VeranoxDraftError.h"
+#include "API/Records/VeranoxEditableConfig.h"
+#include "API/Values/VeranoxDraftError.h"
 #include <QMetaType>
 #include <QUuid>
 #include <optional>

@@ -1,5 +1,5 @@
 #pragma once
-#include "API/VeranoxEditableConfig.h"
+#include "API/Records/VeranoxEditableConfig.h"
 #include <optional>
 
 // The number for a new profile's suggested name: one more than there are profiles, or the next whose name is free.

@@ -1,5 +1,5 @@
 #pragma once
-#include "API/VeranoxProfile.h"
+#include "API/Records/VeranoxProfile.h"
 #include <QList>
 
 // The order in which people see their profiles, everywhere: work profiles first (the name or the title has "work" in

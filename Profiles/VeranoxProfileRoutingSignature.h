@@ -1,5 +1,5 @@
 #pragma once
-#include "API/VeranoxEditableProfile.h"
+#include "API/Records/VeranoxEditableProfile.h"
 
 // What of a profile the running router has built in: it must restart when this changes, and only then.
 struct VeranoxProfileRoutingSignature {

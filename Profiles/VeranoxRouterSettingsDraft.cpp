@@ -1,5 +1,5 @@
 #include "Profiles/VeranoxRouterSettingsDraft.h"
-#include "Profiles/VeranoxLoopback.h"
+#include "API/Values/VeranoxLoopback.h"
 #include <QSet>
 #include <algorithm>
 

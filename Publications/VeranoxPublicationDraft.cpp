@@ -1,6 +1,6 @@
 #include "Publications/VeranoxPublicationDraft.h"
+#include "API/Values/VeranoxLoopback.h"
 #include "Profiles/VeranoxDraftText.h"
-#include "Profiles/VeranoxLoopback.h"
 #include "Profiles/VeranoxProfileDraft.h"
 #include <algorithm>
 

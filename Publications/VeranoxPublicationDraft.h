@@ -1,8 +1,8 @@
 #pragma once
-#include "API/VeranoxProfile.h"
-#include "Profiles/VeranoxDraftError.h"
-#include "Publications/VeranoxEditablePublication.h"
-#include "Publications/VeranoxPublication.h"
+#include "API/Records/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxProfile.h"
+#include "API/Records/VeranoxPublication.h"
+#include "API/Values/VeranoxDraftError.h"
 #include "Publications/VeranoxPublicationReach.h"
 #include <QUuid>
 #include <optional>

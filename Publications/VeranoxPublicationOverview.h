@@ -1,5 +1,5 @@
 #pragma once
-#include "Publications/VeranoxPublication.h"
+#include "API/Records/VeranoxPublication.h"
 #include <QList>
 #include <optional>
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Publications/VeranoxPublication.h"
+#include "API/Records/VeranoxPublication.h"
 #include <optional>
 
 // The wish to see how a publication can be made reachable.

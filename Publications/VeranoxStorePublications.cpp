@@ -1,6 +1,6 @@
 // What a person does with publications.
-#include "API/VeranoxFailure.h"
-#include "API/VeranoxOutcome.h"
+#include "Base/Failures/VeranoxFailure.h"
+#include "Base/Failures/VeranoxOutcome.h"
 #include "Core/VeranoxStore.h"
 #include "Profiles/VeranoxGroupedByProfile.h"
 #include "Publications/VeranoxPublicationErrorMessage.h"

@@ -1,8 +1,8 @@
 #pragma once
-#include "API/VeranoxProfile.h"
-#include "Core/ServiceState.h"
-#include "Publications/VeranoxPublication.h"
-#include "Tunnels/VeranoxTunnel.h"
+#include "API/Records/VeranoxProfile.h"
+#include "API/Records/VeranoxPublication.h"
+#include "API/Records/VeranoxTunnel.h"
+#include "API/Values/ServiceState.h"
 #include <QList>
 
 // What failure notifications are decided from: two of these, one after the other.

@@ -1,6 +1,6 @@
 // What a person does with tunnels, and where their passwords go.
-#include "API/VeranoxFailure.h"
-#include "API/VeranoxOutcome.h"
+#include "Base/Failures/VeranoxFailure.h"
+#include "Base/Failures/VeranoxOutcome.h"
 #include "Core/VeranoxStore.h"
 #include "Profiles/VeranoxGroupedByProfile.h"
 #include "Tunnels/VeranoxTunnelErrorMessage.h"

@@ -1,6 +1,6 @@
 #include "Tunnels/VeranoxTunnelDraft.h"
+#include "API/Values/VeranoxLoopback.h"
 #include "Profiles/VeranoxDraftText.h"
-#include "Profiles/VeranoxLoopback.h"
 #include "Profiles/VeranoxProfileDraft.h"
 #include <algorithm>
 

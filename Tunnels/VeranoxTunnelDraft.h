@@ -1,7 +1,7 @@
 #pragma once
-#include "Profiles/VeranoxDraftError.h"
-#include "Tunnels/VeranoxEditableTunnel.h"
-#include "Tunnels/VeranoxTunnel.h"
+#include "API/Records/VeranoxEditableTunnel.h"
+#include "API/Records/VeranoxTunnel.h"
+#include "API/Values/VeranoxDraftError.h"
 #include "Tunnels/VeranoxTunnelSSHAuth.h"
 #include <QUuid>
 #include <optional>

@@ -1,5 +1,5 @@
 #include "Tunnels/VeranoxTunnelErrorMessage.h"
-#include "API/VeranoxServerErrorTable.h"
+#include "API/Client/VeranoxServerErrorTable.h"
 #include <array>
 
 using namespace Qt::StringLiterals;

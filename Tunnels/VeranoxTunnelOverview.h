@@ -1,5 +1,5 @@
 #pragma once
-#include "Tunnels/VeranoxTunnel.h"
+#include "API/Records/VeranoxTunnel.h"
 #include <QList>
 #include <optional>
 

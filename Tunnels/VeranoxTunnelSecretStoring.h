@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/Jobs/Async.h"
+#include "Base/Jobs/Async.h"
 #include <QString>
 #include <optional>
 

@@ -32,6 +32,9 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND NOT APPLE)
   add_compile_options(SHELL:-Xclang\ -fno-pch-timestamp)
 endif()
 
+# Everywhere, since a precompiled header and its readers must agree, and some packages ask for it.
+add_compile_options(-pthread)
+
 # Warnings of our own code: link this, never the bare flags.
 add_library(veranox_warnings INTERFACE)
 target_compile_options(veranox_warnings INTERFACE

@@ -1,5 +1,5 @@
 #pragma once
-#include "API/VeranoxProfile.h"
+#include "API/Records/VeranoxProfile.h"
 #include <QMetaType>
 #include <QtQml/qqmlregistration.h>
 

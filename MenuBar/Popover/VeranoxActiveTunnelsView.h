@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/KeyedListModel.h"
+#include "Base/Models/KeyedListModel.h"
 #include "MenuBar/Popover/VeranoxMenuRowActions.h"
 #include "MenuBar/Popover/VeranoxMenuTunnelRow.h"
 #include "Tunnels/VeranoxTunnelOverview.h"

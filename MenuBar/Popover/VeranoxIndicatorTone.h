@@ -1,6 +1,6 @@
 #pragma once
-#include "Publications/VeranoxRuntimeStateIndicator.h"
-#include "Settings/Controls/VeranoxTone.h"
+#include "API/Values/VeranoxRuntimeStateIndicator.h"
+#include "Controls/VeranoxTone.h"
 
 // The tone that draws a colour of the indicator.
 inline VeranoxTone::Tone toneOf(VeranoxRuntimeStateIndicator::Color color)

@@ -1,5 +1,5 @@
 #include "MenuBar/Popover/VeranoxLogo.h"
-#include "MenuBar/VeranoxMenuBarMark.h"
+#include "MenuBar/Mark/VeranoxMenuBarMark.h"
 #include <QPainter>
 #include <QQuickWindow>
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Settings/Controls/VeranoxTone.h"
+#include "Controls/VeranoxTone.h"
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/Jobs/Jobs.h"
+#include "Base/Jobs/Jobs.h"
 #include "MenuBar/Popover/VeranoxMenuTunnelRow.h"
 #include <QHash>
 #include <QObject>

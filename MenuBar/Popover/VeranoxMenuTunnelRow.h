@@ -1,5 +1,5 @@
 #pragma once
-#include "Publications/VeranoxRuntimeStateIndicator.h"
+#include "API/Values/VeranoxRuntimeStateIndicator.h"
 #include <QMetaType>
 #include <QtQml/qqmlregistration.h>
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/KeyedListModel.h"
+#include "Base/Models/KeyedListModel.h"
 #include "MenuBar/Popover/VeranoxActiveProfileRow.h"
 #include "MenuBar/Popover/VeranoxActivePublicationsView.h"
 #include "MenuBar/Popover/VeranoxActiveTunnelsView.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "API/VeranoxProfile.h"
+#include "API/Records/VeranoxProfile.h"
 #include <QHash>
 #include <QList>
 

@@ -1,4 +1,4 @@
-#include "API/Json/Json.h"
+#include "Base/Json/Json.h"
 #include "Tests/API/ApiClientTest.h"
 
 using namespace std::chrono_literals;

@@ -1,6 +1,6 @@
-#include "API/Json/Json.h"
-#include "API/VeranoxEditableConfig.h"
-#include "Profiles/VeranoxProfileAppearance.h"
+#include "API/Records/VeranoxEditableConfig.h"
+#include "API/Values/VeranoxProfileAppearance.h"
+#include "Base/Json/Json.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
-#include "API/VeranoxEditableConfig.h"
-#include "API/VeranoxProfile.h"
+#include "API/Records/VeranoxEditableConfig.h"
+#include "API/Records/VeranoxProfile.h"
+#include "API/Records/VeranoxTunnel.h"
 #include "Tests/Support/RecordChecks.h"
-#include "Tunnels/VeranoxTunnel.h"
 #include <limits>
 
 using namespace Qt::StringLiterals;

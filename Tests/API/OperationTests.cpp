@@ -1,11 +1,11 @@
 // Every operation of the control API: what it sends, what it makes of the answer, and what it does to the kept
 // configuration.
-#include "API/VeranoxFeedback.h"
-#include "API/VeranoxPathReport.h"
-#include "API/VeranoxProfileAction.h"
-#include "Publications/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxEditableTunnel.h"
+#include "API/Records/VeranoxFeedback.h"
+#include "API/Records/VeranoxPathReport.h"
+#include "API/Records/VeranoxProfileAction.h"
 #include "Tests/API/ApiClientTest.h"
-#include "Tunnels/VeranoxEditableTunnel.h"
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;

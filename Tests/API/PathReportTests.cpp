@@ -1,4 +1,4 @@
-#include "API/VeranoxPathReport.h"
+#include "API/Records/VeranoxPathReport.h"
 #include "Tests/Support/RecordChecks.h"
 
 using namespace Qt::StringLiterals;

@@ -1,4 +1,4 @@
-#include "API/VeranoxProfileAction.h"
+#include "API/Records/VeranoxProfileAction.h"
 #include "Tests/Support/RecordChecks.h"
 #include <QMetaProperty>
 

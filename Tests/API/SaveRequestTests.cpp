@@ -1,9 +1,9 @@
 // The records that the application sends when it saves.
-#include "API/VeranoxFeedback.h"
-#include "API/VeranoxSaveConfigResponse.h"
-#include "Publications/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxEditableTunnel.h"
+#include "API/Records/VeranoxFeedback.h"
+#include "API/Records/VeranoxSaveConfigResponse.h"
 #include "Tests/Support/RecordChecks.h"
-#include "Tunnels/VeranoxEditableTunnel.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
-#include "API/VeranoxAPIErrorBody.h"
-#include "API/VeranoxEnvironment.h"
-#include "API/VeranoxShutdownResponse.h"
+#include "API/Client/VeranoxAPIErrorBody.h"
+#include "API/Records/VeranoxEnvironment.h"
+#include "API/Records/VeranoxShutdownResponse.h"
 #include "Tests/Support/RecordChecks.h"
 
 using namespace Qt::StringLiterals;

@@ -1,4 +1,4 @@
-#include "API/VeranoxURLEncoding.h"
+#include "API/Client/VeranoxURLEncoding.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QUrl>
 #include <gtest/gtest.h>

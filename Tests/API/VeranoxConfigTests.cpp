@@ -1,4 +1,4 @@
-#include "API/VeranoxConfig.h"
+#include "API/Records/VeranoxConfig.h"
 #include "Tests/Support/RecordChecks.h"
 
 using namespace Qt::StringLiterals;

@@ -1,5 +1,5 @@
-#include "API/VeranoxConfig.h"
-#include "API/VeranoxEditableConfig.h"
+#include "API/Records/VeranoxConfig.h"
+#include "API/Records/VeranoxEditableConfig.h"
 #include "Tests/Support/RecordChecks.h"
 
 using namespace Qt::StringLiterals;

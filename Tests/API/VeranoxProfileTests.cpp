@@ -1,4 +1,4 @@
-#include "API/VeranoxProfile.h"
+#include "API/Records/VeranoxProfile.h"
 #include "Tests/Support/RecordChecks.h"
 #include <QMetaProperty>
 

@@ -1,4 +1,4 @@
-#include "Core/CommandLine.h"
+#include "Core/Entry/CommandLine.h"
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;

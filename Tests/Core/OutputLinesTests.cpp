@@ -1,4 +1,4 @@
-#include "Core/Process/Utf8.h"
+#include "Base/Process/Utf8.h"
 #include "Core/VeranoxOutputLines.h"
 #include "Tests/Support/QtPrinters.h"
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "Core/VeranoxLaunchError.h"
+#include "Base/Process/VeranoxLaunchError.h"
 #include "Tests/Core/RuntimeClientWorld.h"
 #include <QScopeGuard>
 #include <QTemporaryDir>

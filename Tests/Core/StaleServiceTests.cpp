@@ -1,5 +1,5 @@
 // What an earlier run left behind is cleared away, and nothing else is touched.
-#include "Core/Process/ChildProcess.h"
+#include "Base/Process/ChildProcess.h"
 #include "Tests/Core/RuntimeClientWorld.h"
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "Core/VeranoxRecordClass.h"
+#include "API/Values/VeranoxRecordClass.h"
 #include "Core/VeranoxStartupState.h"
 #include "Tests/Support/QtPrinters.h"
 #include <gtest/gtest.h>

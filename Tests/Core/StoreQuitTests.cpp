@@ -1,4 +1,4 @@
-#include "API/VeranoxAPIError.h"
+#include "API/Client/VeranoxAPIError.h"
 #include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;

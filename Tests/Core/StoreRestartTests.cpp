@@ -1,5 +1,5 @@
-#include "API/VeranoxAPIError.h"
-#include "API/VeranoxCancellation.h"
+#include "API/Client/VeranoxAPIError.h"
+#include "Base/Failures/VeranoxCancellation.h"
 #include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;

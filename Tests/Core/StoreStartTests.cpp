@@ -1,6 +1,6 @@
 // How the store gets to a service that answers.
-#include "API/VeranoxCancellation.h"
-#include "Core/VeranoxLaunchError.h"
+#include "Base/Failures/VeranoxCancellation.h"
+#include "Base/Process/VeranoxLaunchError.h"
 #include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;

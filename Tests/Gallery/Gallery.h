@@ -1,5 +1,5 @@
 #pragma once
-#include "Settings/Controls/VeranoxQmlEngine.h"
+#include "Controls/VeranoxQmlEngine.h"
 #include "Tests/Support/FixedAppearance.h"
 #include <QQuickItem>
 #include <QQuickWindow>

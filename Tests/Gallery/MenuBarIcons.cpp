@@ -1,6 +1,6 @@
 // Draws a contact sheet of the menu bar icon into the PNG file that the first argument names: every state on a light
 // and a dark panel, at 100 %, 150 % and 200 % scale, enlarged eightfold, with the true size beside it.
-#include "MenuBar/VeranoxMenuBarImage.h"
+#include "MenuBar/Mark/VeranoxMenuBarImage.h"
 #include "Tests/Support/FixedAppearance.h"
 #include <QGuiApplication>
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "API/VeranoxAPIClientError.h"
+#include "API/Client/VeranoxAPIClientError.h"
 #include "Core/VeranoxStore.h"
 #include "MenuBar/Popover/VeranoxMenuView.h"
 #include "MenuBar/Popover/VeranoxQuitConfirmation.h"

@@ -1,6 +1,6 @@
 // Puts a status item up and writes one line for each thing that happens to it, to try a panel by hand. Lines on
 // standard input change it: the name of an icon state, "menu", "geometry" or "quit".
-#include "MenuBar/VeranoxMenuBarImage.h"
+#include "MenuBar/Mark/VeranoxMenuBarImage.h"
 #include "Platform/Platform.h"
 #include <QApplication>
 #include <QMenu>

@@ -1,6 +1,6 @@
 // A log file in a folder of its own, in virtual time.
 #pragma once
-#include "API/VeranoxError.h"
+#include "Base/Failures/VeranoxError.h"
 #include "Log/VeranoxRuntimeLogFile.h"
 #include "Tests/Support/QtPrinters.h"
 #include "Tests/Support/VirtualTime.h"

@@ -1,4 +1,4 @@
-#include "Core/KeyedListModel.h"
+#include "Base/Models/KeyedListModel.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QAbstractItemModelTester>
 #include <QPersistentModelIndex>

@@ -1,4 +1,4 @@
-#include "MenuBar/VeranoxMenuBarMark.h"
+#include "MenuBar/Mark/VeranoxMenuBarMark.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "MenuBar/VeranoxMenuBarImage.h"
+#include "MenuBar/Mark/VeranoxMenuBarImage.h"
 
-#include "MenuBar/VeranoxMenuBarMark.h"
+#include "MenuBar/Mark/VeranoxMenuBarMark.h"
 #include "Tests/Support/FixedAppearance.h"
 #include <QImage>
 #include <QPainter>

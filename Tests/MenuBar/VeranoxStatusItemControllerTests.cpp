@@ -1,7 +1,7 @@
+#include "Controls/VeranoxQmlEngine.h"
 #include "MenuBar/VeranoxStatusItemController.h"
 #include "Platform/Appearance.h"
 #include "Platform/StatusItem.h"
-#include "Settings/Controls/VeranoxQmlEngine.h"
 #include "Tests/Support/StoreWorld.h"
 #include <QApplication>
 #include <QMenu>

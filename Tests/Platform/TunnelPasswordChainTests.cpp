@@ -1,6 +1,6 @@
 // The way of an SSH password from a person to the bastion: the real store, client, keyring, service, ssh and SSH
 // server. Each part has its own tests; these hold that they fit together.
-#include "API/VeranoxAPIClient.h"
+#include "API/Client/VeranoxAPIClient.h"
 #include "Core/VeranoxStore.h"
 #include "Platform/Linux/Secrets/SecretServiceTunnelSecrets.h"
 #include "Tests/Service/Support/ServiceProcess.h"

@@ -1,4 +1,4 @@
-#include "Profiles/VeranoxLoopback.h"
+#include "API/Values/VeranoxLoopback.h"
 #include "Tests/Support/QtPrinters.h"
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "Profiles/VeranoxProfileAppearance.h"
+#include "API/Values/VeranoxProfileAppearance.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QSet>
 #include <gmock/gmock.h>

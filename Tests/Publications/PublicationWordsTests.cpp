@@ -1,4 +1,4 @@
-#include "Publications/VeranoxPublication.h"
+#include "API/Records/VeranoxPublication.h"
 #include "Tests/Support/QtPrinters.h"
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
+#include "API/Values/VeranoxRuntimeStateIndicator.h"
 #include "Publications/VeranoxReachabilityRequest.h"
-#include "Publications/VeranoxRuntimeStateIndicator.h"
 #include "Tests/Support/QtPrinters.h"
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // Changes and refreshes that overlap in every order: a list that is older than what stands there never replaces it.
-#include "API/VeranoxAPIError.h"
+#include "API/Client/VeranoxAPIError.h"
 #include "Tests/Support/StoreWorld.h"
 #include <random>
 

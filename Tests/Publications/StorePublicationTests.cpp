@@ -1,6 +1,6 @@
 // What the store does with publications and the service.
-#include "API/VeranoxAPIError.h"
-#include "API/VeranoxDecodingError.h"
+#include "API/Client/VeranoxAPIError.h"
+#include "Base/Json/VeranoxDecodingError.h"
 #include "Tests/Support/JobResult.h"
 #include "Tests/Support/StoreWorld.h"
 

@@ -1,15 +1,15 @@
 // A service that answers as the test says. Each operation is scripted by itself: it answers at once, fails, or is held
 // until the test lets it go.
 #pragma once
-#include "API/Json/Json.h"
-#include "API/VeranoxAPIClientProtocol.h"
-#include "API/VeranoxCancellation.h"
-#include "API/VeranoxFeedback.h"
-#include "API/VeranoxPathReport.h"
-#include "API/VeranoxProfileAction.h"
-#include "Core/Jobs/Jobs.h"
-#include "Publications/VeranoxEditablePublication.h"
-#include "Tunnels/VeranoxEditableTunnel.h"
+#include "API/Client/VeranoxAPIClientProtocol.h"
+#include "API/Records/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxEditableTunnel.h"
+#include "API/Records/VeranoxFeedback.h"
+#include "API/Records/VeranoxPathReport.h"
+#include "API/Records/VeranoxProfileAction.h"
+#include "Base/Failures/VeranoxCancellation.h"
+#include "Base/Jobs/Jobs.h"
+#include "Base/Json/Json.h"
 #include <expected>
 #include <functional>
 

@@ -1,6 +1,6 @@
 // A keyring in memory that remembers what was asked of it.
 #pragma once
-#include "Core/Jobs/Jobs.h"
+#include "Base/Jobs/Jobs.h"
 #include "Tunnels/VeranoxTunnelSecretStoring.h"
 #include <QMap>
 #include <QStringList>

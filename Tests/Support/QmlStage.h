@@ -1,6 +1,6 @@
 // A window off screen in which QML is tried; every warning of Qt's fails the test.
 #pragma once
-#include "Settings/Controls/VeranoxQmlEngine.h"
+#include "Controls/VeranoxQmlEngine.h"
 #include "Tests/Support/FixedAppearance.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QGuiApplication>

@@ -1,8 +1,8 @@
 // Real time and a real event loop, for tests whose other side is a process or a socket. What is a rule about time
 // belongs into virtual time; here time only bounds the patience of the test.
 #pragma once
-#include "Core/Jobs/Jobs.h"
-#include "Core/Jobs/SystemClock.h"
+#include "Base/Jobs/Jobs.h"
+#include "Base/Jobs/SystemClock.h"
 #include <QEventLoop>
 #include <QTimer>
 

@@ -1,6 +1,6 @@
 #pragma once
-#include "API/Json/Json.h"
-#include "API/VeranoxDecodingError.h"
+#include "Base/Json/Json.h"
+#include "Base/Json/VeranoxDecodingError.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QJsonArray>
 #include <QJsonDocument>

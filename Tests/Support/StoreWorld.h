@@ -1,6 +1,6 @@
 // A store over a scripted service, in virtual time.
 #pragma once
-#include "API/VeranoxAPIClientError.h"
+#include "API/Client/VeranoxAPIClientError.h"
 #include "Core/VeranoxStore.h"
 #include "Tests/Support/FakeAPIClient.h"
 #include "Tests/Support/FakeRuntimeClient.h"

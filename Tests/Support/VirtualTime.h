@@ -6,7 +6,7 @@
 //   world.run(65s);                    // a millisecond of real time
 //   EXPECT_EQ(world.seconds(), 65);
 #pragma once
-#include "Core/Jobs/Jobs.h"
+#include "Base/Jobs/Jobs.h"
 #include <algorithm>
 #include <atomic>
 #include <cstdint>

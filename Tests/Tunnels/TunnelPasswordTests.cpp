@@ -1,5 +1,5 @@
 // Where the passwords of SSH tunnels go.
-#include "API/VeranoxAPIError.h"
+#include "API/Client/VeranoxAPIError.h"
 #include "Tests/Support/JobResult.h"
 #include "Tests/Support/StoreWorld.h"
 #include "Tunnels/VeranoxNoTunnelSecrets.h"

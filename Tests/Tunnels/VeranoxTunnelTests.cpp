@@ -1,5 +1,5 @@
+#include "API/Records/VeranoxTunnel.h"
 #include "Tests/Support/RecordChecks.h"
-#include "Tunnels/VeranoxTunnel.h"
 
 using namespace Qt::StringLiterals;
 

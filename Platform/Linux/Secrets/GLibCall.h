@@ -1,7 +1,7 @@
 #pragma once
 #include <gio/gio.h>
 // GLib comes before Qt, whose keywords would be its names.
-#include "Core/Jobs/Completion.h"
+#include "Base/Jobs/Completion.h"
 #include <memory>
 
 // Owners of what GLib counts references of, and of its errors.

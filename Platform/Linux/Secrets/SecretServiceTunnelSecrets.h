@@ -1,5 +1,5 @@
 #pragma once
-#include "Core/Jobs/Jobs.h"
+#include "Base/Jobs/Jobs.h"
 #include "Platform/Linux/Secrets/SecretServiceFailure.h"
 #include "Tunnels/VeranoxTunnelSecretStoring.h"
 #include <memory>

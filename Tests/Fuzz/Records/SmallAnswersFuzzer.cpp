@@ -1,5 +1,5 @@
-#include "API/VeranoxFeedback.h"
-#include "API/VeranoxSaveConfigResponse.h"
+#include "API/Records/VeranoxFeedback.h"
+#include "API/Records/VeranoxSaveConfigResponse.h"
 #include "Tests/Fuzz/Records/RecordFuzzer.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

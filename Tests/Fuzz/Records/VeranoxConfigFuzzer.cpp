@@ -1,5 +1,5 @@
-#include "API/VeranoxConfig.h"
-#include "Profiles/VeranoxLoopback.h"
+#include "API/Records/VeranoxConfig.h"
+#include "API/Values/VeranoxLoopback.h"
 #include "Tests/Fuzz/Records/RecordFuzzer.h"
 
 // Whatever the service sends, the PAC address is one on loopback in its normal form.

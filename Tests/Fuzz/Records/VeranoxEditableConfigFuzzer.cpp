@@ -1,4 +1,4 @@
-#include "API/VeranoxEditableConfig.h"
+#include "API/Records/VeranoxEditableConfig.h"
 #include "Tests/Fuzz/Records/RecordFuzzer.h"
 
 // Whatever can be read is written so that it reads the same.

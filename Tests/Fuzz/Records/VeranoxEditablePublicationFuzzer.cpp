@@ -1,4 +1,4 @@
-#include "Publications/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxEditablePublication.h"
 #include "Tests/Fuzz/Records/RecordFuzzer.h"
 
 // Whatever can be read is written so that it reads the same.

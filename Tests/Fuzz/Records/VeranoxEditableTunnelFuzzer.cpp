@@ -1,5 +1,5 @@
+#include "API/Records/VeranoxEditableTunnel.h"
 #include "Tests/Fuzz/Records/RecordFuzzer.h"
-#include "Tunnels/VeranoxEditableTunnel.h"
 
 // Whatever can be read is written so that it reads the same.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

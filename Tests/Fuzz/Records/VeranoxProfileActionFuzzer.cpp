@@ -1,4 +1,4 @@
-#include "API/VeranoxProfileAction.h"
+#include "API/Records/VeranoxProfileAction.h"
 #include "Tests/Fuzz/Records/RecordFuzzer.h"
 
 // Whatever address is found in an answer, it is one that may be opened.

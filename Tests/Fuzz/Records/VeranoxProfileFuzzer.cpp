@@ -1,4 +1,4 @@
-#include "API/VeranoxProfile.h"
+#include "API/Records/VeranoxProfile.h"
 #include "Tests/Fuzz/Records/RecordFuzzer.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

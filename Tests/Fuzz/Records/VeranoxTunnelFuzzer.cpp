@@ -1,5 +1,5 @@
+#include "API/Records/VeranoxTunnel.h"
 #include "Tests/Fuzz/Records/RecordFuzzer.h"
-#include "Tunnels/VeranoxTunnel.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,0 +1,93 @@
+#pragma once
+#include "API/Client/VeranoxAPIClientProtocol.h"
+#include "API/Client/VeranoxConfigInvalidation.h"
+#include "API/Client/VeranoxControlToken.h"
+#include "API/Client/VeranoxDiagnosticSession.h"
+#include "API/Client/VeranoxLoopbackTransport.h"
+#include <QUrl>
+#include <exception>
+
+// What the client tells of the program and the machine beside a user's feedback.
+struct VeranoxClientIdentity {
+    QString appVersion;
+    QString os; // name and version, such as "macOS 14.5.0"
+};
+
+// The local service over its loopback control API. Its state belongs to the main thread; waiting for the network,
+// reading the token and decoding happen in the transport's thread. Lives longer than the jobs that call it.
+class VeranoxAPIClient final : public VeranoxAPIClientProtocol {
+public:
+    static constexpr auto requestTimeout = std::chrono::seconds(12); // from sending to the last byte, each attempt
+    static constexpr auto healthTimeout = std::chrono::seconds(2); // likewise, for healthCheck()
+
+    VeranoxAPIClient(jobs::MainQueue &queue, const QUrl &baseURL, VeranoxDiagnosticSession diagnostics,
+        VeranoxClientIdentity identity, QString controlTokenPath = defaultControlTokenPath());
+
+    jobs::Async<bool> healthCheck() override;
+    jobs::Async<QList<VeranoxProfile>> fetchProfiles() override;
+    jobs::Async<VeranoxConfig> fetchConfig() override;
+    jobs::Async<VeranoxEditableConfig> fetchEditableConfig() override;
+    jobs::Async<void> saveConfig(VeranoxEditableConfig config) override;
+    jobs::Async<VeranoxProfileAction> login(QString profileName) override;
+    jobs::Async<VeranoxProfileAction> logout(QString profileName) override;
+    jobs::Async<void> shutdown() override;
+    jobs::Async<VeranoxPathReport> diagnose(QString target) override;
+    jobs::Async<QList<VeranoxTunnel>> fetchTunnels() override;
+    jobs::Async<QList<VeranoxTunnel>> saveTunnel(
+        QString name, std::optional<QString> originalName, VeranoxEditableTunnel tunnel) override;
+    jobs::Async<QList<VeranoxTunnel>> deleteTunnel(QString name) override;
+    jobs::Async<QList<VeranoxTunnel>> startTunnel(QString name) override;
+    jobs::Async<QList<VeranoxTunnel>> stopTunnel(QString name) override;
+    jobs::Async<QList<VeranoxTunnel>> restartTunnel(QString name) override;
+    jobs::Async<void> setTunnelSecret(QString name, QString password) override;
+    jobs::Async<QList<VeranoxPublication>> fetchPublications() override;
+    jobs::Async<QList<VeranoxPublication>> savePublication(
+        QString name, std::optional<QString> originalName, VeranoxEditablePublication publication) override;
+    jobs::Async<QList<VeranoxPublication>> deletePublication(QString name) override;
+    jobs::Async<QList<VeranoxPublication>> startPublication(QString name) override;
+    jobs::Async<QList<VeranoxPublication>> stopPublication(QString name) override;
+    jobs::Async<QList<VeranoxPublication>> restartPublication(QString name) override;
+    jobs::Async<VeranoxEnvironment> fetchEnvironment() override;
+    jobs::Async<VeranoxFeedbackResult> submitFeedback(QString message, QString kind, QString contact) override;
+
+private:
+    // Takes the body of a 2xx answer, in the transport's thread. What it throws is thrown to the caller.
+    using BodyReader = std::function<void(QByteArray)>;
+    struct Call {
+        QByteArray method;
+        QString path; // relative to the base URL, percent-encoded, with its query
+        std::optional<QByteArray> body = {}; // JSON
+    };
+    struct Answer {
+        int status = 0;
+        std::exception_ptr failure = {}; // why it is no 2xx with a good body
+    };
+
+    // The operations are written in these: one line each.
+    template <class T> jobs::Async<T> get(QString path);
+    template <class T> jobs::Async<T> getFromConfig();
+    template <class T> jobs::Async<T> write(VeranoxAPIWrite which, Call call);
+    jobs::Async<VeranoxProfileAction> actOnProfile(VeranoxAPIWrite which, const QString &name, const QString &action);
+    jobs::Async<QList<VeranoxTunnel>> actOnTunnel(VeranoxAPIWrite which, const QString &name, const QString &action);
+    jobs::Async<QList<VeranoxPublication>> actOnPublication(
+        VeranoxAPIWrite which, const QString &name, const QString &action);
+
+    // One request with its token and, for a write that was refused with 403, its second attempt.
+    jobs::Async<void> requestData(Call call, BodyReader reader);
+    jobs::Async<QByteArray> requestConfigData();
+    jobs::Async<Answer> attempt(VeranoxHTTPRequest request, BodyReader reader, jobs::Clock::Duration timeout);
+    jobs::Async<Answer> exchange(VeranoxHTTPRequest request, BodyReader reader);
+    jobs::Async<std::optional<QString>> controlToken();
+    jobs::Async<void> inTransportThread(std::function<void()> work);
+    VeranoxHTTPRequest makeRequest(
+        const Call &call, const QString &correlationID, const std::optional<QString> &token, int attempt) const;
+
+    jobs::MainQueue &m_queue;
+    const QUrl m_baseURL;
+    const VeranoxDiagnosticSession m_diagnostics;
+    const VeranoxClientIdentity m_identity;
+    const QString m_controlTokenPath;
+    std::optional<QString> m_cachedControlToken;
+    VeranoxLoopbackTransport m_transport;
+    VeranoxConfigCache m_configCache;
+};

@@ -1,0 +1,37 @@
+#include "API/Client/VeranoxServerErrorTable.h"
+#include "API/Client/VeranoxAPIClientError.h"
+#include "API/Client/VeranoxAPIError.h"
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace VeranoxServerErrorTable {
+
+QString sentence(const QString &serverError, std::span<const Row> rows)
+{
+    const QString lowerCase = serverError.toLower();
+    const auto row = std::ranges::find_if(
+        rows, [&](const Row &row) { return lowerCase.contains(row.contains) && lowerCase.contains(row.alsoContains); });
+    return row == rows.end() ? firstLine(serverError) : row->sentence.toString();
+}
+
+QString firstLine(const QString &text)
+{
+    return text.trimmed().section(u'\n', 0, 0, QString::SectionSkipEmpty);
+}
+
+QString message(const std::exception_ptr &failure, const QString &serviceUnavailable,
+    const std::function<QString(const QString &)> &forServerError)
+{
+    try {
+        std::rethrow_exception(failure);
+    } catch (const VeranoxAPIClientError &) {
+        return serviceUnavailable;
+    } catch (const VeranoxAPIError &refusal) {
+        return forServerError(refusal.error);
+    } catch (...) {
+        return u"Veranox couldn't read the response from its local service. Restart Veranox and try again."_s;
+    }
+}
+
+} // namespace VeranoxServerErrorTable

@@ -1,0 +1,17 @@
+#pragma once
+#include "API/Records/VeranoxProfile.h"
+#include "API/Records/VeranoxPublication.h"
+#include "API/Records/VeranoxTunnel.h"
+
+// Where a record stands, in one word; every record is in exactly one class.
+enum class VeranoxRecordClass {
+    disabled, // switched off; whatever else it says does not count
+    blocked, // a publication that waits for its owner's decision: it has not failed
+    failed, // needs a person
+    ready,
+    starting // will end up in one of the others by itself
+};
+
+VeranoxRecordClass classOf(const VeranoxProfile &profile); // failed, starting or ready
+VeranoxRecordClass classOf(const VeranoxTunnel &tunnel); // all but blocked
+VeranoxRecordClass classOf(const VeranoxPublication &publication);

@@ -1,8 +1,0 @@
-#pragma once
-#include "API/VeranoxError.h"
-
-// The waiting job was cancelled. Callers stay silent; the text is for a debugger.
-class VeranoxCancellation final : public VeranoxError {
-public:
-    QString localizedDescription() const override;
-};

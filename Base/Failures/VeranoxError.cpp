@@ -1,0 +1,12 @@
+#include "Base/Failures/VeranoxError.h"
+
+const char *VeranoxError::what() const noexcept
+{
+    try {
+        if (m_what.isNull())
+            m_what = localizedDescription().toUtf8();
+        return m_what.constData();
+    } catch (...) {
+        return "A failure of Veranox that there was no memory to describe.";
+    }
+}

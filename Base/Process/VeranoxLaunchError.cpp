@@ -1,0 +1,14 @@
+#include "Base/Process/VeranoxLaunchError.h"
+#include <system_error>
+
+using namespace Qt::StringLiterals;
+
+VeranoxLaunchError::VeranoxLaunchError(QString executable, int code) : m_executable(std::move(executable)), m_code(code)
+{
+}
+
+QString VeranoxLaunchError::localizedDescription() const
+{
+    return u"%1 could not be started: %2."_s.arg(
+        m_executable, QString::fromStdString(std::generic_category().message(m_code)));
+}

@@ -1,0 +1,115 @@
+#include "Core/Entry/VeranoxMenuAppDelegate.h"
+#include "Controls/VeranoxQmlEngine.h"
+#include "Core/VeranoxStore.h"
+#include "MenuBar/VeranoxQuitConfirmationPresenter.h"
+#include "MenuBar/VeranoxStatusItemController.h"
+#include "Platform/InformationDictionary.h"
+#include "Platform/Platform.h"
+#include "Platform/ProcessActivity.h"
+#include "Platform/ResourceDirectory.h"
+#include "System/VeranoxAppPreferences.h"
+#include <QCoreApplication>
+#include <QtGlobal>
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+// A unit test bundle that loads the application must get none of its effects.
+bool isHostOfUnitTests()
+{
+    return qEnvironmentVariableIsSet("XCTestConfigurationFilePath");
+}
+
+// After the reply the event loop ends by itself; if something keeps it alive, the process ends all the same.
+constexpr jobs::Clock::Duration exitBackstop = 250ms;
+
+} // namespace
+
+VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
+    : m_processActivity(ProcessActivity::make()),
+      m_appearance(platform::makeAppearance()),
+      m_hotKeyController(platform::makeGlobalHotKey()),
+      m_preferences(std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem())),
+      m_store(VeranoxStore::live(
+          queue, platform::resourceDirectory(), platform::informationDictionary(), platform::makeTunnelSecrets(queue))),
+      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_appearance)),
+      m_quitConfirmation(std::make_unique<VeranoxQuitConfirmationPresenter>(*m_qmlEngine)),
+      m_jobs(queue)
+{
+}
+
+VeranoxMenuAppDelegate::~VeranoxMenuAppDelegate() = default;
+
+void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
+{
+    m_processActivity->becomeAgent();
+    m_preferences->mirrorLaunchAtLogin();
+    configureSettingsShortcut();
+    connect(m_hotKeyController.get(), &VeranoxGlobalHotKeyController::triggered, this,
+        &VeranoxMenuAppDelegate::applicationShouldHandleReopen);
+    connect(m_preferences.get(), &VeranoxAppPreferences::settingsShortcutIDChanged, this,
+        &VeranoxMenuAppDelegate::configureSettingsShortcut);
+    if (isHostOfUnitTests())
+        return;
+    m_processActivity->begin(u"Veranox is a persistent menu bar application"_s);
+    m_statusItemController = std::make_unique<VeranoxStatusItemController>(
+        m_jobs.queue(), *m_store, platform::makeStatusItem(), *m_appearance, *m_qmlEngine, [this] { confirmQuit(); });
+    m_jobs.start(startStore());
+}
+
+void VeranoxMenuAppDelegate::confirmQuit()
+{
+    m_quitConfirmation->present(*m_store, [] { QCoreApplication::quit(); });
+}
+
+jobs::Async<> VeranoxMenuAppDelegate::startStore()
+{
+    co_await m_store->prepareRuntimeLog();
+    if (const QString problem = m_preferences->defaults().problem(); !problem.isEmpty())
+        m_store->appendLog(u"[APP] "_s + problem);
+    if (m_preferences->startServiceOnLaunch())
+        co_await m_store->start();
+    else
+        m_store->appendLog(u"[APP] automatic local service startup is disabled in Settings"_s);
+}
+
+VeranoxMenuAppDelegate::TerminateReply VeranoxMenuAppDelegate::applicationShouldTerminate()
+{
+    if (isHostOfUnitTests() || m_isCompletingTerminateRequest)
+        return TerminateReply::now;
+    m_jobs.start(completeTermination());
+    return TerminateReply::later;
+}
+
+jobs::Async<> VeranoxMenuAppDelegate::completeTermination()
+{
+    co_await m_store->quitAndShutdown();
+    m_isCompletingTerminateRequest = true;
+    Q_EMIT terminationReplied();
+    co_await jobs::sleep(exitBackstop);
+    std::exit(0);
+}
+
+void VeranoxMenuAppDelegate::applicationWillTerminate()
+{
+    if (isHostOfUnitTests())
+        return;
+    m_quitConfirmation->close();
+    m_statusItemController.reset();
+    m_store->shutdown();
+    m_processActivity->end();
+}
+
+void VeranoxMenuAppDelegate::applicationShouldHandleReopen()
+{
+    if (m_statusItemController)
+        m_statusItemController->showPopover({});
+}
+
+void VeranoxMenuAppDelegate::configureSettingsShortcut()
+{
+    m_hotKeyController->configure(m_preferences->settingsShortcut());
+}

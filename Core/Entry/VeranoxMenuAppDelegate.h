@@ -1,0 +1,62 @@
+#pragma once
+#include "Base/Jobs/Jobs.h"
+#include <QObject>
+#include <memory>
+
+class Appearance;
+class ProcessActivity;
+class VeranoxAppPreferences;
+class VeranoxGlobalHotKeyController;
+class VeranoxQmlEngine;
+class VeranoxQuitConfirmationPresenter;
+class VeranoxStatusItemController;
+class VeranoxStore;
+
+// Owns every long-lived object and decides when each starts and stops. Main thread only.
+class VeranoxMenuAppDelegate final : public QObject {
+    Q_OBJECT
+
+public:
+    enum class TerminateReply { now, later };
+
+    // The store exists from here on; nothing runs yet. The queue outlives the delegate.
+    explicit VeranoxMenuAppDelegate(jobs::MainQueue &queue);
+    ~VeranoxMenuAppDelegate() override;
+
+    VeranoxStore &store() { return *m_store; }
+
+    // Puts up the status item and starts the store.
+    void applicationDidFinishLaunching();
+
+    // Asked before the application ends. The first answer is "later": the service is stopped in order first, then
+    // terminationReplied() follows, and the next answer is "now".
+    TerminateReply applicationShouldTerminate();
+
+    // The last call before the process ends: takes the status item down and stops what still runs, at once.
+    void applicationWillTerminate();
+
+    // Another launch of the application hands over: what this one has to show comes to the front.
+    void applicationShouldHandleReopen();
+
+    // Puts the combination that the preferences name into force, in the place of the one before.
+    void configureSettingsShortcut();
+
+Q_SIGNALS:
+    void terminationReplied(); // the application may end now
+
+private:
+    void confirmQuit();
+    jobs::Async<> startStore();
+    jobs::Async<> completeTermination();
+
+    std::unique_ptr<ProcessActivity> m_processActivity;
+    std::unique_ptr<Appearance> m_appearance;
+    std::unique_ptr<VeranoxGlobalHotKeyController> m_hotKeyController;
+    std::unique_ptr<VeranoxAppPreferences> m_preferences;
+    std::unique_ptr<VeranoxStore> m_store;
+    std::unique_ptr<VeranoxQmlEngine> m_qmlEngine;
+    std::unique_ptr<VeranoxQuitConfirmationPresenter> m_quitConfirmation;
+    std::unique_ptr<VeranoxStatusItemController> m_statusItemController; // from launch to termination
+    bool m_isCompletingTerminateRequest = false;
+    jobs::JobScope m_jobs;
+};

@@ -1,5 +1,0 @@
-#pragma once
-#include "Core/Process/ChildProcess.h"
-
-// Starts the program with its output on `output` and gives its identifier. Throws VeranoxLaunchError.
-pid_t spawn(const ChildProcess::Program &program, const Descriptor &output);

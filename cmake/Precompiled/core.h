@@ -1,0 +1,24 @@
+// What the application's sources read, by the library rooms without a window system.
+#pragma once
+#include <QByteArray>
+#include <QDateTime>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+#include <QUuid>
+#include <algorithm>
+#include <chrono>
+#include <coroutine>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <variant>

@@ -1,0 +1,5 @@
+// What the application's tests read.
+#pragma once
+#include "core.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>

@@ -8,12 +8,40 @@ function(veranox_precompiled name)
   set_target_properties(${target} PROPERTIES AUTOMOC OFF)
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
   target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/Precompiled/${name}.h)
+  file(WRITE ${CMAKE_BINARY_DIR}/CMakeFiles/${target}.dir/cmake_pch.hxx.pch.sum "${VERANOX_PACKAGES_SUM} ${name}")
 endfunction()
 
+# What the content of a precompiled header depends on, but for the compiler's flags: our list of headers, and the
+# installed packages that they come from.
+file(GLOB lists CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/Precompiled/*.h)
+set(text "${CMAKE_CXX_COMPILER_VERSION}")
+foreach(list IN LISTS lists)
+  file(SHA256 ${list} sum)
+  string(APPEND text ${sum})
+endforeach()
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${lists})
+if(EXISTS /var/lib/dpkg/status)
+  execute_process(
+    COMMAND dpkg-query -W libc6-dev libstdc++-12-dev qt6-base-dev qt6-declarative-dev libboost1.81-dev libssl-dev
+      libgtest-dev libgmock-dev
+    OUTPUT_VARIABLE packages ERROR_QUIET)
+  string(APPEND text "${packages}")
+endif()
+string(SHA256 VERANOX_PACKAGES_SUM "${text}")
+
+# With clang the header is named in a way that the compiler cache understands in every checkout: by a path that it makes
+# relative, and a sum that stands for the header's content.
 function(veranox_use_precompiled name)
   foreach(target IN LISTS ARGN)
-    target_precompile_headers(${target} REUSE_FROM precompiled_${name})
-    target_compile_options(${target} PRIVATE -fPIC) # as the header: CMake builds programs with -fPIE
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+      set(folder ${CMAKE_BINARY_DIR}/CMakeFiles/precompiled_${name}.dir)
+      add_dependencies(${target} precompiled_${name})
+      target_compile_options(${target} PRIVATE
+        -fPIC # as the header: CMake builds programs with -fPIE
+        "SHELL:-Winvalid-pch -include-pch ${folder}/cmake_pch.hxx.pch")
+    else()
+      target_precompile_headers(${target} REUSE_FROM precompiled_${name})
+    endif()
   endforeach()
 endfunction()
 

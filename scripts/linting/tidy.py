@@ -10,7 +10,7 @@ import time
 CLANG_TIDY = "clang-tidy-19"
 _INCLUDE = re.compile(rb'^[ \t]*#[ \t]*include[ \t]*"([^"\n]+)"', re.M)
 # clang-tidy reads the headers themselves, so that it needs no build of the precompiled one.
-_PRECOMPILED = re.compile(r"-Xclang -include-pch -Xclang \S+ ")
+_PRECOMPILED = re.compile(r"-include-pch \S+ ")
 
 
 def find_build(root):

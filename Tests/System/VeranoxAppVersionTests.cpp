@@ -80,3 +80,15 @@ TEST(AppVersion, limitsDateAndChannel)
     EXPECT_EQ(of(u"VeranoxBuildChannel"_s, QString(32, u'c')).buildChannel, QString(32, u'c'));
     EXPECT_EQ(of(u"VeranoxBuildChannel"_s, QString(33, u'c')).buildChannel, u"unknown"_s);
 }
+
+TEST(AppVersion, limitsCharactersAsAPersonCountsThem)
+{
+    for (const QString &character : {u"e\u0301"_s, u"🙂"_s, u"🇩🇪"_s}) {
+        const QString date = character.repeated(64);
+        EXPECT_EQ(of(u"VeranoxBuildDate"_s, date).buildDate, date);
+        EXPECT_EQ(of(u"VeranoxBuildDate"_s, date + u'x').buildDate, u"unknown"_s);
+        const QString channel = character.repeated(32);
+        EXPECT_EQ(of(u"VeranoxBuildChannel"_s, channel).buildChannel, channel);
+        EXPECT_EQ(of(u"VeranoxBuildChannel"_s, channel + character).buildChannel, u"unknown"_s);
+    }
+}

@@ -1,4 +1,5 @@
 """Every way to end the application stops the service in order, and asks it once."""
+import pathlib
 import signal
 import unittest
 
@@ -84,10 +85,10 @@ class QuitWithoutADisk(EndToEndTestCase):
     def test_while_a_write_of_the_log_never_returns(self):
         panel = self.start_panel()
         service, front = self.start_service_behind_front("settled")
-        application = self.start_application(LD_PRELOAD=str(HANGING_LOG), XDG_DATA_HOME=str(self.folder / "data"))
+        application = self.start_application(LD_PRELOAD=str(HANGING_LOG))
         panel.await_item()
         application.await_state("online")
-        log = self.folder / "data" / "Veranox" / "logs" / "activity.jsonl"
+        log = pathlib.Path(self.desktop.environment["XDG_DATA_HOME"]) / "Veranox" / "logs" / "activity.jsonl"
         eventually(log.exists, "the file of the log")
         self.assertIn("session started", application.output())
         application.signal(signal.SIGTERM)

@@ -65,7 +65,9 @@ TEST(AppVersion, takesTheIdentifierOrDerivesIt)
         {u"abcdef123456-dirty "_s, {}, u"abcdef123456-dirty"_s},
         {u"abcdef1234567-dirty"_s, u"fedcba9876543210"_s, u"fedcba987654"_s},
         {{}, u"abcdef123456789-dirty"_s, u"abcdef123456-dirty"_s},
-        {{}, u"abcdef1234"_s, u"unknown"_s}, // a valid commit, too short to derive from
+        {{}, u"abcdef12345"_s, u"unknown"_s}, // a valid commit, too short to derive from
+        {{}, u"abcdef12345-dirty"_s, u"unknown"_s},
+        {{}, u"abcdef123456"_s, u"abcdef123456"_s},
         {{}, {}, u"unknown"_s},
     };
     for (const Row &row : rows)

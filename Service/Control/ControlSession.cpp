@@ -1,6 +1,7 @@
 #include "Service/Control/ControlSession.h"
 
 #include "Service/Control/ControlServer.h"
+#include "Service/Json/JsonText.h"
 #include <array>
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/co_spawn.hpp>
@@ -10,7 +11,6 @@
 #include <boost/beast/core/error.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/write.hpp>
-#include <boost/json/serialize.hpp>
 
 namespace veranox {
 
@@ -66,7 +66,7 @@ void fill(http::response<http::string_body> &response, const ControlAnswer &answ
     }
     response.set(http::field::content_type, "application/json");
     response.set(policy, "default-src 'none'; frame-ancestors 'none'");
-    response.body() = boost::json::serialize(answer.body);
+    response.body() = compactJson(answer.body);
 }
 
 } // namespace

@@ -38,6 +38,26 @@ TEST(Words, PrintableReplacesBytesThatAreNoText)
     EXPECT_EQ(printable("\xe2\x82z"), "??z");
 }
 
+TEST(Words, Utf8IsToldFromOtherBytes)
+{
+    const std::string_view zero("a\0b", 3);
+    for (const std::string_view text :
+        {std::string_view(), std::string_view("a b\n\x7f"), std::string_view("ü€😀\u202e"), zero}) {
+        EXPECT_TRUE(isUtf8(text)) << text;
+        EXPECT_EQ(toUtf8(text), text);
+    }
+    for (const std::string_view text : {"\xff", "a\xc3", "\xc0\xaf", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xe2\x82z"})
+        EXPECT_FALSE(isUtf8(text)) << text;
+}
+
+TEST(Words, ToUtf8ReplacesEachByteThatIsNoText)
+{
+    EXPECT_EQ(toUtf8("a\xffz"), "a\uFFFDz");
+    EXPECT_EQ(toUtf8("\xc3"), "\uFFFD") << "cut short";
+    EXPECT_EQ(toUtf8("\xed\xa0\x80ü"), "\uFFFD\uFFFD\uFFFDü") << "a surrogate";
+    EXPECT_EQ(toUtf8("\xe2\x82\"}"), "\uFFFD\uFFFD\"}") << "what follows stays";
+}
+
 TEST(Words, ShortenedCutsBetweenCharacters)
 {
     EXPECT_EQ(shortened("abcdef", 6), "abcdef");

@@ -47,9 +47,14 @@ void ConfigStore::load(WallTime now)
         folder.removeAbandoned(fileName);
         const std::optional<std::string> text = folder.read(fileName, sizeLimit);
         m_isNew = !text;
-        m_document = text ? parseConfig(*text) : ConfigDocument{};
-        m_fileText = text.value_or("");
-        return;
+        ConfigDocument document = text ? parseConfig(*text) : ConfigDocument{};
+        if (configFileText(document).size() <= sizeLimit) {
+            m_document = std::move(document);
+            m_fileText = text.value_or("");
+            return;
+        }
+        complaint =
+            "is too large: with everything that it leaves out it has more than " + std::to_string(sizeLimit) + " bytes";
     } catch (const NewerConfigProblem &problem) {
         throw StartProblem("The configuration file " + shownPath(file()) + " is too new: at " + problem.place + ": "
             + problem.text + "; update Veranox.");

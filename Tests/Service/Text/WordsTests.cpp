@@ -1,4 +1,5 @@
 #include "Service/Text/Timestamps.h"
+#include "Service/Text/Visible.h"
 #include "Service/Text/Words.h"
 #include <gtest/gtest.h>
 
@@ -56,6 +57,16 @@ TEST(Words, ToUtf8ReplacesEachByteThatIsNoText)
     EXPECT_EQ(toUtf8("\xc3"), "\uFFFD") << "cut short";
     EXPECT_EQ(toUtf8("\xed\xa0\x80ü"), "\uFFFD\uFFFD\uFFFDü") << "a surrogate";
     EXPECT_EQ(toUtf8("\xe2\x82\"}"), "\uFFFD\uFFFD\"}") << "what follows stays";
+}
+
+TEST(Visible, HoldsWhenEveryCharacterShows)
+{
+    for (const std::string text : {"", "a.b-c_d", "é", "नमस्ते", "例え", "😀"})
+        EXPECT_TRUE(isVisible(text)) << text;
+    for (const std::string text :
+        {" ", "a\tb", "\x7f", "a\u00ADb", "\u200B", "\uFE0F", "\u2800", "\u0378", "\xff", "a\xc3"})
+        EXPECT_FALSE(isVisible(text)) << text;
+    EXPECT_FALSE(isVisible(std::string_view("\0", 1)));
 }
 
 TEST(Words, ShortenedCutsBetweenCharacters)

@@ -1,4 +1,5 @@
 #include "Tests/Service/Support/ApiBed.h"
+#include "Tests/Service/Support/Document.h"
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/redirect_error.hpp>
@@ -127,7 +128,9 @@ TEST_F(PathReport, OnlyAFewRunAtATime)
             [&](const std::exception_ptr &, const ControlAnswer &answer) { statuses.push_back(answer.status); });
         context.poll();
     };
-    for (int i = 0; i < 9; ++i)
+    const std::size_t most = test::Document("docs/control-api.md").number("the path report; at most ", " at a time");
+    ASSERT_EQ(most, 8U);
+    for (std::size_t i = 0; i <= most; ++i)
         ask();
     EXPECT_EQ(statuses, (std::vector<unsigned>{503U}));
     traffic.release();

@@ -1,4 +1,5 @@
 #include "API/Client/VeranoxControlToken.h"
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -13,8 +14,12 @@ constexpr qint64 maximumTokenFileSize = 4096; // bytes; a header line has to car
 
 QString defaultControlTokenPath()
 {
-    const QString support = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return support.isEmpty() ? QString() : support + u"/Veranox/control.token"_s;
+    const QString named = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (named.isEmpty())
+        return {};
+    // Not every version of Qt ignores a relative XDG_DATA_HOME, as the service does.
+    const QDir support(QDir::isAbsolutePath(named) ? named : QDir::home().filePath(u".local/share"_s));
+    return support.filePath(u"Veranox/control.token"_s);
 }
 
 std::optional<QString> readControlToken(const QString &path)

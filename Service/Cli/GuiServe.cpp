@@ -9,6 +9,7 @@
 #include "Service/Nodes/Lab/LabFile.h"
 #include "Service/Nodes/NoNodeEngine.h"
 #include "Service/Nodes/NodeTraffic.h"
+#include "Service/Text/ShownPath.h"
 #include "Service/Text/StartProblem.h"
 #include <boost/asio/signal_set.hpp>
 #include <csignal>
@@ -110,7 +111,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     server.start();
     log.write(LogLevel::Info, "service_listening", "service is listening",
         {{"address", toText(endpoint)}, {"engine", command.lab.empty() ? "none" : "lab"},
-            {"config", config.file().string()}, {"config_generation", config.generation()},
+            {"config", shownPath(config.file())}, {"config_generation", config.generation()},
             {"profiles", config.document().profiles.size()}, {"version", VERANOX_VERSION}});
     context.run();
     context.restart();

@@ -9,6 +9,7 @@ namespace veranox {
 /// Keeps the configuration document in `config.json` of one folder. Not for use from several threads.
 class ConfigStore {
 public:
+    /// Of the file, as it is and as a save would write it: what is loaded can also be saved and sent around.
     static constexpr std::size_t sizeLimit = 4 * 1024 * 1024;
 
     /// Nothing is touched before load().

@@ -1,6 +1,7 @@
 #include "Service/Config/ConfigWriter.h"
 
 #include "Service/Text/Refusal.h"
+#include "Service/Text/ShownPath.h"
 
 namespace veranox {
 
@@ -16,7 +17,7 @@ void ConfigWriter::commit(ConfigDocument document, IfChanged ifChanged)
     if (m_store.isChangedByOthers()) {
         if (ifChanged == IfChanged::Refuse)
             throw Refusal(Refusal::Kind::Conflict,
-                "The configuration file " + m_store.file().string()
+                "The configuration file " + shownPath(m_store.file())
                     + " was changed by another program; restart the service so that it takes the change over.");
         m_store.keepChanged(m_time.wallNow());
     }

@@ -3,6 +3,7 @@
 #include "Service/Net/LoopbackEndpoint.h"
 #include "Service/Text/FieldText.h"
 #include "Service/Text/Refusal.h"
+#include "Service/Text/Visible.h"
 #include "Service/Text/Words.h"
 #include <algorithm>
 #include <boost/asio/ip/address.hpp>
@@ -38,7 +39,7 @@ bool isLetterOrDigit(char c)
 }
 
 /// Letters of any script, as they may stand in an internationalised name, digits, hyphen, underscore, full stop.
-bool isSuffixCharacter(char c)
+bool isSuffixByte(char c)
 {
     return isLetterOrDigit(c) || c == '-' || c == '_' || c == '.' || static_cast<unsigned char>(c) >= 0x80;
 }
@@ -71,8 +72,11 @@ void checkSuffix(const std::string &name, const std::string &suffix)
 {
     const std::string bare = bareSuffix(suffix);
     const bool hasEmptyLabel = bare.empty() || bare.starts_with('.') || bare.ends_with('.') || bare.contains("..");
-    if (hasEmptyLabel || bare.size() > longestHostname || !std::ranges::all_of(bare, isSuffixCharacter))
+    if (hasEmptyLabel || bare.size() > longestHostname || !std::ranges::all_of(bare, isSuffixByte))
         refuse(name, "the suffix " + shown(suffix) + " is not the end of a host name, such as \".tail1a2b.ts.net\"");
+    if (!isVisible(bare))
+        refuse(
+            name, "the suffix " + shown(suffix) + " holds an invisible character, so no host name could end like it");
 }
 
 /// The range in one spelling, so that two can be compared; nothing for what is none.

@@ -4,6 +4,7 @@
 #include "Service/Control/NamedChanges.h"
 #include "Service/Control/QueryFields.h"
 #include "Service/Text/Refusal.h"
+#include "Service/Text/ShownPath.h"
 
 namespace veranox {
 
@@ -49,7 +50,7 @@ ControlAnswer ControlApi::saveConfig(const Call &call)
     }
     using IfChanged = ConfigWriter::IfChanged;
     m_writer.commit(std::move(next), isForced ? IfChanged::KeepCopy : IfChanged::Refuse);
-    return success(json::object{{"status", "saved"}, {"path", m_parts.config.file().string()}});
+    return success(json::object{{"status", "saved"}, {"path", shownPath(m_parts.config.file())}});
 }
 
 ControlAnswer ControlApi::login(const Call &call)

@@ -1,6 +1,7 @@
 #include "Service/Control/ControlApi.h"
 #include "Service/Files/Programs.h"
 #include "Service/Profiles/ProfileRecord.h"
+#include "Service/Text/ShownPath.h"
 #include <boost/json/array.hpp>
 
 namespace veranox {
@@ -26,7 +27,7 @@ ControlAnswer ControlApi::environment(const Call &) const
     const std::string &command = m_parts.config.document().tailscale.tailscaledBin;
     const std::optional<std::filesystem::path> program = findProgram(command, m_parts.environment);
     return success(json::object{
-        {"TailscaledAvailable", program.has_value()}, {"TailscaledBin", program ? program->string() : command}});
+        {"TailscaledAvailable", program.has_value()}, {"TailscaledBin", program ? shownPath(*program) : command}});
 }
 
 namespace {

@@ -1,6 +1,5 @@
 #include "Service/Control/ControlApi.h"
-#include "Service/Control/QueryFields.h"
-#include "Service/Text/FieldText.h"
+#include "Service/Control/ReportQuery.h"
 #include "Service/Text/Refusal.h"
 
 namespace veranox {
@@ -9,24 +8,6 @@ namespace asio = boost::asio;
 namespace json = boost::json;
 
 namespace {
-
-PathQuestion readQuestion(const std::string &query)
-{
-    constexpr std::size_t longestTarget = 2048;
-    constexpr NumberRange pingRange{1, 10};
-    const QueryFields fields(query);
-    const std::string target = fields.text("target").value_or("");
-    if (target.empty())
-        throw Refusal(
-            Refusal::Kind::BadInput, "The query needs a target: a URL, host:port, a host name or an address.");
-    if (const std::optional<std::string> problem = lineProblem(target, longestTarget))
-        throw Refusal(Refusal::Kind::BadInput, "The target " + *problem + ".");
-    PathQuestion question;
-    question.target = target;
-    question.netcheck = fields.flag("netcheck", question.netcheck);
-    question.pingCount = static_cast<unsigned>(fields.number("ping_count", pingRange, question.pingCount));
-    return question;
-}
 
 /// One more for as long as it lives.
 class Counted {
@@ -46,7 +27,7 @@ private:
 asio::awaitable<ControlAnswer> ControlApi::pathReport(Call call)
 {
     constexpr unsigned mostReports = 8;
-    PathQuestion question = readQuestion(call.target.query);
+    PathQuestion question = readPathQuestion(call.target.query);
     if (m_reports >= mostReports)
         throw Refusal(Refusal::Kind::Later, "Too many path reports are running; try again in some seconds.");
     const Counted running(m_reports);

@@ -1,5 +1,6 @@
 #include "Service/Control/ControlRequest.h"
 
+#include "Service/Text/Words.h"
 #include <charconv>
 
 namespace veranox {
@@ -33,7 +34,7 @@ std::optional<std::string> percentDecoded(std::string_view segment)
         text += *character;
         segment.remove_prefix(3);
     }
-    return text;
+    return isUtf8(text) ? std::optional(text) : std::nullopt;
 }
 
 std::optional<RequestTarget> parseTarget(std::string_view target)

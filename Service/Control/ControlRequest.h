@@ -28,11 +28,12 @@ struct RequestTarget {
     bool operator==(const RequestTarget &) const = default;
 };
 
-/// The text with its %XX escapes resolved. Nothing when an escape is none or hides a zero byte.
+/// The text with its %XX escapes resolved. Nothing when an escape is none or hides a zero byte, and when what comes out
+/// is no UTF-8.
 std::optional<std::string> percentDecoded(std::string_view text);
 
-/// Takes "/api/tunnels/a%20b?x=y" apart. Nothing for what does not begin with a slash, has a bad escape, or hides a
-/// slash or a zero byte in one.
+/// Takes "/api/tunnels/a%20b?x=y" apart. Nothing for what does not begin with a slash, has a bad escape, hides a slash
+/// or a zero byte in one, or has a path that is no UTF-8.
 std::optional<RequestTarget> parseTarget(std::string_view target);
 
 } // namespace veranox

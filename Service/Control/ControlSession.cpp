@@ -1,6 +1,7 @@
 #include "Service/Control/ControlSession.h"
 
 #include "Service/Control/ControlServer.h"
+#include "Service/Json/JsonText.h"
 #include <array>
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/co_spawn.hpp>
@@ -10,7 +11,6 @@
 #include <boost/beast/core/error.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/write.hpp>
-#include <boost/json/serialize.hpp>
 
 namespace veranox {
 
@@ -66,7 +66,7 @@ void fill(http::response<http::string_body> &response, const ControlAnswer &answ
     }
     response.set(http::field::content_type, "application/json");
     response.set(policy, "default-src 'none'; frame-ancestors 'none'");
-    response.body() = boost::json::serialize(answer.body);
+    response.body() = compactJson(answer.body);
 }
 
 } // namespace
@@ -209,10 +209,10 @@ asio::awaitable<bool> ControlSession::send(ControlAnswer answer)
     co_return !failure && goesOn;
 }
 
-/// Closing at once over bytes that the client still sends would take the answer away from it.
+/// Closing at once over bytes that the client still sends would take the answer away from it: many write their whole
+/// request before they read.
 asio::awaitable<void> ControlSession::letClientRead()
 {
-    constexpr std::size_t patience = 64;
     ErrorCode failure;
     m_stream.socket().shutdown(asio::ip::tcp::socket::shutdown_send, failure);
     if (m_server.isStopping())
@@ -220,10 +220,11 @@ asio::awaitable<void> ControlSession::letClientRead()
     enter(Stage::Request);
     m_stream.expires_after(m_server.limits().linger);
     std::array<char, 16384> rest{};
-    for (std::size_t pieces = 0; pieces < patience; ++pieces) {
+    for (std::uint64_t drained = 0; drained < m_server.limits().drainBytes;) {
         const auto [ended, count] = co_await m_stream.async_read_some(asio::buffer(rest), asTuple);
         if (ended)
             co_return;
+        drained += count;
     }
 }
 

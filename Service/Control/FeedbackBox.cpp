@@ -5,8 +5,8 @@
 #include "Service/Json/JsonText.h"
 #include "Service/Json/StrictBody.h"
 #include "Service/Text/Refusal.h"
+#include "Service/Text/ShownPath.h"
 #include "Service/Text/Timestamps.h"
-#include <boost/json/serialize.hpp>
 #include <system_error>
 
 namespace veranox {
@@ -56,10 +56,10 @@ void FeedbackBox::add(std::string_view body) const
     line.emplace("receivedAt", timestamp(m_time.wallNow()));
     try {
         Folder::openOrMake(m_folder, true)
-            .append("feedback.jsonl", json::serialize(line) + "\n", sizeLimit, ownerReadsAndWrites);
+            .append("feedback.jsonl", compactJson(line) + "\n", sizeLimit, ownerReadsAndWrites);
     } catch (const std::system_error &failure) {
         throw Refusal(Refusal::Kind::Later,
-            "The feedback could not be kept in " + (m_folder / "feedback.jsonl").string() + " (" + failure.what()
+            "The feedback could not be kept in " + shownPath(m_folder / "feedback.jsonl") + " (" + failure.what()
                 + ").");
     }
 }

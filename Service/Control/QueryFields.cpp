@@ -13,14 +13,14 @@ namespace {
     throw Refusal(Refusal::Kind::BadInput, sentence);
 }
 
-std::string decoded(std::string_view text)
+} // namespace
+
+std::string decodedQuery(std::string_view text)
 {
     if (std::optional<std::string> plain = percentDecoded(text))
         return *plain;
     refuse("The query of the request is not well formed.");
 }
-
-} // namespace
 
 QueryFields::QueryFields(std::string_view query)
 {
@@ -31,7 +31,7 @@ QueryFields::QueryFields(std::string_view query)
             continue;
         const std::size_t equals = std::min(field.find('='), field.size());
         const std::size_t valueStart = std::min(equals + 1, field.size());
-        m_fields.emplace_back(decoded(field.substr(0, equals)), decoded(field.substr(valueStart)));
+        m_fields.emplace_back(decodedQuery(field.substr(0, equals)), decodedQuery(field.substr(valueStart)));
     }
 }
 

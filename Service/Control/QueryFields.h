@@ -8,8 +8,11 @@
 
 namespace veranox {
 
-/// The key=value pairs of a request's query. Keys that nobody asks for are nobody's concern: a sender may have split a
-/// value of its own with an "&". Each read throws Refusal that names the key.
+/// A part of a query with its escapes resolved. Throws Refusal for an escape that is none and for what is no UTF-8.
+std::string decodedQuery(std::string_view text);
+
+/// The key=value pairs of a request's query. Keys that nobody asks for are nobody's concern. Each read throws Refusal
+/// that names the key.
 class QueryFields {
 public:
     /// Throws Refusal for an escape that is none.

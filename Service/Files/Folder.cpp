@@ -1,6 +1,7 @@
 #include "Service/Files/Folder.h"
 
 #include "Service/Files/Descriptor.h"
+#include "Service/Text/ShownPath.h"
 #include <array>
 #include <chrono>
 #include <fcntl.h>
@@ -37,7 +38,7 @@ void makeFolder(const std::filesystem::path &path)
     if (const std::filesystem::path parent = path.parent_path(); parent != path && !std::filesystem::exists(parent))
         makeFolder(parent);
     if (::mkdir(path.c_str(), ownerOnly) != 0 && errno != EEXIST)
-        throwSystemError("making the folder " + path.string());
+        throwSystemError("making the folder " + shownPath(path));
 }
 
 std::string readBounded(Descriptor file, std::size_t limit)

@@ -39,7 +39,7 @@ void appendPrettyObject(std::string &out, const json::object &object, std::size_
         out += first ? "" : ",";
         first = false;
         appendLine(out, depth + 1);
-        out += json::serialize(json::string_view(key));
+        out += compactJson(json::value(key));
         out += ": ";
         appendPretty(out, member, depth + 1);
     }
@@ -67,7 +67,7 @@ void appendPretty(std::string &out, const json::value &value, std::size_t depth)
     else if (const json::array *array = value.if_array(); array && !array->empty())
         appendPrettyArray(out, *array, depth);
     else
-        out += json::serialize(value);
+        out += compactJson(value);
 }
 
 } // namespace
@@ -88,6 +88,11 @@ json::value parseJson(std::string_view text)
         throw JsonProblem("the key \"" + shortened(printable(*key), longestKeyShown) + "\"",
             "stands twice in one object, so one of the two would be lost");
     return parser.release();
+}
+
+std::string compactJson(const json::value &value)
+{
+    return toUtf8(json::serialize(value)); // what structures JSON is ASCII, so only texts can change
 }
 
 std::string prettyJson(const json::value &value)

@@ -1,6 +1,7 @@
 #include "Service/Net/TlsClient.h"
 #include "Service/Reports/DialWithin.h"
 #include "Service/Reports/PathProbes.h"
+#include "Service/Text/Words.h"
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/ssl/error.hpp>
 #include <boost/asio/use_awaitable.hpp>
@@ -58,6 +59,13 @@ std::string sentence(const beast::error_code &failure)
     return "The HTTP request failed: " + failure.message() + ".";
 }
 
+/// What a host says of itself, as it may stand in a sentence.
+std::string told(std::string_view text)
+{
+    constexpr std::size_t longest = 200;
+    return shortened(printable(text), longest);
+}
+
 using PageParser = http::response_parser<http::string_body>;
 
 /// The rest of the answer once its header is there. Many hosts end TLS without a farewell, so that counts as the end
@@ -94,8 +102,8 @@ asio::awaitable<void> exchange(Stream *stream, PathTarget target, HttpResult *re
     if (!failure) {
         result->toHeaders = result->toFirstByte = since(begin);
         result->statusCode = parser.get().result_int();
-        result->status = std::to_string(result->statusCode) + " " + std::string(parser.get().reason());
-        result->contentType = parser.get()[http::field::content_type];
+        result->status = std::to_string(result->statusCode) + " " + told(parser.get().reason());
+        result->contentType = told(parser.get()[http::field::content_type]);
         failure = co_await readBody(stream, &buffer, &parser, result, begin);
     }
     const bool isLong = failure == http::error::body_limit; // enough to know that it answers

@@ -94,6 +94,32 @@ std::string printable(std::string_view text)
     return result;
 }
 
+bool isUtf8(std::string_view text)
+{
+    while (!text.empty()) {
+        const std::optional<Scalar> scalar = firstScalar(text);
+        if (!scalar)
+            return false;
+        text.remove_prefix(scalar->length);
+    }
+    return true;
+}
+
+std::string toUtf8(std::string_view text)
+{
+    constexpr std::string_view replacement = "\uFFFD";
+    if (isUtf8(text))
+        return std::string(text);
+    std::string result;
+    while (!text.empty()) {
+        const std::optional<Scalar> scalar = firstScalar(text);
+        const std::size_t length = scalar ? scalar->length : 1;
+        result += scalar ? text.substr(0, length) : replacement;
+        text.remove_prefix(length);
+    }
+    return result;
+}
+
 std::string shortened(std::string text, std::size_t bytes)
 {
     constexpr std::string_view mark = "…";

@@ -20,6 +20,12 @@ std::string lowered(std::string_view text);
 /// Unicode line ends and blanks become a plain blank, bytes that are no UTF-8 become "?".
 std::string printable(std::string_view text);
 
+/// True when the bytes are well-formed UTF-8.
+bool isUtf8(std::string_view text);
+
+/// The text with each byte that belongs to no UTF-8 character replaced by U+FFFD, and otherwise as it is.
+std::string toUtf8(std::string_view text);
+
 /// At most `bytes` bytes of the text, cut between characters and with "…" where something was left out.
 std::string shortened(std::string text, std::size_t bytes);
 

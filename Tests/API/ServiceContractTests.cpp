@@ -401,7 +401,83 @@ TEST_F(ClientAndService, aShutdownEndsIt)
 
 TEST_F(ClientAndService, aNewTokenIsFoundByItself)
 {
-    EXPECT_EQ(value(client->stopTunnel(u"db"_s)).size(), 1); // the client keeps the token from here on
-    home.write(".local/share/Veranox/control.token", "stale");
+    const std::string place = ".local/share/Veranox/control.token";
+    const std::string token = home.read(place);
+    home.write(place, "stale");
+    EXPECT_FALSE(outcome(client->stopTunnel(u"db"_s))) << "and this one is kept from here on";
+    home.write(place, token);
+    EXPECT_EQ(value(client->stopTunnel(u"db"_s)).size(), 1) << "the file was read again";
+    home.write(place, "stale");
     EXPECT_EQ(value(client->startTunnel(u"db"_s)).size(), 1) << "the kept one is still good";
 }
+
+TEST_F(ClientAndService, aTargetKeepsAQueryOfItsOwn)
+{
+    for (const QString &target :
+        {u"http://wiki.office.ts.net/?a=1&target=2"_s, u"http://wiki.office.ts.net/?netcheck=maybe"_s,
+            u"http://wiki.office.ts.net/?ping_count=99&netcheck=false"_s, u"http://wiki.office.ts.net/ü?%26=+&x"_s}) {
+        const auto report = value(client->diagnose(target));
+        EXPECT_EQ(report.target, target);
+        EXPECT_EQ(report.host, u"wiki.office.ts.net"_s);
+    }
+}
+
+// The service in an environment, and where the client looks for its token in the same one.
+class TokenPlace : public testing::TestWithParam<std::optional<std::string>> {
+protected:
+    TokenPlace()
+    {
+        qputenv("HOME", home.path().c_str());
+        if (GetParam())
+            qputenv("XDG_DATA_HOME", place().c_str());
+        else
+            qunsetenv("XDG_DATA_HOME");
+    }
+    ~TokenPlace() override
+    {
+        restore("HOME", homeBefore);
+        restore("XDG_DATA_HOME", dataBefore);
+    }
+
+    // What the parameter stands for: "HOME/…" is a folder in the home folder.
+    std::string place() const
+    {
+        const std::string &named = *GetParam();
+        return named.starts_with("HOME/") ? (home / named.substr(5)).string() : named;
+    }
+    static std::optional<QByteArray> variable(const char *name)
+    {
+        return qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt;
+    }
+    static void restore(const char *name, const std::optional<QByteArray> &value)
+    {
+        if (value)
+            qputenv(name, *value);
+        else
+            qunsetenv(name);
+    }
+
+    const std::optional<QByteArray> homeBefore = variable("HOME");
+    const std::optional<QByteArray> dataBefore = variable("XDG_DATA_HOME");
+    TemporaryFolder home;
+};
+
+TEST_P(TokenPlace, IsTheSameForClientAndService)
+{
+    std::map<std::string, std::string> variables;
+    if (GetParam())
+        variables["XDG_DATA_HOME"] = place();
+    ServiceProcess service(home.path(), {"gui", "serve", "--listen", "127.0.0.1:0"}, variables);
+    const QUrl url(u"http://127.0.0.1:"_s + QString::number(service.awaitPort()));
+    RealWorld world;
+    VeranoxAPIClient client(world.queue, url, VeranoxDiagnosticSession::make(), {});
+    const auto stopped = std::make_shared<std::expected<bool, std::exception_ptr>>(std::unexpected(nullptr));
+    jobs::JobScope scope(world.queue);
+    const auto job = scope.start(keepValue(stopped, succeeding(client.shutdown())));
+    ASSERT_TRUE(world.runUntil([&] { return job.finished(); }));
+    EXPECT_TRUE(*stopped) << "the token that the client found was not the service's";
+}
+
+INSTANTIATE_TEST_SUITE_P(Environments, TokenPlace,
+    testing::Values(
+        std::nullopt, "HOME/data", "HOME/da ta/", "HOME/a/../b", "", "data", "./data", "../data", "~/data"));

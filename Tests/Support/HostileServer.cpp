@@ -45,11 +45,16 @@ Behaviour sendRaw(const QByteArray &text)
     return [text](ServerConnection &connection) { connection.send(text); };
 }
 
-Behaviour drip(const QByteArray &text, std::shared_ptr<Gate> gate)
+Behaviour drip(
+    const QByteArray &text, qsizetype atOnce, std::shared_ptr<Gate> gate, std::shared_ptr<std::atomic<qint64>> sent)
 {
     return [=](ServerConnection &connection) {
-        connection.send(text);
-        while (gate->pass(connection.stopToken()) && connection.send(" ")) { }
+        connection.send(text.left(atOnce));
+        for (*sent = atOnce; *sent < text.size() && gate->pass(connection.stopToken()); ++*sent) {
+            if (!connection.send(text.sliced(*sent, 1)))
+                return;
+        }
+        connection.waitUntilClientCloses();
     };
 }
 

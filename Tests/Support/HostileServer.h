@@ -10,8 +10,10 @@ Behaviour hang();
 Behaviour closeAtOnce();
 // Sends this text as it stands, then closes.
 Behaviour sendRaw(const QByteArray &text);
-// Sends this text as it stands, then one byte each time the gate opens, until the client has closed.
-Behaviour drip(const QByteArray &text, std::shared_ptr<Gate> gate);
+// Sends the beginning of this text at once, then a byte of it each time the gate opens, until the client has closed.
+// `sent` tells how much of it is on its way.
+Behaviour drip(
+    const QByteArray &text, qsizetype atOnce, std::shared_ptr<Gate> gate, std::shared_ptr<std::atomic<qint64>> sent);
 
 enum class Framing { ContentLength, Chunked, UntilClose };
 // A 200 answer with a body of this size, made while it is sent. `sent` counts the bytes of the body that were taken.

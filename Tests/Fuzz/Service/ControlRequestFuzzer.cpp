@@ -1,4 +1,6 @@
+#include "Service/Json/JsonText.h"
 #include "Tests/Service/Support/ApiBed.h"
+#include <boost/json/parse.hpp>
 #include <cstdlib>
 #include <sstream>
 
@@ -23,5 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         std::abort();
     if (answer.status != 200 && !answer.body.at("error").is_string())
         std::abort();
+    if (boost::json::error_code failure;
+        boost::json::parse(compactJson(answer.body), failure) != answer.body || failure)
+        std::abort(); // what is sent is JSON, and what is in it was text already
     return 0;
 }

@@ -214,6 +214,37 @@ TEST_F(ConfigStoreTest, AHugeFileIsSetAsideUnread)
     EXPECT_EQ(fs::file_size(folder / kept), ConfigStore::sizeLimit + 1);
 }
 
+TEST_F(ConfigStoreTest, AFileThatIsHugeOnceItIsWrittenInFullIsSetAside)
+{
+    std::string profiles;
+    for (int i = 0; i < 20000; ++i)
+        profiles += (i == 0 ? "\"p" : ",\"p") + std::to_string(i) + "\":{}";
+    std::string text = configFileText(ConfigDocument{});
+    text.replace(text.find(R"("Profiles": {})"), 14, R"("Profiles": {)" + profiles + "}");
+    ASSERT_LT(text.size(), ConfigStore::sizeLimit / 4);
+    folder.write("config.json", text);
+    EXPECT_THAT(loadFailure(),
+        HasSubstr("is too large: with everything that it leaves out it has more than 4194304 bytes; it "
+                  "was set aside as "));
+    EXPECT_EQ(folder.read(kept), text);
+}
+
+TEST_F(ConfigStoreTest, TheLargestFileIsLoadedAndSaved)
+{
+    ConfigDocument document = fullDocument();
+    document.asRead["Future"] = std::string(ConfigStore::sizeLimit, 'x');
+    const std::size_t tooMuch = configFileText(document).size() - ConfigStore::sizeLimit;
+    document.asRead["Future"] = std::string(ConfigStore::sizeLimit - tooMuch, 'x');
+    folder.write("config.json", configFileText(document));
+    ASSERT_EQ(folder.read("config.json").size(), ConfigStore::sizeLimit);
+    saveAgain();
+    EXPECT_EQ(folder.read("config.json").size(), ConfigStore::sizeLimit);
+    document.asRead["Future"].as_string() += 'x';
+    ConfigStore store(folder.path());
+    store.load(time.wallNow());
+    EXPECT_THROW(store.save(document), StartProblem);
+}
+
 TEST_F(ConfigStoreTest, AFileOfANewerVersionIsLeftInItsPlace)
 {
     std::string text = configFileText(fullDocument());

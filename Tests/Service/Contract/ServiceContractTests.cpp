@@ -86,6 +86,35 @@ TEST_F(ServiceContract, TheDemoCanBeSavedAsItIs)
     }
 }
 
+TEST_F(ServiceContract, TheLargestConfigurationCanBeSentBack)
+{
+    constexpr std::size_t nearTheLimit = 4100000; // of 4 MiB
+    boost::json::array suffixes;
+    const std::string filler(200, 'x');
+    for (std::size_t size = 0; size < nearTheLimit; size += 8 + suffixes.back().as_string().size() + 4)
+        suffixes.emplace_back("." + filler.substr(0, 60) + "." + filler.substr(0, 60) + "." + filler.substr(0, 60)
+            + ".s" + std::to_string(suffixes.size()) + ".ts.net");
+    {
+        ServiceProcess first(home.path(), plain);
+        ASSERT_NE(first.awaitPort(), 0);
+        first.signal(SIGTERM);
+        first.awaitEnd();
+    }
+    const std::string place = ".config/veranox/config.json";
+    boost::json::value file = boost::json::parse(home.read(place));
+    file.at("Profiles") = {{"large", {{"Suffixes", suffixes}}}};
+    home.write(place, boost::json::serialize(file));
+    ServiceProcess service(home.path(), plain);
+    RawClient client(service.awaitPort());
+    const std::string config = client.exchange(client.request("GET", "/api/config")).body();
+    ASSERT_GT(config.size(), 3900000U);
+    const std::string length = "Content-Length: " + std::to_string(config.size()) + "\r\n";
+    const RawClient::Answer saved =
+        client.exchange(client.request("POST", "/api/config", tokenHeader() + length) + config);
+    EXPECT_EQ(saved.result_int(), 200U) << saved.body();
+    EXPECT_GT(home.read(place).size(), nearTheLimit);
+}
+
 TEST_F(ServiceContract, EveryRecordHasAllItsKeys)
 {
     ServiceProcess service(home.path(), demo);
@@ -221,7 +250,7 @@ TEST_F(ServiceContract, OversizeSlowAndManyClientsHurtNobodyElse)
         header.exchange(header.request("GET", "/api/health", "X-A: " + std::string(20000, 'a') + "\r\n")).result_int(),
         431U);
     RawClient body(port);
-    EXPECT_EQ(body.exchange(body.request("POST", "/api/shutdown", "Content-Length: 1048577\r\n")).result_int(), 413U);
+    EXPECT_EQ(body.exchange(body.request("POST", "/api/shutdown", "Content-Length: 4194305\r\n")).result_int(), 413U);
     RawClient client(port);
     EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U);
 }

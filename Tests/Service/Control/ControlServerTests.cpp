@@ -127,6 +127,53 @@ TEST(ControlServer, BodyThatIsTooLarge)
     EXPECT_TRUE(chunked.isClosedByServer());
 }
 
+TEST(ControlServer, ClientThatWritesAllBeforeItReadsLearnsWhyItIsRefused)
+{
+    RunningServer server({});
+    const std::string much(12 * 1024 * 1024, 'x');
+    const std::string length = "Content-Length: " + std::to_string(much.size()) + "\r\n";
+    RawClient announced(server.port());
+    EXPECT_TRUE(announced.send(announced.request("POST", "/api/config", length) + much));
+    EXPECT_EQ(announced.receive().result_int(), 413U);
+    RawClient stranger(server.port());
+    EXPECT_TRUE(stranger.send("POST /api/config HTTP/1.1\r\nHost: evil.example\r\nContent-Length: 4000000\r\n\r\n"
+        + much.substr(0, 4000000)));
+    EXPECT_EQ(stranger.receive().result_int(), 421U);
+    RawClient chunked(server.port());
+    EXPECT_TRUE(chunked.send(chunked.request("POST", "/api/config", "Transfer-Encoding: chunked\r\n") + "c00000\r\n"
+        + much + "\r\n0\r\n\r\n"));
+    EXPECT_EQ(chunked.receive().result_int(), 413U);
+}
+
+TEST(ControlServer, ClientThatWritesOnWithoutEndIsCutOff)
+{
+    ControlLimits limits;
+    limits.drainBytes = 1000000;
+    limits.linger = 60s; // so that the bytes alone cut it off
+    RunningServer server(limits);
+    RawClient client(server.port());
+    client.send(client.request("POST", "/api/config", "Content-Length: 1000000000\r\n"));
+    const std::string piece(100000, 'x');
+    int pieces = 0;
+    while (pieces < 10000 && client.send(piece))
+        ++pieces;
+    EXPECT_LT(pieces, 1000) << "what the sockets hold besides";
+}
+
+TEST(ControlServer, RefusedClientThatSaysNothingMoreIsCutOff)
+{
+    ControlLimits limits;
+    limits.linger = 50ms;
+    RunningServer server(limits);
+    RawClient client(server.port());
+    client.send(client.request("POST", "/api/config", "Content-Length: 1000000000\r\n"));
+    EXPECT_EQ(client.receive().result_int(), 413U);
+    const auto begin = std::chrono::steady_clock::now();
+    while (client.send("x") && std::chrono::steady_clock::now() - begin < 15s)
+        std::this_thread::yield();
+    EXPECT_FALSE(client.send("x"));
+}
+
 TEST(ControlServer, WhatIsNoHttpIsRefusedAndCutOff)
 {
     RunningServer server({});

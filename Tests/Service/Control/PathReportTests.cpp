@@ -1,4 +1,5 @@
 #include "Tests/Service/Support/ApiBed.h"
+#include "Tests/Service/Support/Document.h"
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/redirect_error.hpp>
@@ -29,12 +30,33 @@ TEST_F(PathReport, AsksWhatTheQuerySays)
     EXPECT_EQ(bed.traffic().questions[0].pingCount, 5U);
 }
 
-TEST_F(PathReport, ATargetWithAnAmpersandIsSplitByIt)
+TEST_F(PathReport, ATargetKeepsAQueryOfItsOwn)
 {
-    EXPECT_EQ(get("?target=a&b&netcheck=false").status, 200U);
-    EXPECT_EQ(bed.traffic().questions.at(0).target, "a");
+    const std::string options = "&netcheck=true&ping_count=3";
+    for (const std::string target :
+        {"http://a.b/?a=1&target=2", "http://a.b/?netcheck=maybe", "http://a.b/?x&netcheck=no", "a&b",
+            "a?ping_count=99&ping_count=0&c", "a&&", "a&netcheck", "target=a", "a?netcheck=false&ping_count=7"}) {
+        bed.traffic().questions.clear();
+        const ControlAnswer answer = get("?target=" + target + options);
+        ASSERT_EQ(answer.status, 200U) << target << ": " << test::errorOf(answer);
+        EXPECT_EQ(bed.traffic().questions.at(0).target, target);
+        EXPECT_TRUE(bed.traffic().questions.at(0).netcheck) << target;
+        EXPECT_EQ(bed.traffic().questions.at(0).pingCount, 3U) << target;
+    }
+}
+
+TEST_F(PathReport, OptionsStandOnEitherSideOfTheTarget)
+{
+    EXPECT_EQ(get("?ping_count=7&other=1&target=a&b&netcheck=false").status, 200U);
+    EXPECT_EQ(bed.traffic().questions.at(0).target, "a&b");
     EXPECT_FALSE(bed.traffic().questions.at(0).netcheck);
-    EXPECT_EQ(bed.traffic().questions.at(0).pingCount, 3U);
+    EXPECT_EQ(bed.traffic().questions.at(0).pingCount, 7U);
+    EXPECT_EQ(get("?target=a&ping_count=2&netcheck=false").status, 200U) << "in either order";
+    EXPECT_EQ(bed.traffic().questions.at(1).target, "a");
+    EXPECT_FALSE(bed.traffic().questions.at(1).netcheck);
+    EXPECT_EQ(bed.traffic().questions.at(1).pingCount, 2U);
+    EXPECT_EQ(get("?target=a").status, 200U);
+    EXPECT_EQ(bed.traffic().questions.at(2).pingCount, 3U) << "when nothing is said";
 }
 
 TEST_F(PathReport, NeedsNoToken)
@@ -48,7 +70,9 @@ TEST_F(PathReport, Refusals)
 {
     const std::string noTarget = "The query needs a target: a URL, host:port, a host name or an address.";
     const std::pair<std::string, std::string> cases[] = {{"", noTarget}, {"?", noTarget}, {"?target=", noTarget},
-        {"?Target=a", noTarget}, {"?target=a&target=b", "The key target stands twice in the query."},
+        {"?Target=a", noTarget}, {"?a=target=b", noTarget}, {"?target=&netcheck=true", noTarget},
+        {"?netcheck=true&target=a&netcheck=true", "The key netcheck stands twice in the query."},
+        {"?target=%ff", "The query of the request is not well formed."},
         {"?target=%zz", "The query of the request is not well formed."},
         {"?target=a%0Ab", "The target holds a control character."},
         {"?target=" + std::string(2049, 'a'), "The target has more than 2048 bytes."},
@@ -104,7 +128,9 @@ TEST_F(PathReport, OnlyAFewRunAtATime)
             [&](const std::exception_ptr &, const ControlAnswer &answer) { statuses.push_back(answer.status); });
         context.poll();
     };
-    for (int i = 0; i < 9; ++i)
+    const std::size_t most = test::Document("docs/control-api.md").number("the path report; at most ", " at a time");
+    ASSERT_EQ(most, 8U);
+    for (std::size_t i = 0; i <= most; ++i)
         ask();
     EXPECT_EQ(statuses, (std::vector<unsigned>{503U}));
     traffic.release();

@@ -22,6 +22,7 @@ TEST(QueryFields, AreTakenApart)
 {
     const QueryFields fields("target=https%3A%2F%2Fa.b%2Fc?d=e+f&stray&=x&&netcheck=true&ping_count=3");
     EXPECT_EQ(fields.text("target"), "https://a.b/c?d=e+f");
+    EXPECT_EQ(QueryFields("t=%C3%BC\u20ac").text("t"), "ü€");
     EXPECT_EQ(fields.text("stray"), "");
     EXPECT_EQ(fields.text(""), "x");
     EXPECT_EQ(fields.text("absent"), std::nullopt);
@@ -36,7 +37,8 @@ TEST(QueryFields, RefusalsNameTheKey)
     const auto nothing = [](const QueryFields &) { };
     const auto force = [](const QueryFields &fields) { fields.flag("force", false); };
     const auto count = [](const QueryFields &fields) { fields.number("n", {0, 10}, 1); };
-    for (const std::string_view query : {"a=%", "a=%4", "a=%zz", "%00=1", "%"})
+    for (const std::string_view query :
+        {"a=%", "a=%4", "a=%zz", "%00=1", "%", "a=%ff", "a=%c3", "%ed%a0%80=1", "a=\xfc"})
         EXPECT_EQ(refusalOf(query, nothing), "The query of the request is not well formed.") << query;
     for (const std::string_view query : {"force", "force=", "force=1", "force=TRUE"})
         EXPECT_EQ(refusalOf(query, force), "The value of force must be true or false.") << query;

@@ -273,6 +273,32 @@ TEST_F(SaveConfig, RefusalsHaveTheWordsThatTheApplicationLooksFor)
     }
 }
 
+TEST_F(SaveConfig, SuffixWithACharacterThatNobodySeesIsRefused)
+{
+    const std::string before = bed.filesOnDisk();
+    for (const std::string hidden : {"\u00AD", "\u034F", "\u115F", "\u200B", "\u200D", "\u202E", "\u2060", "\u2800",
+             "\u3164", "\uFE0F", "\uFEFF", "\U000E0061", "\u00A0", "\u3000", "\u0085", "\u0378"}) {
+        const std::string suffix = ".wo" + hidden + "rk.ts.net";
+        const ControlAnswer answer =
+            save(laidOver(document(), {{"Profiles", {{"work", {{"Suffixes", json::array{suffix}}}}}}}));
+        EXPECT_EQ(answer.status, 400U) << suffix;
+        EXPECT_THAT(test::errorOf(answer),
+            ::testing::AllOf(StartsWith("Profile \"work\": the suffix \".wo"),
+                ::testing::EndsWith("rk.ts.net\" holds an invisible character, so no host name could end like it.")));
+        EXPECT_EQ(test::configurationRow(test::errorOf(answer)), 3);
+    }
+    EXPECT_EQ(bed.filesOnDisk(), before);
+}
+
+TEST_F(SaveConfig, SuffixOfAnyScriptIsTaken)
+{
+    for (const std::string suffix : {".bücher.example", ".例え.jp", ".नमस्ते.ts.net", ".مثال.ts.net", ".a_b-c.ts.net"}) {
+        const ControlAnswer answer =
+            save(laidOver(document(), {{"Profiles", {{"work", {{"Suffixes", json::array{suffix}}}}}}}));
+        EXPECT_EQ(answer.status, 200U) << suffix << test::errorOf(answer);
+    }
+}
+
 TEST_F(SaveConfig, BodiesThatAreNoJson)
 {
     const std::string before = bed.filesOnDisk();

@@ -1,9 +1,11 @@
 #include "Service/Json/JsonProblem.h"
 #include "Service/Json/JsonReader.h"
 #include "Service/Json/JsonText.h"
+#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
 #include <functional>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace veranox {
 
@@ -60,6 +62,33 @@ TEST(JsonText, PrettyTextReadsBackTheSame)
     const std::string text = prettyJson(value);
     EXPECT_EQ(parseJson(text), value);
     EXPECT_EQ(prettyJson(parseJson(R"({"a": [1], "b": {}})")), "{\n  \"a\": [\n    1\n  ],\n  \"b\": {}\n}\n");
+}
+
+TEST(JsonText, IsTextAndJsonWhateverBytesAreInTheValue)
+{
+    std::mt19937 random(20250301);
+    const auto bytes = [&] {
+        std::string text(random() % 12, ' ');
+        for (char &byte : text)
+            byte = static_cast<char>(random() % 256);
+        return text;
+    };
+    for (int i = 0; i < 2000; ++i) {
+        const boost::json::value value{{bytes(), bytes()}, {"list", {bytes(), 1, {{bytes(), nullptr}}}}};
+        for (const std::string &text : {compactJson(value), prettyJson(value)}) {
+            boost::json::error_code failure;
+            const boost::json::value read = boost::json::parse(text, failure); // which checks UTF-8 as well
+            ASSERT_FALSE(failure) << failure.message() << ": " << text;
+            ASSERT_TRUE(read.at("list").at(0).is_string()) << text;
+        }
+    }
+}
+
+TEST(JsonText, ReplacesOnlyWhatIsNoText)
+{
+    EXPECT_EQ(
+        compactJson({{"a\xff", "b\xc3"}, {"c", "ü\n\"\x7f"}}), "{\"a\uFFFD\":\"b\uFFFD\",\"c\":\"ü\\n\\\"\x7f\"}");
+    EXPECT_EQ(prettyJson({{"a\xff", "b\xc3"}}), "{\n  \"a\uFFFD\": \"b\uFFFD\"\n}\n");
 }
 
 class Reader : public ::testing::Test {

@@ -4,6 +4,7 @@
 #include <boost/asio/use_future.hpp>
 #include <boost/json/value_to.hpp>
 #include <gmock/gmock.h>
+#include <thread>
 
 namespace veranox {
 
@@ -108,6 +109,49 @@ TEST_F(PathReportOfLab, HostThatDoesNotSpeakHttp)
     EXPECT_EQ(found.at("http").at("ok"), false);
     EXPECT_EQ(text(found.at("http").at("error")), "The host took the connection but does not speak HTTP.");
     EXPECT_EQ(text(found.at("summary")), "echo.tail1.ts.net takes connections on port 7 through profile \"Work\".");
+}
+
+/// What a report tells of a host that sends these bytes to whoever connects.
+boost::json::object reportOfHostThatSays(const std::string &answer)
+{
+    const test::Peer host = test::Peer::listening();
+    test::LabBench bench(R"({"version": 1, "tailnets": {"net": {"suffix": ".t", "hosts": {"far": "127.0.0.1:)"
+        + std::to_string(host.port())
+        + R"("}}}, "profiles": {"p": {"tailnet": "net", "config": {"Suffixes": [".t"]}}}})");
+    std::thread server([&] {
+        for (int connection = 0; connection < 2; ++connection) { // the ping and the page
+            const test::Peer peer = host.accept();
+            peer.send(answer);
+            peer.finishSending();
+            peer.receiveAll();
+        }
+    });
+    boost::json::object report = boost::asio::co_spawn(bench.context(),
+        bench.traffic().pathReport({.target = "http://far.t/", .netcheck = false, .pingCount = 1}),
+        boost::asio::use_future)
+                                     .get();
+    server.join();
+    return report;
+}
+
+TEST(PathReportOfAFarHost, WhatItSaysOfItselfIsTakenAsText)
+{
+    const boost::json::object found = reportOfHostThatSays(
+        "HTTP/1.1 200 Gr\xfc\xdf \xe2\x80\xae\tGott\r\nContent-Type: text/\xff\r\nContent-Length: 0\r\n\r\n");
+    EXPECT_EQ(found.at("http").at("status"), "200 Gr??   Gott");
+    EXPECT_EQ(found.at("http").at("content_type"), "text/?");
+    EXPECT_EQ(found.at("summary"),
+        "far.t takes connections on port 80 through profile \"p\" and answers HTTP with 200 Gr??   Gott.");
+}
+
+TEST(PathReportOfAFarHost, WhatItSaysOfItselfHasABound)
+{
+    const std::string much(4000, 'x');
+    const boost::json::object found =
+        reportOfHostThatSays("HTTP/1.1 200 " + much + "\r\nContent-Type: " + much + "\r\nContent-Length: 0\r\n\r\n");
+    const std::string shown = much.substr(0, 197) + "…";
+    EXPECT_EQ(boost::json::value_to<std::string>(found.at("http").at("status")), "200 " + shown);
+    EXPECT_EQ(boost::json::value_to<std::string>(found.at("http").at("content_type")), shown);
 }
 
 TEST_F(PathReportOfLab, HostThatNeverAnswersIsGivenUp)

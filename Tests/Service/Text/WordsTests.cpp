@@ -1,4 +1,5 @@
 #include "Service/Text/Timestamps.h"
+#include "Service/Text/Visible.h"
 #include "Service/Text/Words.h"
 #include <gtest/gtest.h>
 
@@ -36,6 +37,36 @@ TEST(Words, PrintableReplacesBytesThatAreNoText)
     EXPECT_EQ(printable("\xed\xa0\x80"), "???") << "a surrogate";
     EXPECT_EQ(printable("\xf4\x90\x80\x80"), "????") << "beyond Unicode";
     EXPECT_EQ(printable("\xe2\x82z"), "??z");
+}
+
+TEST(Words, Utf8IsToldFromOtherBytes)
+{
+    const std::string_view zero("a\0b", 3);
+    for (const std::string_view text :
+        {std::string_view(), std::string_view("a b\n\x7f"), std::string_view("ü€😀\u202e"), zero}) {
+        EXPECT_TRUE(isUtf8(text)) << text;
+        EXPECT_EQ(toUtf8(text), text);
+    }
+    for (const std::string_view text : {"\xff", "a\xc3", "\xc0\xaf", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xe2\x82z"})
+        EXPECT_FALSE(isUtf8(text)) << text;
+}
+
+TEST(Words, ToUtf8ReplacesEachByteThatIsNoText)
+{
+    EXPECT_EQ(toUtf8("a\xffz"), "a\uFFFDz");
+    EXPECT_EQ(toUtf8("\xc3"), "\uFFFD") << "cut short";
+    EXPECT_EQ(toUtf8("\xed\xa0\x80ü"), "\uFFFD\uFFFD\uFFFDü") << "a surrogate";
+    EXPECT_EQ(toUtf8("\xe2\x82\"}"), "\uFFFD\uFFFD\"}") << "what follows stays";
+}
+
+TEST(Visible, HoldsWhenEveryCharacterShows)
+{
+    for (const std::string text : {"", "a.b-c_d", "é", "नमस्ते", "例え", "😀"})
+        EXPECT_TRUE(isVisible(text)) << text;
+    for (const std::string text :
+        {" ", "a\tb", "\x7f", "a\u00ADb", "\u200B", "\uFE0F", "\u2800", "\u0378", "\xff", "a\xc3"})
+        EXPECT_FALSE(isVisible(text)) << text;
+    EXPECT_FALSE(isVisible(std::string_view("\0", 1)));
 }
 
 TEST(Words, ShortenedCutsBetweenCharacters)

@@ -87,6 +87,16 @@ TEST_F(ApiReads, ARefusedReadIsSentOnce)
     EXPECT_EQ(server.received().size(), 2);
 }
 
+TEST_F(ApiReads, ARefusalsTextSurvivesWhateverStandsBesideIt)
+{
+    for (const QByteArray &beside : {"1e999", "99999999999999999999999", "[{\"a\":-1e999}]", "{\"error\":7}"}) {
+        server.expect("GET /api/profiles", reply(409, R"({"code":)" + beside + R"(,"error":"No entry."})"));
+        const auto refused = complete(client.fetchProfiles());
+        EXPECT_EQ(refused.ending, Ending::Refused) << beside.toStdString();
+        EXPECT_EQ(refused.text, u"No entry.");
+    }
+}
+
 TEST_F(ApiReads, AFailureWithoutAReasonIsABadResponse)
 {
     for (const QByteArray body : {"", "{}", "[]", "text", R"({"error":3})", R"({"error":null})", R"({"Error":"x"})"}) {

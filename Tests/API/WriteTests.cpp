@@ -93,7 +93,8 @@ TEST_F(ApiWrites, WithoutAUsableTokenTheWriteGoesOutWithoutOne)
         EXPECT_FALSE(server.received().last().headers.contains("x-veranox-token"));
     };
     sendsNoToken(); // no file
-    for (const QByteArray content : {"", " \n\t", "\xff\xfe", "two\nlines", "a\rb", "a\x01"}) {
+    for (const QByteArray content :
+        {"", " \n\t", "\xff\xfe", "two\nlines", "a\rb", "a\x01", "cut\xc3", "cut\xe2\x82", "cut\xf0\x9f\x98"}) {
         writeToken(content);
         sendsNoToken();
     }

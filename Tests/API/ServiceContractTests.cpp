@@ -213,6 +213,13 @@ TEST_F(ClientAndService, aDocumentThatCannotBeIsRefused)
     EXPECT_EQ(value(client->fetchEditableConfig()), good);
 }
 
+TEST_F(ClientAndService, aDocumentThatIsTooLargeIsRefusedInTheServicesWords)
+{
+    VeranoxEditableConfig document = value(client->fetchEditableConfig());
+    document.profiles[u"office"_s].displayName = QString(16 * 1024 * 1024, u'x');
+    EXPECT_EQ(reason(refusal(succeeding(client->saveConfig(document)))), u"The body of the request is too large.");
+}
+
 TEST_F(ClientAndService, aLoginGivesAnAddressAndIsApproved)
 {
     const auto stateOf = [&](const QString &name) {

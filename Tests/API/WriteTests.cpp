@@ -239,10 +239,16 @@ TEST_F(ApiCancel, SendsNothingForACallThatWasCancelledBefore)
 {
     const auto outcome = begin(client.fetchProfiles());
     const auto health = begin(client.healthCheck());
+    const auto config = begin(client.fetchConfig());
+    const auto editable = begin(client.fetchEditableConfig());
+    const auto shutdown = begin(client.shutdown());
     jobs.cancelAll();
     world.run();
     EXPECT_EQ(outcome->ending, Ending::Cancelled);
     EXPECT_EQ(health->value, false);
+    EXPECT_EQ(config->ending, Ending::Cancelled);
+    EXPECT_EQ(editable->ending, Ending::Cancelled);
+    EXPECT_EQ(shutdown->ending, Ending::Cancelled);
     EXPECT_EQ(server.received().size(), 0);
 }
 

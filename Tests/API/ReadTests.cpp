@@ -41,9 +41,11 @@ TEST_F(ApiReads, EachReadHasItsPathAndGivesItsRecords)
 TEST_F(ApiReads, AReadCarriesSessionCorrelationAndAttemptButNoTokenAndNoContentType)
 {
     writeToken("secret");
+    server.expect("POST /api/shutdown", reply(200, R"({"status":"stopping"})"));
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good); // the client has the token from here on
     server.expect("GET /api/profiles", reply(200, "[]"));
     EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::Good);
-    const auto headers = server.received().at(0).headers;
+    const auto headers = server.received().at(1).headers;
     EXPECT_EQ(headers.value("x-veranox-session-id"), session.sessionID.toUtf8());
     EXPECT_EQ(headers.value("x-veranox-attempt"), "1");
     EXPECT_FALSE(headers.contains("x-veranox-token"));

@@ -406,9 +406,25 @@ TEST_F(ClientAndService, aShutdownEndsIt)
     EXPECT_EQ(VeranoxTunnelErrorMessage::message(after.error(), u"unavailable"_s), u"unavailable");
 }
 
+TEST_F(ClientAndService, theTokenLiesWhereTheClientLooksForIt)
+{
+    const QByteArray before = qgetenv("HOME");
+    qputenv("HOME", QByteArray::fromStdString(home.path().string()));
+    const QString place = defaultControlTokenPath();
+    qputenv("HOME", before);
+    EXPECT_EQ(place, QString::fromStdString(home / ".local/share/Veranox/control.token"));
+    EXPECT_TRUE(readControlToken(place));
+}
+
 TEST_F(ClientAndService, aNewTokenIsFoundByItself)
 {
-    EXPECT_EQ(value(client->stopTunnel(u"db"_s)).size(), 1); // the client keeps the token from here on
-    home.write(".local/share/Veranox/control.token", "stale");
-    EXPECT_EQ(value(client->startTunnel(u"db"_s)).size(), 1) << "the kept one is still good";
+    const std::string place = ".local/share/Veranox/control.token";
+    const std::string current = home.read(place);
+    home.write(place, "stale");
+    EXPECT_FALSE(outcome(client->stopTunnel(u"db"_s))); // the client keeps the stale token from here on
+    EXPECT_FALSE(value(client->fetchTunnels()).value(0).disabled);
+    home.write(place, current);
+    EXPECT_TRUE(value(client->stopTunnel(u"db"_s)).value(0).disabled);
+    home.write(place, "stale again");
+    EXPECT_FALSE(value(client->startTunnel(u"db"_s)).value(0).disabled) << "the good one is kept";
 }

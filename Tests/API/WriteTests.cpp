@@ -1,4 +1,5 @@
 #include "Tests/API/ApiClientTest.h"
+#include <QDir>
 #include <sys/stat.h>
 
 using namespace std::chrono_literals;
@@ -10,6 +11,20 @@ const QByteArray refusal = R"({"error":"wrong token"})";
 } // namespace
 
 using ApiWrites = ApiClientTest;
+
+TEST(ControlToken, LiesInTheUsersDataFolder)
+{
+    const QTemporaryDir home;
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    const bool wasSet = qEnvironmentVariableIsSet("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
+    EXPECT_EQ(defaultControlTokenPath(), home.filePath(u"Veranox/control.token"_s));
+    EXPECT_TRUE(QDir(home.path()).isEmpty()) << "asking creates nothing";
+    qunsetenv("XDG_DATA_HOME");
+    EXPECT_EQ(defaultControlTokenPath(), QDir::homePath() + u"/.local/share/Veranox/control.token"_s);
+    if (wasSet)
+        qputenv("XDG_DATA_HOME", before);
+}
 
 TEST_F(ApiWrites, AWriteCarriesTheTrimmedTokenAndNoContentTypeWithoutABody)
 {

@@ -1,8 +1,22 @@
 #include "API/Client/VeranoxConfigCache.h"
+#include "Base/Failures/VeranoxCancellation.h"
 #include <QScopeGuard>
 
+namespace {
+
+jobs::Async<> passOn(jobs::Job<QByteArray> fetch, jobs::Resolver<QByteArray> to)
+{
+    try {
+        to.resolve(co_await fetch);
+    } catch (...) {
+        to.fail(std::current_exception());
+    }
+}
+
+} // namespace
+
 VeranoxConfigCache::VeranoxConfigCache(jobs::MainQueue &queue, Fetch fetch)
-    : m_clock(queue.clock()),
+    : m_queue(queue),
       m_fetch(std::move(fetch)),
       m_jobs(queue)
 {
@@ -10,12 +24,18 @@ VeranoxConfigCache::VeranoxConfigCache(jobs::MainQueue &queue, Fetch fetch)
 
 jobs::Async<QByteArray> VeranoxConfigCache::data()
 {
-    if (m_entry && m_clock.now() - m_entry->fetchedAt < timeToLive)
+    if (jobs::this_job::cancelled())
+        throw VeranoxCancellation();
+    if (m_entry && m_queue.clock().now() - m_entry->fetchedAt < timeToLive)
         co_return m_entry->data;
     if (!m_inFlight)
         m_inFlight = m_jobs.start(fetchAndKeep(m_epoch));
-    const auto fetch = m_inFlight;
-    co_return co_await fetch;
+    // Who waits for a job waits to its end; for a Completion, until a cancel.
+    const jobs::Completion<QByteArray> arrival(m_queue);
+    const auto to = arrival.resolver();
+    const std::stop_callback leave(to.stopToken(), [to] { to.fail(std::make_exception_ptr(VeranoxCancellation())); });
+    const auto passing = jobs::fork(passOn(m_inFlight, to));
+    co_return co_await arrival;
 }
 
 jobs::Async<QByteArray> VeranoxConfigCache::fetchAndKeep(std::uint64_t epoch)
@@ -26,7 +46,7 @@ jobs::Async<QByteArray> VeranoxConfigCache::fetchAndKeep(std::uint64_t epoch)
     });
     QByteArray data = co_await m_fetch();
     if (epoch == m_epoch)
-        m_entry = Entry{.data = data, .fetchedAt = m_clock.now()};
+        m_entry = Entry{.data = data, .fetchedAt = m_queue.clock().now()};
     co_return data;
 }
 

@@ -14,8 +14,9 @@ public:
     VeranoxConfigCache(jobs::MainQueue &queue, Fetch fetch);
 
     // The kept bytes while they are younger than timeToLive; else those of the fetch that is running; else those of a
-    // new fetch, a job of this cache with the ambient text of this caller. Cancelling who waits does not cancel the
-    // fetch. Throws what the fetch throws, to everyone who waits for it; a failure is not kept.
+    // new fetch, a job of this cache with the ambient text of this caller. Who is cancelled leaves at once with
+    // VeranoxCancellation, and starts no fetch; one that runs goes on, whoever is left. Throws what the fetch throws,
+    // to everyone who waits for it; a failure is not kept.
     jobs::Async<QByteArray> data();
 
     // What is kept is old, and so is what a running fetch will bring: it reaches those who wait for it and nobody else.
@@ -28,7 +29,7 @@ private:
     };
     jobs::Async<QByteArray> fetchAndKeep(std::uint64_t epoch);
 
-    const jobs::Clock &m_clock;
+    jobs::MainQueue &m_queue;
     const Fetch m_fetch;
     std::optional<Entry> m_entry;
     jobs::Job<QByteArray> m_inFlight;

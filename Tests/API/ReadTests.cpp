@@ -41,9 +41,11 @@ TEST_F(ApiReads, EachReadHasItsPathAndGivesItsRecords)
 TEST_F(ApiReads, AReadCarriesSessionCorrelationAndAttemptButNoTokenAndNoContentType)
 {
     writeToken("secret");
+    server.expect("POST /api/shutdown", reply(200, R"({"status":"stopping"})"));
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good); // the client has the token from here on
     server.expect("GET /api/profiles", reply(200, "[]"));
     EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::Good);
-    const auto headers = server.received().at(0).headers;
+    const auto headers = server.received().at(1).headers;
     EXPECT_EQ(headers.value("x-veranox-session-id"), session.sessionID.toUtf8());
     EXPECT_EQ(headers.value("x-veranox-attempt"), "1");
     EXPECT_FALSE(headers.contains("x-veranox-token"));
@@ -85,6 +87,16 @@ TEST_F(ApiReads, ARefusedReadIsSentOnce)
     server.expect("GET /api/profiles", reply(403, "no"));
     EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::BadResponse);
     EXPECT_EQ(server.received().size(), 2);
+}
+
+TEST_F(ApiReads, ARefusalsTextSurvivesWhateverStandsBesideIt)
+{
+    for (const QByteArray &beside : {"1e999", "99999999999999999999999", "[{\"a\":-1e999}]", "{\"error\":7}"}) {
+        server.expect("GET /api/profiles", reply(409, R"({"code":)" + beside + R"(,"error":"No entry."})"));
+        const auto refused = complete(client.fetchProfiles());
+        EXPECT_EQ(refused.ending, Ending::Refused) << beside.toStdString();
+        EXPECT_EQ(refused.text, u"No entry.");
+    }
 }
 
 TEST_F(ApiReads, AFailureWithoutAReasonIsABadResponse)

@@ -213,6 +213,13 @@ TEST_F(ClientAndService, aDocumentThatCannotBeIsRefused)
     EXPECT_EQ(value(client->fetchEditableConfig()), good);
 }
 
+TEST_F(ClientAndService, aDocumentThatIsTooLargeIsRefusedInTheServicesWords)
+{
+    VeranoxEditableConfig document = value(client->fetchEditableConfig());
+    document.profiles[u"office"_s].displayName = QString(16 * 1024 * 1024, u'x');
+    EXPECT_EQ(reason(refusal(succeeding(client->saveConfig(document)))), u"The body of the request is too large.");
+}
+
 TEST_F(ClientAndService, aLoginGivesAnAddressAndIsApproved)
 {
     const auto stateOf = [&](const QString &name) {
@@ -399,16 +406,27 @@ TEST_F(ClientAndService, aShutdownEndsIt)
     EXPECT_EQ(VeranoxTunnelErrorMessage::message(after.error(), u"unavailable"_s), u"unavailable");
 }
 
+TEST_F(ClientAndService, theTokenLiesWhereTheClientLooksForIt)
+{
+    const QByteArray before = qgetenv("HOME");
+    qputenv("HOME", QByteArray::fromStdString(home.path().string()));
+    const QString place = defaultControlTokenPath();
+    qputenv("HOME", before);
+    EXPECT_EQ(place, QString::fromStdString(home / ".local/share/Veranox/control.token"));
+    EXPECT_TRUE(readControlToken(place));
+}
+
 TEST_F(ClientAndService, aNewTokenIsFoundByItself)
 {
     const std::string place = ".local/share/Veranox/control.token";
-    const std::string token = home.read(place);
+    const std::string current = home.read(place);
     home.write(place, "stale");
-    EXPECT_FALSE(outcome(client->stopTunnel(u"db"_s))) << "and this one is kept from here on";
-    home.write(place, token);
-    EXPECT_EQ(value(client->stopTunnel(u"db"_s)).size(), 1) << "the file was read again";
-    home.write(place, "stale");
-    EXPECT_EQ(value(client->startTunnel(u"db"_s)).size(), 1) << "the kept one is still good";
+    EXPECT_FALSE(outcome(client->stopTunnel(u"db"_s))); // the client keeps the stale token from here on
+    EXPECT_FALSE(value(client->fetchTunnels()).value(0).disabled);
+    home.write(place, current);
+    EXPECT_TRUE(value(client->stopTunnel(u"db"_s)).value(0).disabled);
+    home.write(place, "stale again");
+    EXPECT_FALSE(value(client->startTunnel(u"db"_s)).value(0).disabled) << "the good one is kept";
 }
 
 TEST_F(ClientAndService, aTargetKeepsAQueryOfItsOwn)

@@ -76,6 +76,10 @@ TEST_F(StoreTunnelTests, SendsNothingThatCannotBeSaved)
     store->adoptTunnels(list(u"db"_s));
     EXPECT_EQ(save(draftNamed(u" "_s)), u"Tunnel name is required."_s);
     EXPECT_EQ(save(draftNamed(u"DB"_s)), u"A tunnel named \"db\" already exists."_s);
+    VeranoxTunnelDraft both = draftNamed(u"DB"_s);
+    both.target.clear();
+    EXPECT_EQ(save(both), u"Target must be host:port (for example db.internal.example:5432)."_s)
+        << "what is wrong with the draft itself comes before what it collides with";
     EXPECT_EQ(service->tunnelSave.calls, 0);
     EXPECT_EQ(secrets->calls, QStringList());
 }

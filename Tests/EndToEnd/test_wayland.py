@@ -1,8 +1,6 @@
 """The popover where the desktop lets no window choose its place: an ordinary window, that the compositor knows by the
 application's name."""
-import unittest
-
-from support.case import EndToEndTestCase
+from support.case import EndToEndTestCase, main
 from support.polling import eventually, stays
 from support.programs import POPOVER_WIDTH
 from support.wayland import Compositor
@@ -93,4 +91,4 @@ class OnWayland(EndToEndTestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    main()

@@ -1,16 +1,14 @@
 """clang-tidy over the files of a build's compile database, remembered by the content of all that a file reads."""
 import concurrent.futures
-import hashlib
 import json
 import os
 import re
 import subprocess
 import time
 
-from linting import memory
+from linting import inputs, memory
 
 CLANG_TIDY = "clang-tidy-19"
-_INCLUDE = re.compile(rb'^[ \t]*#[ \t]*include[ \t]*"([^"\n]+)"', re.M)
 # clang-tidy reads the headers themselves, so that it needs no build of the precompiled one.
 _PRECOMPILED = re.compile(r"-Xclang -include-pch -Xclang \S+ ")
 # A release build is looked at as a debug build is, with its assertions, so that one result does for both.
@@ -22,42 +20,6 @@ def find_build(root):
     folders = [os.path.join(root, "build", preset) for preset in ("debug", "release")]
     folders = [f for f in folders if os.path.exists(os.path.join(f, "compile_commands.json"))]
     return max(folders, key=lambda f: os.path.getmtime(os.path.join(f, "compile_commands.json")), default=None)
-
-
-def _own(root, path):
-    """The path seen from the repository, or None for what lies outside."""
-    relative = os.path.relpath(os.path.normpath(path), root)
-    return None if relative.startswith("..") else relative
-
-
-def _direct_headers(root, path, folders):
-    """The headers of the repository that the file itself includes; folders are searched after its own."""
-    try:
-        with open(os.path.join(root, path), "rb") as file:
-            content = file.read()
-    except OSError:
-        return []
-    found = []
-    for name in _INCLUDE.findall(content):
-        for folder in (os.path.dirname(path), *folders):
-            header = _own(root, os.path.join(root, folder, name.decode()))
-            if header and os.path.isfile(os.path.join(root, header)):
-                found.append(header)
-                break
-    return found
-
-
-def _with_headers(root, paths, folders, known):
-    """The files and every header of the repository that they include, directly or not."""
-    seen, pending = set(), list(paths)
-    while pending:
-        path = pending.pop()
-        if path not in seen:
-            seen.add(path)
-            if (path, folders) not in known:
-                known[path, folders] = _direct_headers(root, path, folders)
-            pending += known[path, folders]
-    return seen
 
 
 def portable(command, root, build):
@@ -75,18 +37,9 @@ def _forced_headers(command):
 
 
 def _key(root, build, path, command, fixed, known):
-    folders = tuple(filter(None, (_own(root, folder) for folder in re.findall(r" -I ?(\S+)", command))))
-    forced = filter(None, (_own(root, header) for header in _forced_headers(command)))
-    names = _with_headers(root, [path, *forced], folders, known)
-    digest = hashlib.sha256(fixed + portable(command, root, build).encode())
-    for name in sorted(names):
-        with open(os.path.join(root, name), "rb") as file:
-            content = file.read()
-        if _own(build, os.path.join(root, name)):
-            name, content = "<generated>", content.replace(root.encode(), b"<root>")
-        digest.update(name.encode())
-        digest.update(hashlib.sha256(content).digest())
-    return digest.hexdigest()
+    folders = tuple(filter(None, (inputs.own(root, folder) for folder in re.findall(r" -I ?(\S+)", command))))
+    forced = filter(None, (inputs.own(root, header) for header in _forced_headers(command)))
+    return inputs.key(root, build, [path, *forced], folders, fixed + portable(command, root, build).encode(), known)
 
 
 def _database(build, root, tracked):

@@ -75,6 +75,18 @@ class OwnNetwork(unittest.TestCase):
         self.allow_none()
         self.assertEqual(self.end(self.start(*command))[:2], (7, f"{words}\n"))
 
+    def test_desktops_in_two_networks_have_two_displays(self):
+        inside = [OWN_NETWORK.with_name("virtual-desktop"), "--no-wm", "--no-bus", "--", "sh", "-c", "echo $DISPLAY; cat"]
+        if NO_NETWORKS in self.end(self.start("true"))[2]:
+            self.skipTest(NO_NETWORKS)
+        desktops = [subprocess.Popen([OWN_NETWORK, *inside], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+                    for _ in range(2)]
+        displays = [desktop.stdout.readline() for desktop in desktops]
+        for desktop in desktops:
+            desktop.communicate(timeout=60)
+        self.assertTrue(all(displays), displays)
+        self.assertNotEqual(*displays)
+
     def test_the_command_runs_as_who_started_it(self):
         self.assertEqual(self.end(self.start("id", "-u"))[1], f"{os.getuid()}\n")
 

@@ -195,7 +195,7 @@ class Workshop(unittest.TestCase):
 
     def test_what_hangs_is_stopped_with_all_that_it_started(self):
         began = time.monotonic()
-        ended = workshop.run(["sh", "-c", "sleep 60 & echo $!; sleep 60"], self.top, 1)
+        ended = workshop.run(["bash", "-c", "set -m; sleep 60 & echo $!; wait"], self.top, 1)
         self.assertIsNone(ended.status)
         self.assertFalse(ended.ok)
         self.assertLess(time.monotonic() - began, 20)

@@ -6,6 +6,7 @@ import shutil
 import signal
 import subprocess
 import tempfile
+import time
 
 MOST_MEMORY = 8 << 30
 _OBJECT_FAILED = re.compile(r"^FAILED: \S+\.o\b", re.M)
@@ -40,7 +41,7 @@ _running = set()
 def end_all():
     """Ends what run() has started and not seen the end of."""
     for process in list(_running):
-        _end_group(process)
+        _end_session(process)
 
 
 def run(command, folder, limit, environment=None, prepare=_bounded):
@@ -54,18 +55,38 @@ def run(command, folder, limit, environment=None, prepare=_bounded):
         except subprocess.TimeoutExpired:
             status = None
         finally:
-            _end_group(process)
+            _end_session(process)
             _running.discard(process)
         output.seek(0)
         return Ended(status, output.read(1 << 20).decode(errors="replace"))
 
 
-def _end_group(process):
-    try:
-        os.killpg(process.pid, signal.SIGKILL)
-    except ProcessLookupError:
-        pass
+def _end_session(process):
+    """Ends the process and all that it has started: ninja gives each of its children a group of its own."""
+    while members := _session(process.pid):
+        for pid in members:
+            try:
+                os.kill(pid, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+        process.poll()
+        time.sleep(0.01)
     process.wait()
+
+
+def _session(leader):
+    """The processes of a session that have not ended."""
+    found = []
+    for name in os.listdir("/proc"):
+        if name.isdigit():
+            try:
+                with open(f"/proc/{name}/stat", encoding="utf-8", errors="replace") as file:
+                    state, _, _, session = file.read().rpartition(")")[2].split()[:4]
+            except (FileNotFoundError, ProcessLookupError):
+                continue
+            if int(session) == leader and state not in "ZX":
+                found.append(int(name))
+    return found
 
 
 def copy_tree(root, target):

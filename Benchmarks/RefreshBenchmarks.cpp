@@ -2,6 +2,7 @@
 // everyone. Each round brings lists in which every row differs from the one before.
 #include "Core/VeranoxStore.h"
 #include "Tests/Support/FakeAPIClient.h"
+#include "Tests/Support/FakeRuntimeClient.h"
 #include "Tests/Support/VirtualTime.h"
 #include <QCoreApplication>
 #include <benchmark/benchmark.h>
@@ -44,7 +45,9 @@ void applyRefresh(benchmark::State &state)
     home.status.ok = true;
     service.profiles.answer({home});
     VeranoxStore store(world.queue,
-        VeranoxStore::Collaborators{.apiClient = std::move(client), .diagnostics = VeranoxDiagnosticSession::make()});
+        VeranoxStore::Collaborators{.apiClient = std::move(client),
+            .runtimeClient = std::make_unique<FakeRuntimeClient>(),
+            .diagnostics = VeranoxDiagnosticSession::make()});
 
     const int rows = int(state.range(0));
     const QList<VeranoxTunnel> tunnelRounds[] = {tunnels(rows, 0), tunnels(rows, 1)};

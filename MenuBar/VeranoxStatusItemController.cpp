@@ -15,6 +15,9 @@ namespace {
 
 constexpr jobs::Clock::Duration trayGrace = 3s; // a desktop that is just starting brings its tray up meanwhile
 
+constexpr auto placingGrace = 1s; // for a panel that is just taking the item in
+constexpr auto placingCheck = 50ms; // no panel says when it has done so
+
 } // namespace
 
 VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store,
@@ -59,6 +62,7 @@ void VeranoxStatusItemController::fillMenu()
 
 void VeranoxStatusItemController::confirmQuitFromMenu()
 {
+    m_popoverWaits = false;
     m_popover.close();
     m_requestQuit();
 }
@@ -108,15 +112,34 @@ void VeranoxStatusItemController::handlePrimaryClick(QPoint where)
 
 void VeranoxStatusItemController::showPopover(std::optional<QPoint> where)
 {
+    if (where || !m_statusItem->isBeingPlaced())
+        openPopover(where);
+    else if (!std::exchange(m_popoverWaits, true))
+        m_jobs.start(openPopoverOncePlaced());
+    m_store.requestRefresh();
+}
+
+void VeranoxStatusItemController::openPopover(std::optional<QPoint> where)
+{
+    m_popoverWaits = false;
     QRect icon = m_statusItem->geometry();
     if (icon.isEmpty() && where)
         icon = QRect(*where, QSize(1, 1));
     m_popover.show(icon);
-    m_store.requestRefresh();
+}
+
+jobs::Async<> VeranoxStatusItemController::openPopoverOncePlaced()
+{
+    for (auto waited = 0ms; waited < placingGrace && m_popoverWaits && m_statusItem->isBeingPlaced();
+        waited += placingCheck)
+        co_await jobs::sleep(placingCheck);
+    if (m_popoverWaits) // else the person has opened it meanwhile, or asked for something else
+        openPopover({});
 }
 
 void VeranoxStatusItemController::showContextMenu(std::optional<QPoint> where)
 {
+    m_popoverWaits = false;
     m_popover.close(); // one thing at the icon at a time, also where the desktop leaves the focus with it
     m_menu.popup(menuPosition(where));
 }

@@ -33,7 +33,7 @@ public:
     void scheduleUpdate();
 
     // Opens the popover beside the item, else at the point if one is given, else where icons usually are; and looks
-    // what is new.
+    // what is new. While a panel is just taking the item in, the popover waits for that, a second at most.
     void showPopover(std::optional<QPoint> where);
     bool popoverIsShown() const { return m_popover.isShown(); }
 
@@ -51,6 +51,8 @@ private:
     void handlePrimaryClick(QPoint where);
     void confirmQuitFromMenu();
     void fillMenu();
+    void openPopover(std::optional<QPoint> where);
+    jobs::Async<> openPopoverOncePlaced();
     jobs::Async<> reportMissingTray();
     QPoint menuPosition(std::optional<QPoint> where) const;
 
@@ -64,5 +66,6 @@ private:
     std::optional<Shown> m_shown;
     QString m_shownTitle;
     bool m_updateScheduled = false;
+    bool m_popoverWaits = false; // for the item's place
     jobs::JobScope m_jobs;
 };

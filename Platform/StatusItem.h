@@ -38,6 +38,9 @@ public:
     // Where the item stands in global coordinates; empty when the panel does not tell.
     virtual QRect geometry() const = 0;
 
+    // Whether a panel is just taking the item in, and geometry() may soon tell more.
+    virtual bool isBeingPlaced() const { return false; }
+
 Q_SIGNALS:
     // The item was clicked with the primary button. The point is global, null when the panel does not tell.
     void primaryActivated(QPoint where);

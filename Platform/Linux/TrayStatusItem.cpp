@@ -67,6 +67,12 @@ QRect TrayStatusItem::geometry() const
     return m_xembed ? m_xembed->geometry() : QRect();
 }
 
+bool TrayStatusItem::isBeingPlaced() const
+{
+    return m_notifier.watcherState() == StatusNotifierWatcherLink::State::unknown
+        || (m_xembed && m_xembed->isBeingPlaced());
+}
+
 void TrayStatusItem::choose()
 {
     using enum StatusNotifierWatcherLink::State;

@@ -22,6 +22,7 @@ public:
     bool isAvailable() const override;
     bool showsOnlyMenu() const override { return m_showsOnlyMenu; }
     QRect geometry() const override;
+    bool isBeingPlaced() const override;
 
 private:
     void choose();

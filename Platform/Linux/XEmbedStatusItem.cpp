@@ -46,7 +46,14 @@ bool XEmbedStatusItem::isAvailable() const
 QRect XEmbedStatusItem::geometry() const
 {
     const QWidget *window = isAvailable() ? iconWindow() : nullptr;
-    return window ? placeOnDisplay(*window) : QRect();
+    const QRect place = window ? placeOnDisplay(*window) : QRect();
+    // Trays take icons in beyond the edge of the screen and move them to their place afterwards.
+    return QGuiApplication::screenAt(place.center()) ? place : QRect();
+}
+
+bool XEmbedStatusItem::isBeingPlaced() const
+{
+    return isAvailable() && geometry().isEmpty();
 }
 
 void XEmbedStatusItem::setVisible(bool visible)

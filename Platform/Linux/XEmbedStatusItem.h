@@ -18,6 +18,7 @@ public:
     void setMenu(QMenu *menu) override;
     bool isAvailable() const override;
     QRect geometry() const override;
+    bool isBeingPlaced() const override;
 
     // Takes part in the tray or steps back from it.
     void setVisible(bool visible);

@@ -1,8 +1,6 @@
 """The popover where the desktop lets no window choose its place: an ordinary window, that the compositor knows by the
 application's name."""
-import unittest
-
-from support.case import EndToEndTestCase
+from support.case import EndToEndTestCase, main
 from support.polling import eventually, stays
 from support.programs import POPOVER_WIDTH
 from support.wayland import Compositor
@@ -41,9 +39,11 @@ class OnWayland(EndToEndTestCase):
 
     def test_it_is_framed_can_be_moved_and_keeps_its_size(self):
         self.launch_again()
-        window = self.compositor.await_window()
+        self.compositor.await_window()
+        # The compositor lays the frame out after it has given the keyboard.
+        window = eventually(lambda: [window for window in self.compositor.windows() if window["deco_rect"]["height"] > 0],
+                            "a frame")[0]
         self.assertEqual(window["type"], "floating_con")  # for one whose size is fixed
-        self.assertGreater(window["deco_rect"]["height"], 0)
         self.assertEqual(window["window_rect"]["width"], POPOVER_WIDTH)
         self.compositor.command("move position 10 60")
         moved = self.compositor.await_window()
@@ -93,4 +93,4 @@ class OnWayland(EndToEndTestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    main()

@@ -90,8 +90,8 @@ CASES = {
 
 
 class Repository:
-    def __init__(self, folder):
-        self.folder = folder
+    def __init__(self, folder, cache):
+        self.folder, self.cache = folder, cache
         subprocess.run(["git", "init", "-q", folder], check=True)
         top = os.path.dirname(os.path.dirname(LINT))
         for name in (".clang-format", ".clang-tidy"):
@@ -105,25 +105,31 @@ class Repository:
             file.write(text)
         subprocess.run(["git", "-C", self.folder, "add", "-f", name], check=True)
 
-    def configure(self, *names):
+    def configure(self, *names, preset="debug", options=""):
         """As CMake would: a compile database of the planted files."""
-        build = os.path.join(self.folder, "build", "debug")
+        build = os.path.join(self.folder, "build", preset)
         os.makedirs(build, exist_ok=True)
         with open(os.path.join(build, "compile_commands.json"), "w", encoding="utf-8") as file:
             json.dump([{"directory": build, "file": os.path.join(self.folder, name),
-                        "command": f"clang++-19 -std=c++23 -I{self.folder} -c {os.path.join(self.folder, name)}"}
+                        "command": f"clang++-19 -std=c++23 -I{self.folder} {options} -o {name}.o -c "
+                                   + os.path.join(self.folder, name)}
                        for name in names], file)
 
     def lint(self, *checks):
-        run = subprocess.run([LINT, "--root", self.folder, *checks], capture_output=True, text=True, timeout=120)
+        run = subprocess.run([LINT, "--root", self.folder, *checks], capture_output=True, text=True, timeout=120,
+                             env=os.environ | {"XDG_CACHE_HOME": self.cache})
         return run.returncode, run.stdout + run.stderr
 
 
 class Planted(unittest.TestCase):
     def setUp(self):
+        self.cache = self.folder()
+        self.repository = Repository(self.folder(), self.cache)
+
+    def folder(self):
         temporary = tempfile.TemporaryDirectory()
         self.addCleanup(temporary.cleanup)
-        self.repository = Repository(os.path.realpath(temporary.name))
+        return os.path.realpath(temporary.name)
 
     def check(self, check, name, words, text):
         self.repository.plant(name, text)
@@ -156,6 +162,45 @@ class Planted(unittest.TestCase):
         code, output = self.repository.lint("tidy")
         self.assertEqual(code, 1, output)
         self.assertEqual(self.repository.lint("tidy")[0], 1, "a refusal is not remembered as a pass")
+
+    def test_what_passed_is_remembered_in_every_checkout_and_build(self):
+        for preset, options in (("debug", "-g"), ("release", "-O2 -g -DNDEBUG")):
+            repository = Repository(self.folder(), self.cache)
+            repository.plant("A.cpp", "int f()\n{\n    return 1;\n}\n")
+            sources = f'-DSOURCES=\\"{repository.folder}\\" -I{repository.folder}/build/{preset}/a_autogen/include'
+            repository.configure("A.cpp", preset=preset, options=f"{options} {sources}")
+            code, output = repository.lint("tidy")
+            self.assertEqual(code, 0, output)
+            self.assertIn("1 files in" if preset == "debug" else "0 files in", output)
+
+    def test_what_passed_with_another_command_or_name_is_looked_at_again(self):
+        self.repository.plant("A.cpp", "int f()\n{\n    return 1;\n}\n")
+        self.repository.configure("A.cpp")
+        self.assertIn("1 files in", self.repository.lint("tidy")[1])
+        self.repository.configure("A.cpp", options="-DOTHER")
+        self.assertIn("1 files in", self.repository.lint("tidy")[1])
+        self.repository.plant("B.cpp", "int f()\n{\n    return 1;\n}\n")
+        self.repository.configure("A.cpp", "B.cpp", options="-DOTHER")
+        self.assertIn("1 files in", self.repository.lint("tidy")[1])
+
+    def test_a_header_of_an_include_folder_counts(self):
+        self.repository.plant("Base/H.h", "#pragma once\nint h();\n")
+        self.repository.plant("A.cpp", "#include \"H.h\"\nint f()\n{\n    return h();\n}\n")
+        self.repository.configure("A.cpp", options=f"-I{self.repository.folder}/Base")
+        self.assertIn("1 files in", self.repository.lint("tidy")[1])
+        self.assertIn("0 files in", self.repository.lint("tidy")[1])
+        self.repository.plant("Base/H.h", "#pragma once\nint h();\nint k();\n")
+        self.assertIn("1 files in", self.repository.lint("tidy")[1])
+
+    def test_without_a_cache_folder_the_checkout_remembers(self):
+        blocked = os.path.join(self.folder(), "file")
+        with open(blocked, "w", encoding="utf-8"):
+            pass
+        self.repository.cache = blocked
+        self.repository.plant("A.cpp", "int f()\n{\n    return 1;\n}\n")
+        self.repository.configure("A.cpp")
+        self.assertIn("1 files in", self.repository.lint("tidy")[1])
+        self.assertIn("0 files in", self.repository.lint("tidy")[1])
 
     def test_without_a_build_it_says_what_to_run(self):
         code, output = self.repository.lint("tidy")

@@ -20,8 +20,10 @@ public:
     bool isAvailable() const override { return available; }
     bool showsOnlyMenu() const override { return onlyMenu; }
     QRect geometry() const override { return place; }
+    bool isBeingPlaced() const override { return beingPlaced; }
 
     QRect place{400, 0, 22, 22};
+    bool beingPlaced = false;
     bool onlyMenu = false;
     int icons = 0;
     QStringList toolTips;
@@ -56,6 +58,13 @@ protected:
         for (const QAction *action : item->menu->actions())
             texts.append(action->text());
         return texts;
+    }
+
+    static const QWindow *popoverWindow()
+    {
+        const auto windows = QGuiApplication::allWindows();
+        const auto found = std::ranges::find(windows, u"popoverWindow"_s, &QWindow::objectName);
+        return found == windows.end() ? nullptr : *found;
     }
 
     FakeAppearance appearance;
@@ -126,6 +135,62 @@ TEST_F(StatusItemController, aPrimaryClickOpensThePopoverAndReadsTheState)
     world.run();
     EXPECT_EQ(service->profiles.calls, 1);
     EXPECT_EQ(quitRequests, 0);
+}
+
+TEST_F(StatusItemController, aPopoverThatIsAskedForTooEarlyWaitsForTheItemsPlace)
+{
+    putUp();
+    item->beingPlaced = true;
+    item->place = {};
+    controller->showPopover({});
+    world.run(300ms);
+    EXPECT_FALSE(controller->popoverIsShown());
+    EXPECT_EQ(service->profiles.calls, 1); // it looks what is new all the same
+    item->beingPlaced = false;
+    item->place = {600, 400, 22, 22};
+    world.run(50ms);
+    EXPECT_TRUE(controller->popoverIsShown());
+    const QRect popover = popoverWindow()->geometry();
+    EXPECT_TRUE(popover.left() < 600 && 600 < popover.right()) << popover.left() << " to " << popover.right();
+}
+
+TEST_F(StatusItemController, aPopoverWaitsForTheItemsPlaceNoLongerThanASecond)
+{
+    putUp();
+    item->beingPlaced = true;
+    controller->showPopover({});
+    controller->showPopover({});
+    world.run(950ms);
+    EXPECT_FALSE(controller->popoverIsShown());
+    world.run(50ms);
+    EXPECT_TRUE(controller->popoverIsShown());
+}
+
+TEST_F(StatusItemController, aClickOpensThePopoverThatWaitsAtOnceAndOnce)
+{
+    putUp();
+    item->beingPlaced = true;
+    controller->showPopover({});
+    Q_EMIT item->primaryActivated({410, 10});
+    EXPECT_TRUE(controller->popoverIsShown());
+    Q_EMIT item->primaryActivated({410, 10});
+    world.run(2s);
+    EXPECT_FALSE(controller->popoverIsShown());
+}
+
+TEST_F(StatusItemController, aPopoverThatWaitsGivesWayToTheMenuAndToQuitting)
+{
+    putUp();
+    item->beingPlaced = true;
+    controller->showPopover({});
+    controller->showContextMenu({});
+    item->menu->close();
+    world.run(2s);
+    EXPECT_FALSE(controller->popoverIsShown());
+    controller->showPopover({});
+    item->menu->actions().constLast()->trigger();
+    world.run(2s);
+    EXPECT_FALSE(controller->popoverIsShown());
 }
 
 TEST_F(StatusItemController, aSecondClickClosesThePopoverAndReadsNothing)

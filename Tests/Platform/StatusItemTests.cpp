@@ -1,4 +1,5 @@
 #include "Platform/Linux/TrayStatusItem.h"
+#include "Tests/Support/SlowXEmbedTray.h"
 #include "Tests/Support/StatusNotifierHostProcess.h"
 #include "Tests/Support/XEmbedTray.h"
 #include <QGuiApplication>
@@ -66,7 +67,7 @@ protected:
         for (int attempt = 0; attempt < 5; ++attempt) {
             if (eventually([this] { return isSeen(); }, std::chrono::seconds(5)))
                 return true;
-            if (item->geometry().left() >= 0)
+            if (!item->isBeingPlaced())
                 return false;
             tray.restart();
         }
@@ -161,6 +162,21 @@ TEST_F(StatusItemOnADesktop, GoesIntoATrayThatEmbeds)
     XEmbedTray another;
     EXPECT_TRUE(comesToBe(true));
     EXPECT_TRUE(comesToBeSeenIn(another));
+}
+
+TEST_F(StatusItemOnADesktop, HasNoPlaceUntilATrayHasTakenItIn)
+{
+    {
+        const SlowXEmbedTray tray;
+        ASSERT_TRUE(comesToBe(true));
+        EXPECT_TRUE(item->geometry().isEmpty());
+        EXPECT_TRUE(item->isBeingPlaced());
+    }
+    EXPECT_TRUE(comesToBe(false));
+    EXPECT_FALSE(item->isBeingPlaced());
+    XEmbedTray tray;
+    EXPECT_TRUE(comesToBeSeenIn(tray));
+    EXPECT_FALSE(item->isBeingPlaced());
 }
 
 TEST_F(StatusItemOnADesktop, PrefersATrayToAWatcherWithoutAHost)

@@ -32,6 +32,11 @@ def blanked(text):
     return _NOT_CODE.sub(blank, text)
 
 
+def literals(text):
+    """The places of strings and characters, a raw string's R included."""
+    return [match.span() for match in _NOT_CODE.finditer(text) if not match.group(0).startswith("/")]
+
+
 def line_of(text, position):
     return text.count("\n", 0, position) + 1
 

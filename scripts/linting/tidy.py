@@ -1,16 +1,18 @@
 """clang-tidy over the files of a build's compile database, remembered by the content of all that a file reads."""
 import concurrent.futures
-import hashlib
 import json
 import os
 import re
 import subprocess
 import time
 
+from linting import inputs, memory
+
 CLANG_TIDY = "clang-tidy-19"
-_INCLUDE = re.compile(rb'^[ \t]*#[ \t]*include[ \t]*"([^"\n]+)"', re.M)
 # clang-tidy reads the headers themselves, so that it needs no build of the precompiled one.
 _PRECOMPILED = re.compile(r"-include-pch \S+ ")
+# A release build is looked at as a debug build is, with its assertions, so that one result does for both.
+_BUILD_TYPE = re.compile(r" (?:-O[0-3sg]|-g[0-3]?|-DNDEBUG|-DQT_NO_DEBUG)(?= )")
 
 
 def find_build(root):
@@ -20,31 +22,24 @@ def find_build(root):
     return max(folders, key=lambda f: os.path.getmtime(os.path.join(f, "compile_commands.json")), default=None)
 
 
-def _own_headers(root, path, known):
-    """Every header of the repository that the file includes, directly or not."""
-    if path not in known:
-        known[path] = set()
-        try:
-            with open(os.path.join(root, path), "rb") as file:
-                content = file.read()
-        except OSError:
-            return known[path]
-        for name in _INCLUDE.findall(content):
-            for folder in ("", os.path.dirname(path)):
-                header = os.path.normpath(os.path.join(folder, name.decode()))
-                if os.path.isfile(os.path.join(root, header)):
-                    known[path] |= {header} | _own_headers(root, header, known)
-                    break
-    return known[path]
+def portable(command, root, build):
+    """The command as it is in every checkout and for every target that compiles alike."""
+    command = re.sub(r" -o \S+", "", command)
+    command = re.sub(r" -I\S+_autogen/include", "", command)  # what moc made, which no own file names
+    for folder, placeholder in ((build, "<build>"), (root, "<root>")):
+        command = re.sub(re.escape(folder) + r"(?![\w.-])", placeholder, command)
+    return command
 
 
-def _key(root, path, command, fixed, known):
-    digest = hashlib.sha256(fixed + command.encode())
-    for name in [path, *sorted(_own_headers(root, path, known))]:
-        digest.update(name.encode())
-        with open(os.path.join(root, name), "rb") as file:
-            digest.update(hashlib.sha256(file.read()).digest())
-    return digest.hexdigest()
+def _forced_headers(command):
+    """What the command has included before the file begins: the text of a precompiled header."""
+    return re.findall(r"-include (?:-Xclang )?(\S+)", command)
+
+
+def _key(root, build, path, command, fixed, known):
+    folders = tuple(filter(None, (inputs.own(root, folder) for folder in re.findall(r" -I ?(\S+)", command))))
+    forced = filter(None, (inputs.own(root, header) for header in _forced_headers(command)))
+    return inputs.key(root, build, [path, *forced], folders, fixed + portable(command, root, build).encode(), known)
 
 
 def _database(build, root, tracked):
@@ -56,7 +51,7 @@ def _database(build, root, tracked):
     for entry in database:
         path = own.get(os.path.normpath(os.path.join(entry["directory"], entry["file"])))
         if path:
-            entry["command"] = _PRECOMPILED.sub("", entry["command"])
+            entry["command"] = _BUILD_TYPE.sub("", _PRECOMPILED.sub("", entry["command"]))
             entries.setdefault(path, entry)
     return entries
 
@@ -80,36 +75,29 @@ def check(root, tracked, jobs, report):
         report(f"the compile database of {build} names no file of this repository")
         return "not run"
 
-    cache = os.path.join(root, "build", "lint")
-    os.makedirs(cache, exist_ok=True)
-    with open(os.path.join(cache, "compile_commands.json"), "w", encoding="utf-8") as file:
+    work = os.path.join(root, "build", "lint")
+    os.makedirs(work, exist_ok=True)
+    with open(os.path.join(work, "compile_commands.json"), "w", encoding="utf-8") as file:
         json.dump(list(entries.values()), file)
 
     known = {}
     fixed = _what_every_result_depends_on(root, tracked)
-    keys = {path: _key(root, path, entry["command"], fixed, known) for path, entry in entries.items()}
-    stale = [path for path, key in keys.items() if not os.path.exists(os.path.join(cache, key))]
+    passed = memory.Memory(memory.folder(os.environ, work))
+    keys = {path: _key(root, build, path, entry["command"], fixed, known) for path, entry in entries.items()}
+    stale = [path for path, key in keys.items() if key not in passed]
     stale.sort(key=lambda path: -os.path.getsize(os.path.join(root, path)))  # the long ones first
 
     def run(path):
-        command = [CLANG_TIDY, "-p", cache, "--quiet", os.path.join(root, path)]
+        command = [CLANG_TIDY, "-p", work, "--quiet", os.path.join(root, path)]
         result = subprocess.run(command, capture_output=True, text=True, cwd=root)
         if result.returncode == 0:
-            with open(os.path.join(cache, keys[path]), "w", encoding="utf-8") as file:
-                file.write(path)
+            passed.add(keys[path], path)
         else:
             report((result.stdout or result.stderr).strip().replace(root + "/", ""))
 
     began = time.monotonic()
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         list(pool.map(run, stale))
-    _forget_old(cache)
+    passed.forget_old()
     unchanged = len(entries) - len(stale)
     return f"{len(stale)} files in {time.monotonic() - began:.0f} s, {unchanged} unchanged since they passed"
-
-
-def _forget_old(cache, days=30):
-    limit = time.time() - days * 24 * 3600
-    for entry in os.scandir(cache):
-        if len(entry.name) == 64 and entry.stat().st_mtime < limit:
-            os.unlink(entry.path)

@@ -50,7 +50,7 @@ void checkRouterPorts(const RouterSettings &router, std::uint16_t controlPort)
         {router.tunnelListenBase, "Router.TunnelListenBase"}, {router.profileUDPPortBase, "Router.ProfileUDPPortBase"}};
     std::vector<PortUse> seen;
     for (const PortUse &use : uses) {
-        if (const PortUse *other = findUse(seen, use.port); other && use.port != 0)
+        if (const PortUse *other = findUse(seen, use.port))
             refuse(use.by + " uses port " + std::to_string(use.port) + ", which is already assigned to " + other->by
                 + ".");
         seen.push_back(use);

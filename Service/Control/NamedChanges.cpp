@@ -15,7 +15,7 @@ void renameInFile(ConfigDocument &document, std::string_view section, const std:
     json::value *read = document.asRead.if_contains(section);
     json::object *records = read ? read->if_object() : nullptr;
     const json::value *record = records ? records->if_contains(from) : nullptr;
-    if (!record || from == to)
+    if (!record)
         return;
     json::value moved = *record;
     records->erase(from);

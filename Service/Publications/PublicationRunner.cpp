@@ -67,7 +67,6 @@ void PublicationRunner::open(SteadyTime now, bool admitsNobody)
     try {
         listen();
         m_error.clear();
-        m_backoff.reset();
     } catch (const std::invalid_argument &problem) {
         m_error = "The target " + std::string(problem.what()) + ".";
     } catch (const std::exception &problem) {

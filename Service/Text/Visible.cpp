@@ -21,10 +21,11 @@ bool shows(UChar32 character)
 
 bool isVisible(std::string_view text)
 {
+    const char *const bytes = text.data();
     const auto size = static_cast<std::int64_t>(text.size());
     for (std::int64_t at = 0; at < size;) {
         UChar32 character = 0;
-        U8_NEXT(text.data(), at, size, character);
+        U8_NEXT(bytes, at, size, character);
         if (!shows(character))
             return false;
     }

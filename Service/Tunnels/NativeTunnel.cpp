@@ -40,7 +40,6 @@ void NativeTunnel::open(SteadyTime now)
     try {
         listen();
         m_error.clear();
-        m_backoff.reset();
     } catch (const std::invalid_argument &problem) {
         m_error = "An address of the tunnel " + std::string(problem.what()) + ".";
         m_retryAt = now + m_backoff.next();

@@ -39,9 +39,11 @@ TEST_F(ProfileAction, LoginAndLogout)
     EXPECT_EQ(post("p/login"),
         (boost::json::value{{"profile", "p"}, {"action", "login"}, {"ok", true},
             {"output", "The node is signed in to tailnet net."}, {"error", ""}, {"auth_url", ""}}));
+    EXPECT_EQ(bed.traffic().changes, 2) << "what runs over the node is told each time";
     EXPECT_EQ(post("p/logout"),
         (boost::json::value{{"profile", "p"}, {"action", "logout"}, {"ok", true},
             {"output", "The node is signed out of tailnet net."}, {"error", ""}, {"auth_url", ""}}));
+    EXPECT_EQ(bed.traffic().changes, 3);
     EXPECT_EQ(bed.ask("GET", "/api/profiles").body.at(0).at("status").at("backend_state"), "NeedsLogin");
 }
 

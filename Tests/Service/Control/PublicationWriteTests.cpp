@@ -127,6 +127,14 @@ TEST_F(PublicationWrites, StartThatFailsIsSavedAndSaysWhy)
     EXPECT_THAT(bed.traffic().restartedPublications, ElementsAre("docs")) << "the second time it is tried again";
 }
 
+TEST_F(PublicationWrites, StartOfWhatFaresWellKeepsItsConnections)
+{
+    bed.traffic().publications["web"] = {.state = "listening", .reachability = {}};
+    EXPECT_EQ(post("/web/start").status, 200U);
+    EXPECT_TRUE(bed.traffic().restartedPublications.empty());
+    EXPECT_EQ(bed.traffic().applied.size(), 1U);
+}
+
 TEST_F(PublicationWrites, Restart)
 {
     EXPECT_THAT(names(post("/web/restart")), ElementsAre("web", "docs", "open"));

@@ -322,6 +322,18 @@ TEST_F(TunnelWrites, RefusedRestartsAndSecrets)
             "The password has more than 1024 bytes."});
 }
 
+TEST_F(TunnelWrites, PasswordOfFormerDaysTakesNoSecret)
+{
+    ASSERT_EQ(bed.ask("POST", "/api/tunnels",
+                     save(R"({"Name": "deep", "OriginalName": "deep"})",
+                         R"({"SSH": {"Bastion": "b", "User": "u", "Auth": "password", "IdentityFile": ""}})"))
+                  .status,
+        200U);
+    test::expectRefused(bed,
+        {"POST", "/api/tunnels/deep/secret", R"({"Password": "x"})", 409,
+            "The tunnel \"deep\" does not sign in with a password."});
+}
+
 TEST_F(TunnelWrites, PortsThatRunOutAreARefusal)
 {
     json::object config = bed.ask("GET", "/api/config").body.as_object();

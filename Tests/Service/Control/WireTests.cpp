@@ -67,7 +67,9 @@ TEST(Wire, UdpPortThatTheSystemPicksIsNull)
     ConfigDocument document;
     document.router.profileUDPPortBase = 0;
     document.profiles.emplace_back("a", ProfileSettings{});
+    document.profiles.emplace_back("b", ProfileSettings{});
     EXPECT_TRUE(profileRecord(document, 0, NodeStatus{}).at("udp_port").is_null());
+    EXPECT_TRUE(profileRecord(document, 1, NodeStatus{}).at("udp_port").is_null());
 }
 
 TEST(Wire, NativeTunnel)

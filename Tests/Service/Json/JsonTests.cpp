@@ -47,6 +47,7 @@ TEST(JsonText, RefusesAKeyThatStandsTwice)
 {
     EXPECT_EQ(complaintOf([] { parseJson(R"({"x": {"a": 1, "b": {"a": 2}, "a": 3}})"); }),
         "the key \"a\": stands twice in one object, so one of the two would be lost");
+    EXPECT_TRUE(complaintOf([] { parseJson(R"({"x": 1, "x": 2, "y": 1, "y": 2})"); }).starts_with("the key \"x\""));
     EXPECT_EQ(complaintOf([] { parseJson(R"([{"a": 1}, {"a": 2}, {"b": {"a": 1}, "a": 0}])"); }), "");
     EXPECT_NE(complaintOf([] { parseJson(R"({"a": 1, "\u0061": 2})"); }), "") << "however it is spelled";
 }

@@ -55,6 +55,17 @@ TEST(LogLine, LongValueIsCutAndTheLineStaysWithinItsLimit)
     EXPECT_EQ(field("e", line), "end");
 }
 
+TEST(LogLine, FieldThatJustFitsIsThere)
+{
+    const std::string large(1000, 'x');
+    LogFields fields{{"a", large}, {"b", large}, {"c", large}, {"d", large}};
+    const std::size_t rest = logLineLimit - logLine("m", fields).size() - std::string(" e=").size();
+    fields.emplace_back("e", std::string(rest, 'x'));
+    EXPECT_EQ(logLine("m", fields).size(), logLineLimit);
+    fields.back().value += 'x';
+    EXPECT_EQ(logLine("m", fields).find(" e="), std::string::npos);
+}
+
 TEST(LogLine, PropertyEveryFieldReadsBackAndNoOtherAppears)
 {
     const std::array<std::string, 14> pieces{"a", "=", "\"", " ", "\n", "key=", " other=1", "\u0085", "\u00a0", "\xff",

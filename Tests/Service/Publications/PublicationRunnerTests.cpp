@@ -102,6 +102,21 @@ TEST(PublicationRunner, FunnelIsBlockedAndADisabledOneIsClosed)
     EXPECT_NO_THROW(Peer::connectTo(8080, "127.80.0.11"));
 }
 
+TEST(PublicationRunner, MovesWithTheNameOfItsNode)
+{
+    const Peer service = Peer::listening();
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, service.port()));
+    bench.document().profiles.front().second.hostname = "table";
+    bench.document().tunnels.front().second.target = "table.tail1.ts.net:8080";
+    bench.apply();
+    EXPECT_EQ(bench.publication("web").address, "table.tail1.ts.net:8080");
+    const Peer visitor = Peer::connectTo(port);
+    const Peer far = service.accept();
+    ASSERT_TRUE(far.send("answer"));
+    EXPECT_EQ(visitor.receive(6), "answer");
+}
+
 TEST(PublicationRunner, RestartDropsItsConnections)
 {
     const Peer service = Peer::listening();

@@ -194,6 +194,9 @@ TEST(PathRoute, LongestSuffixAndNarrowestRangeWin)
     EXPECT_EQ(findRoute(document, "10.2.2.3")->ipRoute, "10.0.0.0/8");
     EXPECT_EQ(findRoute(document, "fd00::1")->profile, 1U);
     EXPECT_EQ(findRoute(document, "192.168.0.1"), std::nullopt);
+    document.profiles.emplace_back("late", narrow);
+    EXPECT_EQ(findRoute(document, "x.a.net")->profile, 1U) << "of equals the first";
+    EXPECT_EQ(findRoute(document, "10.1.2.3")->profile, 1U);
 }
 
 } // namespace

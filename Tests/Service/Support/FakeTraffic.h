@@ -1,5 +1,6 @@
 #pragma once
 #include "Service/Nodes/Traffic.h"
+#include <functional>
 #include <map>
 #include <utility>
 #include <vector>
@@ -22,6 +23,8 @@ public:
     boost::asio::awaitable<boost::json::object> pathReport(PathQuestion question) override
     {
         questions.push_back(std::move(question));
+        if (beforeReport)
+            co_await beforeReport();
         co_return report;
     }
     void stop() override { isStopped = true; }
@@ -29,6 +32,7 @@ public:
     std::map<std::string, TunnelStatus> tunnels;
     std::map<std::string, PublicationStatus> publications;
     boost::json::object report;
+    std::function<boost::asio::awaitable<void>()> beforeReport; // what a report has to wait for
 
     std::vector<ConfigDocument> applied;
     int changes = 0;

@@ -17,7 +17,7 @@ public:
 
     explicit RawClient(std::uint16_t port, const std::string &host = "127.0.0.1");
 
-    /// False once the other side has closed.
+    /// False once the other side has closed, or takes nothing any more.
     bool send(std::string_view bytes);
     /// Lets the other side know that nothing more comes.
     void finishSending();
@@ -34,6 +34,9 @@ public:
     std::string request(std::string_view method, std::string_view path, std::string_view headers = "") const;
 
 private:
+    /// Waits until there is something to read, the end included. False when nothing comes for 20 seconds.
+    bool awaitBytes();
+
     std::uint16_t m_port;
     boost::asio::io_context m_context;
     boost::asio::ip::tcp::socket m_socket{m_context};

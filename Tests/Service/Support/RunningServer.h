@@ -44,6 +44,12 @@ public:
         return "X-Veranox-Token: " + m_folder.read("control.token").substr(0, 64) + "\r\n";
     }
 
+    /// Lets every path report from now on wait for this first.
+    void holdReports(std::function<boost::asio::awaitable<void>()> until)
+    {
+        boost::asio::post(m_context, [this, until = std::move(until)] { m_traffic.beforeReport = until; });
+    }
+
     /// Stops in order; returns once nothing runs any more.
     void end()
     {

@@ -315,6 +315,39 @@ TEST(NativeTunnel, FiveHundredConnectionsLoseNothingWhileOthersAreReset)
     EXPECT_TRUE(bench.becomes([&] { return bench.tunnel("t").activeConns == 0; }));
 }
 
+TEST(NativeTunnel, ConnectionsOfTheLabAreCountedBesideTheRealOnes)
+{
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, "echo", "h.tail1.ts.net:80", "", R"("active_connections": 2, )"));
+    EXPECT_EQ(bench.tunnel("t").activeConns, 2);
+    const Peer client = Peer::connectTo(port);
+    EXPECT_TRUE(bench.becomes([&] { return bench.tunnel("t").activeConns == 3; }));
+}
+
+TEST(SshTunnel, PasswordGoesWithItsTunnel)
+{
+    LabBench bench(labWith(test::freePort(), "echo"));
+    TunnelSettings &tunnel = bench.document().tunnels.front().second;
+    tunnel.mode = "ssh";
+    tunnel.ssh = TunnelSSHSettings{.bastion = "h.tail1.ts.net", .user = "me", .auth = "password", .identityFile = ""};
+    const NamedList<TunnelSettings> tunnels = bench.document().tunnels;
+    bench.apply();
+    const std::string missing = bench.tunnel("t").lastError;
+    EXPECT_THAT(missing, HasSubstr("The SSH password of this tunnel is not known"));
+    bench.call([&] { bench.traffic().setTunnelSecret("t", "secret"); });
+    EXPECT_NE(bench.tunnel("t").lastError, missing);
+    bench.document().tunnels.front().second.disabled = true;
+    bench.apply();
+    bench.document().tunnels = tunnels;
+    bench.apply();
+    EXPECT_NE(bench.tunnel("t").lastError, missing) << "kept for one that is only switched off";
+    bench.document().tunnels.clear();
+    bench.apply();
+    bench.document().tunnels = tunnels;
+    bench.apply();
+    EXPECT_EQ(bench.tunnel("t").lastError, missing);
+}
+
 } // namespace
 
 } // namespace veranox

@@ -84,7 +84,7 @@ TEST_F(SshCommandTest, KeyIsUsedAlone)
 
 TEST_F(SshCommandTest, SettingsThatCouldBeWordsOfACommandAreRefused)
 {
-    for (const std::string bad : {"", "-oProxyCommand=x", "a b", "a\"b", "a\nb", "a'b", "a\\b"}) {
+    for (const std::string bad : {"", "-oProxyCommand=x", "a b", "a\"b", "a\nb", "a'b", "a\\b", "a\x7f"}) {
         tunnel.ssh->user = bad;
         EXPECT_THROW(command(), std::invalid_argument) << bad;
         tunnel.ssh->user = "deploy";

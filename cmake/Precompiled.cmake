@@ -8,7 +8,12 @@ function(veranox_precompiled name)
   set_target_properties(${target} PROPERTIES AUTOMOC OFF)
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
   target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/Precompiled/${name}.h)
-  file(WRITE ${CMAKE_BINARY_DIR}/CMakeFiles/${target}.dir/cmake_pch.hxx.pch.sum "${VERANOX_PACKAGES_SUM} ${name}")
+  set(header ${CMAKE_BINARY_DIR}/CMakeFiles/${target}.dir/cmake_pch.hxx.pch)
+  file(WRITE ${header}.sum "${VERANOX_PACKAGES_SUM} ${name}")
+  # A source may be compiled as soon as the commands are done that its target depends on, and not later: so the header
+  # counts as what a command makes.
+  add_custom_command(OUTPUT ${header}.ready COMMAND ${CMAKE_COMMAND} -E touch ${header}.ready DEPENDS ${header})
+  add_custom_target(${target}_ready DEPENDS ${header}.ready)
 endfunction()
 
 # What the content of a precompiled header depends on, but for the compiler's flags: our list of headers, and the
@@ -35,7 +40,7 @@ function(veranox_use_precompiled name)
   foreach(target IN LISTS ARGN)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
       set(folder ${CMAKE_BINARY_DIR}/CMakeFiles/precompiled_${name}.dir)
-      add_dependencies(${target} precompiled_${name})
+      add_dependencies(${target} precompiled_${name}_ready)
       target_compile_options(${target} PRIVATE
         -fPIC # as the header: CMake builds programs with -fPIE
         "SHELL:-Winvalid-pch -include-pch ${folder}/cmake_pch.hxx.pch")

@@ -1,6 +1,7 @@
 // The store of the running application, with everything real.
 #include "API/Client/VeranoxAPIClient.h"
 #include "Core/VeranoxCLIResolver.h"
+#include "Core/VeranoxFeedbackIdentity.h"
 #include "Core/VeranoxRuntimeClient.h"
 #include "Core/VeranoxStore.h"
 #include "Log/VeranoxRuntimeLogFile.h"
@@ -13,10 +14,9 @@ std::unique_ptr<VeranoxStore> VeranoxStore::live(jobs::MainQueue &queue, const Q
     const VeranoxDiagnosticSession diagnostics = VeranoxDiagnosticSession::make();
     const QUrl service(u"http://127.0.0.1:43200"_s, QUrl::StrictMode);
     const VeranoxSessionIdentity session = VeranoxSessionIdentity::of(infoDictionary);
-    const VeranoxClientIdentity client{
-        .appVersion = session.build.version, .os = session.systemName + u' ' + session.systemVersion};
     return std::make_unique<VeranoxStore>(queue,
-        Collaborators{.apiClient = std::make_unique<VeranoxAPIClient>(queue, service, diagnostics, client),
+        Collaborators{.apiClient = std::make_unique<VeranoxAPIClient>(
+                          queue, service, diagnostics, veranoxFeedbackIdentity(session)),
             .runtimeClient = std::make_unique<VeranoxRuntimeClient>(queue, u"127.0.0.1:43200"_s, diagnostics),
             .cliCommand = VeranoxCLIResolver::resolve(resourceDirectory),
             .diagnostics = diagnostics,

@@ -1,6 +1,6 @@
 #include "Log/VeranoxRuntimeLogFile.h"
+#include "Base/Files/UserFolders.h"
 #include <QDir>
-#include <QStandardPaths>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -47,7 +47,7 @@ VeranoxRuntimeLogFile::~VeranoxRuntimeLogFile() = default;
 
 QString VeranoxRuntimeLogFile::defaultFileURL()
 {
-    const QString named = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    const QString named = userDataFolder();
     return QDir(named.isEmpty() ? QDir::homePath() : named).filePath(u"Veranox/logs/activity.jsonl"_s);
 }
 

@@ -15,8 +15,8 @@ public:
         jobs::MainQueue &queue, std::optional<QString> fileURL, std::int64_t maxBytes, int backupCount);
     ~VeranoxRuntimeLogFile() override;
 
-    // Veranox/logs/activity.jsonl in the user's folder for application data, or in the home folder where the system
-    // names none.
+    // Veranox/logs/activity.jsonl in the user's folder for application data, for which a relative path in the
+    // environment is ignored, or in the home folder where the system names none.
     static QString defaultFileURL();
 
     std::optional<QString> fileURL() const override { return m_fileURL; }

@@ -1,11 +1,11 @@
 #include "System/JsonUserDefaults.h"
+#include "Base/Files/UserFolders.h"
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +27,7 @@ JsonUserDefaults::JsonUserDefaults(QString path) : m_path(std::move(path))
 
 QString JsonUserDefaults::defaultPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/veranox/defaults.json"_s;
+    return userConfigurationFolder() + u"/veranox/defaults.json"_s;
 }
 
 void JsonUserDefaults::load()

@@ -13,7 +13,7 @@ public:
     void setValue(const QString &key, const QVariant &value) override;
     QString problem() const override { return m_problem; }
 
-    // $XDG_CONFIG_HOME/veranox/defaults.json.
+    // veranox/defaults.json in the user's folder for configuration.
     static QString defaultPath();
 
 private:

@@ -1,8 +1,8 @@
 #include "API/Client/VeranoxControlToken.h"
+#include "Base/Files/UserFolders.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <QStringDecoder>
 #include <algorithm>
 
@@ -14,12 +14,8 @@ constexpr qint64 maximumTokenFileSize = 4096; // bytes; a header line has to car
 
 QString defaultControlTokenPath()
 {
-    const QString named = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    if (named.isEmpty())
-        return {};
-    // Not every version of Qt ignores a relative XDG_DATA_HOME, as the service does.
-    const QDir support(QDir::isAbsolutePath(named) ? named : QDir::home().filePath(u".local/share"_s));
-    return support.filePath(u"Veranox/control.token"_s);
+    const QString support = userDataFolder(); // by the same rule as the service
+    return support.isEmpty() ? QString() : QDir(support).filePath(u"Veranox/control.token"_s);
 }
 
 std::optional<QString> readControlToken(const QString &path)

@@ -1,18 +1,10 @@
 #include "Core/Entry/VeranoxMenuAppDelegate.h"
 #include "Controls/VeranoxQmlEngine.h"
-#include "Core/VeranoxStore.h"
 #include "MenuBar/VeranoxQuitConfirmationPresenter.h"
 #include "MenuBar/VeranoxStatusItemController.h"
-#include "Platform/InformationDictionary.h"
-#include "Platform/Platform.h"
-#include "Platform/ProcessActivity.h"
-#include "Platform/ResourceDirectory.h"
-#include "System/VeranoxAppPreferences.h"
 #include <QCoreApplication>
 #include <QtGlobal>
 #include <chrono>
-#include <cstdlib>
-#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -28,25 +20,11 @@ bool isHostOfUnitTests()
 // After the reply the process ends by itself; if something keeps it alive, it ends all the same.
 constexpr auto exitBackstop = 250ms;
 
-// Whatever the main thread does by then: its event loop may have ended, and a destructor may be waiting for a disk.
-void endProcessAfter(std::chrono::milliseconds time)
-{
-    std::thread([time] {
-        std::this_thread::sleep_for(time);
-        std::_Exit(EXIT_SUCCESS);
-    }).detach();
-}
-
 } // namespace
 
-VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
-    : m_processActivity(ProcessActivity::make()),
-      m_appearance(platform::makeAppearance()),
-      m_hotKeyController(platform::makeGlobalHotKey()),
-      m_preferences(std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem())),
-      m_store(VeranoxStore::live(
-          queue, platform::resourceDirectory(), platform::informationDictionary(), platform::makeTunnelSecrets(queue))),
-      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_appearance)),
+VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue, VeranoxMenuAppParts parts)
+    : m_parts(std::move(parts)),
+      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_parts.appearance)),
       m_quitConfirmation(std::make_unique<VeranoxQuitConfirmationPresenter>(*m_qmlEngine)),
       m_jobs(queue)
 {
@@ -56,35 +34,35 @@ VeranoxMenuAppDelegate::~VeranoxMenuAppDelegate() = default;
 
 void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
 {
-    m_processActivity->becomeAgent();
-    m_preferences->mirrorLaunchAtLogin();
+    m_parts.processActivity->becomeAgent();
+    m_parts.preferences->mirrorLaunchAtLogin();
     configureSettingsShortcut();
-    connect(m_hotKeyController.get(), &VeranoxGlobalHotKeyController::triggered, this,
+    connect(m_parts.hotKeyController.get(), &VeranoxGlobalHotKeyController::triggered, this,
         &VeranoxMenuAppDelegate::applicationShouldHandleReopen);
-    connect(m_preferences.get(), &VeranoxAppPreferences::settingsShortcutIDChanged, this,
+    connect(m_parts.preferences.get(), &VeranoxAppPreferences::settingsShortcutIDChanged, this,
         &VeranoxMenuAppDelegate::configureSettingsShortcut);
     if (isHostOfUnitTests())
         return;
-    m_processActivity->begin(u"Veranox is a persistent menu bar application"_s);
-    m_statusItemController = std::make_unique<VeranoxStatusItemController>(
-        m_jobs.queue(), *m_store, platform::makeStatusItem(), *m_appearance, *m_qmlEngine, [this] { confirmQuit(); });
+    m_parts.processActivity->begin(u"Veranox is a persistent menu bar application"_s);
+    m_statusItemController = std::make_unique<VeranoxStatusItemController>(m_jobs.queue(), *m_parts.store,
+        m_parts.makeStatusItem(), *m_parts.appearance, *m_qmlEngine, [this] { confirmQuit(); });
     m_jobs.start(startStore());
 }
 
 void VeranoxMenuAppDelegate::confirmQuit()
 {
-    m_quitConfirmation->present(*m_store, [] { QCoreApplication::quit(); });
+    m_quitConfirmation->present(*m_parts.store, [] { QCoreApplication::quit(); });
 }
 
 jobs::Async<> VeranoxMenuAppDelegate::startStore()
 {
-    co_await m_store->prepareRuntimeLog();
-    if (const QString problem = m_preferences->defaults().problem(); !problem.isEmpty())
-        m_store->appendLog(u"[APP] "_s + problem);
-    if (m_preferences->startServiceOnLaunch())
-        co_await m_store->start();
+    co_await m_parts.store->prepareRuntimeLog();
+    if (const QString problem = m_parts.preferences->defaults().problem(); !problem.isEmpty())
+        m_parts.store->appendLog(u"[APP] "_s + problem);
+    if (m_parts.preferences->startServiceOnLaunch())
+        co_await m_parts.store->start();
     else
-        m_store->appendLog(u"[APP] automatic local service startup is disabled in Settings"_s);
+        m_parts.store->appendLog(u"[APP] automatic local service startup is disabled in Settings"_s);
 }
 
 VeranoxMenuAppDelegate::TerminateReply VeranoxMenuAppDelegate::applicationShouldTerminate()
@@ -97,9 +75,9 @@ VeranoxMenuAppDelegate::TerminateReply VeranoxMenuAppDelegate::applicationShould
 
 jobs::Async<> VeranoxMenuAppDelegate::completeTermination()
 {
-    co_await m_store->quitAndShutdown();
+    co_await m_parts.store->quitAndShutdown();
     m_isCompletingTerminateRequest = true;
-    endProcessAfter(exitBackstop);
+    m_parts.endProcessAfter(exitBackstop);
     Q_EMIT terminationReplied();
 }
 
@@ -109,8 +87,8 @@ void VeranoxMenuAppDelegate::applicationWillTerminate()
         return;
     m_quitConfirmation->close();
     m_statusItemController.reset();
-    m_store->shutdown();
-    m_processActivity->end();
+    m_parts.store->shutdown();
+    m_parts.processActivity->end();
 }
 
 void VeranoxMenuAppDelegate::applicationShouldHandleReopen()
@@ -121,5 +99,5 @@ void VeranoxMenuAppDelegate::applicationShouldHandleReopen()
 
 void VeranoxMenuAppDelegate::configureSettingsShortcut()
 {
-    m_hotKeyController->configure(m_preferences->settingsShortcut());
+    m_parts.hotKeyController->configure(m_parts.preferences->settingsShortcut());
 }

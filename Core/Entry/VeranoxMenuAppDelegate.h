@@ -1,16 +1,12 @@
 #pragma once
 #include "Base/Jobs/Jobs.h"
+#include "Core/Entry/VeranoxMenuAppParts.h"
 #include <QObject>
 #include <memory>
 
-class Appearance;
-class ProcessActivity;
-class VeranoxAppPreferences;
-class VeranoxGlobalHotKeyController;
 class VeranoxQmlEngine;
 class VeranoxQuitConfirmationPresenter;
 class VeranoxStatusItemController;
-class VeranoxStore;
 
 // Owns every long-lived object and decides when each starts and stops. Main thread only.
 class VeranoxMenuAppDelegate final : public QObject {
@@ -19,11 +15,11 @@ class VeranoxMenuAppDelegate final : public QObject {
 public:
     enum class TerminateReply { now, later };
 
-    // The store exists from here on; nothing runs yet. The queue outlives the delegate.
-    explicit VeranoxMenuAppDelegate(jobs::MainQueue &queue);
+    // Nothing runs yet. The queue outlives the delegate.
+    VeranoxMenuAppDelegate(jobs::MainQueue &queue, VeranoxMenuAppParts parts);
     ~VeranoxMenuAppDelegate() override;
 
-    VeranoxStore &store() { return *m_store; }
+    VeranoxStore &store() { return *m_parts.store; }
 
     // Puts up the status item and starts the store.
     void applicationDidFinishLaunching();
@@ -49,11 +45,7 @@ private:
     jobs::Async<> startStore();
     jobs::Async<> completeTermination();
 
-    std::unique_ptr<ProcessActivity> m_processActivity;
-    std::unique_ptr<Appearance> m_appearance;
-    std::unique_ptr<VeranoxGlobalHotKeyController> m_hotKeyController;
-    std::unique_ptr<VeranoxAppPreferences> m_preferences;
-    std::unique_ptr<VeranoxStore> m_store;
+    VeranoxMenuAppParts m_parts;
     std::unique_ptr<VeranoxQmlEngine> m_qmlEngine;
     std::unique_ptr<VeranoxQuitConfirmationPresenter> m_quitConfirmation;
     std::unique_ptr<VeranoxStatusItemController> m_statusItemController; // from launch to termination

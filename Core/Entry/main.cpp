@@ -45,7 +45,7 @@ int runApplication(int &argc, char **argv)
     }
     jobs::SystemClock clock;
     jobs::MainQueue queue(clock);
-    VeranoxMenuAppDelegate delegate(queue);
+    VeranoxMenuAppDelegate delegate(queue, VeranoxMenuAppParts::live(queue));
     QObject::connect(instance.get(), &SingleInstance::activationRequested, &delegate,
         &VeranoxMenuAppDelegate::applicationShouldHandleReopen);
     const auto termination = platform::makeTermination();

@@ -1,9 +1,9 @@
 #include "Platform/Linux/AutostartLoginItem.h"
+#include "Base/Files/UserFolders.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
@@ -34,7 +34,7 @@ AutostartLoginItem::AutostartLoginItem(QString entryPath, QString program)
 
 QString AutostartLoginItem::defaultEntryPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/autostart/veranox.desktop"_s;
+    return userConfigurationFolder() + u"/autostart/veranox.desktop"_s;
 }
 
 bool AutostartLoginItem::isEnabled() const

@@ -13,7 +13,7 @@ public:
     std::expected<void, QString> add() override;
     std::expected<void, QString> remove() override;
 
-    // $XDG_CONFIG_HOME/autostart/veranox.desktop.
+    // autostart/veranox.desktop in the user's folder for configuration, where the desktop looks.
     static QString defaultEntryPath();
 
 private:

@@ -1,4 +1,5 @@
 #include "API/Client/VeranoxControlToken.h"
+#include "Tests/Support/EnvironmentVariable.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QDir>
 #include <gtest/gtest.h>
@@ -10,18 +11,8 @@ namespace {
 // Where the token is looked for when XDG_DATA_HOME has this value; null is unset.
 QString tokenPathWith(const QByteArray &dataHome)
 {
-    const QByteArray before = qgetenv("XDG_DATA_HOME");
-    const bool wasSet = qEnvironmentVariableIsSet("XDG_DATA_HOME");
-    if (dataHome.isNull())
-        qunsetenv("XDG_DATA_HOME");
-    else
-        qputenv("XDG_DATA_HOME", dataHome);
-    const QString path = defaultControlTokenPath();
-    if (wasSet)
-        qputenv("XDG_DATA_HOME", before);
-    else
-        qunsetenv("XDG_DATA_HOME");
-    return path;
+    const EnvironmentVariable variable("XDG_DATA_HOME", dataHome.isNull() ? std::nullopt : std::optional(dataHome));
+    return defaultControlTokenPath();
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Log/VeranoxRuntimeLogDiscarder.h"
 #include "Tests/Log/LogFileWorld.h"
+#include "Tests/Support/EnvironmentVariable.h"
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -173,31 +174,18 @@ TEST_F(LogFile, FinishesTheCallsMadeSoFarWhenItGoes)
     EXPECT_EQ(messages(), QStringList{u"a"_s});
 }
 
-// A variable of the environment for the length of a test.
-class Variable {
-public:
-    Variable(const char *name, const QByteArray &value) : m_name(name), m_before(qgetenv(name))
-    {
-        qputenv(name, value);
-    }
-    ~Variable() { m_before.isNull() ? qunsetenv(m_name) : qputenv(m_name, m_before); }
-    Variable(const Variable &) = delete;
-    Variable &operator=(const Variable &) = delete;
-
-private:
-    const char *m_name;
-    QByteArray m_before;
-};
-
 TEST(LogDefaultFile, LiesInTheFolderForApplicationData)
 {
-    const Variable home("HOME", "/home/somebody");
+    const EnvironmentVariable home("HOME", "/home/somebody");
     {
-        const Variable data("XDG_DATA_HOME", "/data/of somebody");
+        const EnvironmentVariable data("XDG_DATA_HOME", "/data/of somebody");
         EXPECT_EQ(VeranoxRuntimeLogFile::defaultFileURL(), u"/data/of somebody/Veranox/logs/activity.jsonl"_s);
     }
-    const Variable none("XDG_DATA_HOME", "");
-    EXPECT_EQ(VeranoxRuntimeLogFile::defaultFileURL(), u"/home/somebody/.local/share/Veranox/logs/activity.jsonl"_s);
+    for (const QByteArray &named : {QByteArray(""), QByteArray("relative"), QByteArray("./relative")}) {
+        const EnvironmentVariable data("XDG_DATA_HOME", named);
+        EXPECT_EQ(VeranoxRuntimeLogFile::defaultFileURL(), u"/home/somebody/.local/share/Veranox/logs/activity.jsonl"_s)
+            << named.toStdString();
+    }
 }
 
 TEST_F(LogFile, LoadsFilesOfAnySizeWhole)

@@ -1,4 +1,6 @@
 #include "Platform/Linux/AutostartLoginItem.h"
+#include "Tests/Support/EnvironmentVariable.h"
+#include "Tests/Support/QtPrinters.h"
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -85,4 +87,15 @@ TEST_F(Autostart, aFolderInTheWayIsAFinishedSentence)
     const auto removed = item.remove();
     ASSERT_FALSE(removed);
     EXPECT_TRUE(removed.error().startsWith(u"Launch at login could not be switched off: "_s));
+}
+
+TEST(AutostartEntryPath, liesInTheFolderForConfigurationForWhichARelativeOneIsIgnored)
+{
+    const EnvironmentVariable home("HOME", "/home/somebody");
+    {
+        const EnvironmentVariable named("XDG_CONFIG_HOME", "/c");
+        EXPECT_EQ(AutostartLoginItem::defaultEntryPath(), u"/c/autostart/veranox.desktop"_s);
+    }
+    const EnvironmentVariable named("XDG_CONFIG_HOME", "c");
+    EXPECT_EQ(AutostartLoginItem::defaultEntryPath(), u"/home/somebody/.config/autostart/veranox.desktop"_s);
 }

@@ -1,4 +1,6 @@
 #include "System/JsonUserDefaults.h"
+#include "Tests/Support/EnvironmentVariable.h"
+#include "Tests/Support/QtPrinters.h"
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -128,4 +130,15 @@ TEST_F(JsonDefaults, aFolderInTheWayLosesNothingAndSaysSo)
     EXPECT_EQ(defaults.value(u"a"_s), QVariant(true)); // for this run
     EXPECT_FALSE(defaults.problem().isEmpty());
     EXPECT_TRUE(QDir(path()).exists());
+}
+
+TEST(JsonDefaultsPath, liesInTheFolderForConfigurationForWhichARelativeOneIsIgnored)
+{
+    const EnvironmentVariable home("HOME", "/home/somebody");
+    {
+        const EnvironmentVariable named("XDG_CONFIG_HOME", "/c");
+        EXPECT_EQ(JsonUserDefaults::defaultPath(), u"/c/veranox/defaults.json"_s);
+    }
+    const EnvironmentVariable named("XDG_CONFIG_HOME", "c");
+    EXPECT_EQ(JsonUserDefaults::defaultPath(), u"/home/somebody/.config/veranox/defaults.json"_s);
 }

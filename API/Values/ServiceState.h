@@ -1,4 +1,5 @@
 #pragma once
+#include "API/Records/VeranoxStatusBadge.h"
 #include <QMetaType>
 #include <QString>
 #include <utility>
@@ -36,6 +37,9 @@ public:
 
     // The word that a person reads.
     QString title() const;
+
+    // The same with how much of a person's attention it asks for.
+    VeranoxStatusBadge badge() const;
 
     bool operator==(const ServiceState &) const = default;
 

@@ -1,5 +1,4 @@
 #include "Publications/VeranoxPublicationDraft.h"
-#include "Publications/VeranoxPublicationOverview.h"
 #include "Tests/Support/Properties.h"
 #include "Tests/Support/QtPrinters.h"
 #include <gtest/gtest.h>
@@ -12,13 +11,6 @@ VeranoxPublication inState(const QString &state)
 {
     VeranoxPublication publication;
     publication.state = state;
-    return publication;
-}
-
-VeranoxPublication admittingNobody()
-{
-    VeranoxPublication publication = inState(u"listening"_s);
-    publication.reachability.state = u"unreachable"_s;
     return publication;
 }
 
@@ -74,31 +66,6 @@ TEST(PublicationDraftProperties, TheReachReadsAsTheServicesWordAndIsWritten)
         EXPECT_EQ(draft.reach, reach);
         EXPECT_EQ(property.readOnGadget(&draft).toString(), rawValue(reach));
     }
-}
-
-TEST(PublicationOverviewProperties, EachHasTheValueOfTheOverview)
-{
-    properties::expectAll(
-        VeranoxPublicationOverview({inState(u"error"_s), inState(u"blocked"_s), admittingNobody(), admittingNobody()}),
-        {
-            {"totalCount", qint64(4)},
-            {"enabledCount", qint64(3)},
-            {"disabledCount", qint64(0)},
-            {"attentionCount", qint64(1)},
-            {"blockedCount", qint64(1)},
-            {"unreachableCount", qint64(2)},
-            {"statusSummary", u"3 enabled · 0 off"_s},
-            {"attentionSummary", u"1 needs attention"_s},
-            {"blockedSummary", u"1 blocked — Funnel isn't available in this version"_s},
-            {"unreachableSummary", u"2 unreachable — the tailnet policy admits no device"_s},
-        });
-}
-
-TEST(PublicationOverviewProperties, AreEmptyWhereThereIsNothingToSay)
-{
-    const VeranoxPublicationOverview calm({inState(u"listening"_s)});
-    for (const char *name : {"attentionSummary", "blockedSummary", "unreachableSummary"})
-        EXPECT_EQ(properties::read(calm, name), QString()) << name;
 }
 
 TEST(PublicationProperties, TheVisibleErrorIsEmptyWhereNoneIsShown)

@@ -1,7 +1,6 @@
 #include "Tests/Support/Properties.h"
 #include "Tests/Support/QtPrinters.h"
 #include "Tunnels/VeranoxTunnelDraft.h"
-#include "Tunnels/VeranoxTunnelOverview.h"
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -64,22 +63,4 @@ TEST(TunnelDraftProperties, TheAuthenticationReadsAsTheServicesWordAndIsWritten)
         EXPECT_EQ(draft.sshAuth, auth);
         EXPECT_EQ(property.readOnGadget(&draft).toString(), rawValue(auth));
     }
-}
-
-TEST(TunnelOverviewProperties, EachHasTheValueOfTheOverview)
-{
-    VeranoxTunnel failing;
-    failing.lastError = u"refused"_s;
-    VeranoxTunnel off;
-    off.disabled = true;
-    properties::expectAll(VeranoxTunnelOverview({failing, off, VeranoxTunnel()}),
-        {
-            {"totalCount", qint64(3)},
-            {"enabledCount", qint64(2)},
-            {"disabledCount", qint64(1)},
-            {"attentionCount", qint64(1)},
-            {"statusSummary", u"2 enabled · 1 off"_s},
-            {"attentionSummary", u"1 needs attention"_s},
-        });
-    EXPECT_EQ(properties::read(VeranoxTunnelOverview({off}), "attentionSummary"), QString());
 }

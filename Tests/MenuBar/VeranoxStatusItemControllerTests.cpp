@@ -5,6 +5,7 @@
 #include "Tests/Support/StoreWorld.h"
 #include <QApplication>
 #include <QMenu>
+#include <QPointer>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -198,9 +199,19 @@ TEST_F(StatusItemController, saysNothingWhenTheTrayComesDuringTheStart)
 
 TEST_F(StatusItemController, isGoneWithoutATraceWhenTakenDown)
 {
+    trayIsThere = false;
     putUp();
+    Q_EMIT item->primaryActivated({});
+    const QPointer<StatusItem> shown = item;
+    const QPointer<QMenu> menu = item->menu;
+    ASSERT_FALSE(QGuiApplication::topLevelWindows().isEmpty());
     controller.reset();
+    EXPECT_TRUE(shown.isNull());
+    EXPECT_TRUE(menu.isNull());
+    EXPECT_TRUE(QGuiApplication::topLevelWindows().isEmpty());
+    Q_EMIT appearance.changed();
     refresh();
     world.run(1h);
     EXPECT_EQ(store->serviceState(), ServiceState::online());
+    EXPECT_TRUE(log().isEmpty()); // nobody is left who would miss the tray
 }

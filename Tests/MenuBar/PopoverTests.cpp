@@ -1,3 +1,4 @@
+#include "MenuBar/Popover/VeranoxMenuView.h"
 #include "MenuBar/VeranoxMenuPopover.h"
 #include "MenuBar/VeranoxQuitConfirmationPresenter.h"
 #include "Tests/Support/NoScreens.h"
@@ -155,9 +156,8 @@ TEST_F(Popover, withoutAScreenItStaysClosed)
     open();
     const NoScreens unplugged;
     ASSERT_EQ(QGuiApplication::primaryScreen(), nullptr);
-    service->profiles.answer({profile(u"a"_s, true, u"Running"_s), profile(u"b"_s, true, u"Running"_s)});
-    refresh(); // changes its height
-    QCoreApplication::processEvents();
+    auto *view = find(u"popover"_s)->property("view").value<VeranoxMenuView *>();
+    view->presentation()->adoptContentHeight(50); // content that changes makes it fit itself anew
     popover->close();
     popover->show({400, 0, 22, 22});
     EXPECT_FALSE(popover->isShown());
@@ -172,7 +172,10 @@ TEST_F(Popover, theQuitPanelWaitsForAScreen)
         EXPECT_EQ(presenter.window(), nullptr);
     }
     presenter.present(*store, [] { FAIL(); });
-    EXPECT_NE(presenter.window(), nullptr);
+    ASSERT_NE(presenter.window(), nullptr);
+    const NoScreens unplugged;
+    itemNamed(presenter.window()->contentItem(), u"quitConfirmation"_s)->setImplicitHeight(50);
+    EXPECT_EQ(presenter.window()->height(), 50);
 }
 
 TEST_F(Popover, closesOnEscapeAndOpensAgain)

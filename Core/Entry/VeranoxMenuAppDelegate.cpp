@@ -29,13 +29,13 @@ constexpr jobs::Clock::Duration exitBackstop = 250ms;
 } // namespace
 
 VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue)
-    : m_processActivity(ProcessActivity::make()),
-      m_appearance(platform::makeAppearance()),
+    : m_processActivity(platform::makeProcessActivity()),
+      m_theme(platform::makeSystemTheme()),
       m_hotKeyController(platform::makeGlobalHotKey()),
       m_preferences(std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem())),
       m_store(VeranoxStore::live(
           queue, platform::resourceDirectory(), platform::informationDictionary(), platform::makeTunnelSecrets(queue))),
-      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_appearance)),
+      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_theme)),
       m_quitConfirmation(std::make_unique<VeranoxQuitConfirmationPresenter>(*m_qmlEngine)),
       m_jobs(queue)
 {
@@ -56,7 +56,7 @@ void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
         return;
     m_processActivity->begin(u"Veranox is a persistent menu bar application"_s);
     m_statusItemController = std::make_unique<VeranoxStatusItemController>(
-        m_jobs.queue(), *m_store, platform::makeStatusItem(), *m_appearance, *m_qmlEngine, [this] { confirmQuit(); });
+        m_jobs.queue(), *m_store, platform::makeStatusItem(), *m_theme, *m_qmlEngine, [this] { confirmQuit(); });
     m_jobs.start(startStore());
 }
 

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <memory>
 
-class Appearance;
+class SystemTheme;
 class ProcessActivity;
 class VeranoxAppPreferences;
 class VeranoxGlobalHotKeyController;
@@ -50,7 +50,7 @@ private:
     jobs::Async<> completeTermination();
 
     std::unique_ptr<ProcessActivity> m_processActivity;
-    std::unique_ptr<Appearance> m_appearance;
+    std::unique_ptr<SystemTheme> m_theme;
     std::unique_ptr<VeranoxGlobalHotKeyController> m_hotKeyController;
     std::unique_ptr<VeranoxAppPreferences> m_preferences;
     std::unique_ptr<VeranoxStore> m_store;

@@ -55,8 +55,8 @@ protected:
     QString focused() const { return popover->window()->activeFocusItem()->objectName(); }
 
     NoWarnings noWarnings;
-    FixedAppearance appearance{false};
-    VeranoxQmlEngine engine{appearance};
+    FixedTheme theme{false};
+    VeranoxQmlEngine engine{theme};
     std::unique_ptr<VeranoxMenuPopover> popover;
     QStringList copied;
     int quitRequests = 0;
@@ -258,7 +258,7 @@ TEST_F(Popover, changesItsDressWhileItIsOpen)
     refresh();
     open();
     const QColor light = popover->window()->grabWindow().pixelColor(60, 10);
-    appearance.setDark(true);
+    theme.setDark(true);
     EXPECT_TRUE(QTest::qWaitFor([&] { return popover->window()->grabWindow().pixelColor(60, 10) != light; }));
 }
 

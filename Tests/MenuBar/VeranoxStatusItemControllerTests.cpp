@@ -1,7 +1,7 @@
 #include "Controls/VeranoxQmlEngine.h"
 #include "MenuBar/VeranoxStatusItemController.h"
-#include "Platform/Appearance.h"
 #include "Platform/StatusItem.h"
+#include "Platform/SystemTheme.h"
 #include "Tests/Support/StoreWorld.h"
 #include <QApplication>
 #include <QMenu>
@@ -31,7 +31,7 @@ public:
     bool available = true;
 };
 
-class FakeAppearance final : public Appearance {
+class FakeTheme final : public SystemTheme {
 public:
     bool isDark() const override { return dark; }
     bool isPanelDark() const override { return dark; }
@@ -48,7 +48,7 @@ protected:
         made->onlyMenu = onlyMenu;
         item = made.get();
         controller = std::make_unique<VeranoxStatusItemController>(
-            world.queue, *store, std::move(made), appearance, engine, [this] { ++quitRequests; });
+            world.queue, *store, std::move(made), theme, engine, [this] { ++quitRequests; });
     }
 
     QStringList menuTexts() const
@@ -59,8 +59,8 @@ protected:
         return texts;
     }
 
-    FakeAppearance appearance;
-    VeranoxQmlEngine engine{appearance};
+    FakeTheme theme;
+    VeranoxQmlEngine engine{theme};
     std::unique_ptr<VeranoxStatusItemController> controller;
     FakeStatusItem *item = nullptr; // the controller's
     bool trayIsThere = true;
@@ -106,13 +106,13 @@ TEST_F(StatusItemController, followsThePulse)
     EXPECT_EQ(item->icons - before, 6);
 }
 
-TEST_F(StatusItemController, drawsAgainWhenTheAppearanceChanges)
+TEST_F(StatusItemController, drawsAgainWhenTheThemeChanges)
 {
     putUp();
     refresh();
     const int before = item->icons;
-    appearance.dark = true;
-    Q_EMIT appearance.changed();
+    theme.dark = true;
+    Q_EMIT theme.changed();
     EXPECT_EQ(item->icons, before); // in a later turn
     world.run();
     EXPECT_EQ(item->icons, before + 1);
@@ -209,7 +209,7 @@ TEST_F(StatusItemController, isGoneWithoutATraceWhenTakenDown)
     EXPECT_TRUE(shown.isNull());
     EXPECT_TRUE(menu.isNull());
     EXPECT_TRUE(QGuiApplication::topLevelWindows().isEmpty());
-    Q_EMIT appearance.changed();
+    Q_EMIT theme.changed();
     refresh();
     world.run(1h);
     EXPECT_EQ(store->serviceState(), ServiceState::online());

@@ -7,8 +7,6 @@
 // The local service as the application sees it. A value: two states are equal when kind and message are.
 class ServiceState {
     Q_GADGET
-    Q_PROPERTY(Kind kind READ kind)
-    Q_PROPERTY(QString message READ message)
 
 public:
     enum class Kind {

@@ -1,5 +1,5 @@
 #include "Controls/VeranoxDesktop.h"
-#include "Platform/Appearance.h"
+#include "Platform/SystemTheme.h"
 #include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -7,30 +7,30 @@
 
 VeranoxDesktop *VeranoxDesktop::create(QQmlEngine *engine, QJSEngine *)
 {
-    auto *appearance = engine->property(appearanceProperty).value<Appearance *>();
-    if (!appearance)
-        qFatal("The engine does not know the desktop's appearance.");
-    return new VeranoxDesktop(*appearance); // the engine's
+    auto *theme = engine->property(themeProperty).value<SystemTheme *>();
+    if (!theme)
+        qFatal("The engine does not know the desktop's theme.");
+    return new VeranoxDesktop(*theme); // the engine's
 }
 
-VeranoxDesktop::VeranoxDesktop(Appearance &appearance, QObject *parent) : QObject(parent), m_appearance(appearance)
+VeranoxDesktop::VeranoxDesktop(SystemTheme &theme, QObject *parent) : QObject(parent), m_theme(theme)
 {
-    connect(&m_appearance, &Appearance::changed, this, &VeranoxDesktop::changed);
+    connect(&m_theme, &SystemTheme::changed, this, &VeranoxDesktop::changed);
 }
 
 bool VeranoxDesktop::dark() const
 {
-    return m_appearance.isDark();
+    return m_theme.isDark();
 }
 
 bool VeranoxDesktop::reducedMotion() const
 {
-    return m_appearance.prefersReducedMotion();
+    return m_theme.prefersReducedMotion();
 }
 
 QColor VeranoxDesktop::accent() const
 {
-    return m_appearance.accent().value_or(QColor());
+    return m_theme.accent().value_or(QColor());
 }
 
 QString VeranoxDesktop::family() const

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-class Appearance;
+class SystemTheme;
 class QJSEngine;
 class QQmlEngine;
 
@@ -19,13 +19,13 @@ class VeranoxDesktop final : public QObject {
     Q_PROPERTY(QString fixedFamily READ fixedFamily CONSTANT)
 
 public:
-    // The property of the engine that holds the Appearance.
-    static constexpr const char *appearanceProperty = "veranoxAppearance";
+    // The property of the engine that holds the SystemTheme.
+    static constexpr const char *themeProperty = "veranoxTheme";
 
     static VeranoxDesktop *create(QQmlEngine *engine, QJSEngine *);
 
-    // The appearance outlives the engine.
-    explicit VeranoxDesktop(Appearance &appearance, QObject *parent = nullptr);
+    // The theme outlives the engine.
+    explicit VeranoxDesktop(SystemTheme &theme, QObject *parent = nullptr);
 
     bool dark() const;
     bool reducedMotion() const;
@@ -37,5 +37,5 @@ Q_SIGNALS:
     void changed();
 
 private:
-    Appearance &m_appearance;
+    SystemTheme &m_theme;
 };

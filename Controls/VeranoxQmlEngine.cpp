@@ -1,7 +1,7 @@
 #include "Controls/VeranoxQmlEngine.h"
 #include "Controls/VeranoxControlAccessible.h"
 #include "Controls/VeranoxDesktop.h"
-#include "Platform/Appearance.h"
+#include "Platform/SystemTheme.h"
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 void qml_register_types_Veranox_Controls(); // made by the build
 
-VeranoxQmlEngine::VeranoxQmlEngine(Appearance &appearance) : m_appearance(appearance) { }
+VeranoxQmlEngine::VeranoxQmlEngine(SystemTheme &theme) : m_theme(theme) { }
 
 VeranoxQmlEngine::~VeranoxQmlEngine() = default;
 
@@ -30,7 +30,7 @@ QQmlEngine &VeranoxQmlEngine::engine()
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     m_engine = std::make_unique<QQmlEngine>();
     m_engine->addImportPath(u"qrc:/"_s); // Qt looks there by itself from 6.5 on
-    m_engine->setProperty(VeranoxDesktop::appearanceProperty, QVariant::fromValue(&m_appearance));
+    m_engine->setProperty(VeranoxDesktop::themeProperty, QVariant::fromValue(&m_theme));
     return *m_engine;
 }
 

@@ -3,7 +3,7 @@
 #include <QVariantMap>
 #include <memory>
 
-class Appearance;
+class SystemTheme;
 class QQmlEngine;
 class QQuickItem;
 
@@ -11,8 +11,8 @@ class QQuickItem;
 // pay for it. Main thread only.
 class VeranoxQmlEngine {
 public:
-    // The appearance outlives the engine.
-    explicit VeranoxQmlEngine(Appearance &appearance);
+    // The theme outlives the engine.
+    explicit VeranoxQmlEngine(SystemTheme &theme);
     ~VeranoxQmlEngine();
     VeranoxQmlEngine(const VeranoxQmlEngine &) = delete;
     VeranoxQmlEngine &operator=(const VeranoxQmlEngine &) = delete;
@@ -26,6 +26,6 @@ public:
     std::unique_ptr<QQuickItem> create(const QUrl &file, const QVariantMap &properties);
 
 private:
-    Appearance &m_appearance;
+    SystemTheme &m_theme;
     std::unique_ptr<QQmlEngine> m_engine;
 };

@@ -1,4 +1,5 @@
 #pragma once
+#include "API/Records/VeranoxStatusBadge.h"
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
@@ -9,6 +10,11 @@ class VeranoxTone : public QObject {
     QML_UNCREATABLE("A vocabulary")
 
 public:
+    // QML finds an enumerator by its name only when that begins with a capital letter.
+    // NOLINTNEXTLINE(readability-identifier-naming)
     enum Tone { Gray, FaintGray, Green, Orange, Red };
     Q_ENUM(Tone)
+
+    // The tone of a state that asks for that much attention.
+    static Tone of(VeranoxStatusBadge::Kind kind);
 };

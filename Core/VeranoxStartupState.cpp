@@ -1,27 +1,11 @@
 #include "Core/VeranoxStartupState.h"
 #include "API/Values/VeranoxRecordClass.h"
+#include "Base/Text/EnumeratorWord.h"
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString word(VeranoxRecordClass which)
-{
-    switch (which) {
-    case VeranoxRecordClass::disabled:
-        return u"disabled"_s;
-    case VeranoxRecordClass::blocked:
-        return u"blocked"_s;
-    case VeranoxRecordClass::failed:
-        return u"failed"_s;
-    case VeranoxRecordClass::ready:
-        return u"ready"_s;
-    case VeranoxRecordClass::starting:
-        return u"starting"_s;
-    }
-    Q_UNREACHABLE();
-}
 
 template <class Record>
 QString countFields(QStringView kind, const QList<Record> &records, const QList<VeranoxRecordClass> &classes)
@@ -30,7 +14,7 @@ QString countFields(QStringView kind, const QList<Record> &records, const QList<
     for (const VeranoxRecordClass which : classes) {
         const auto count =
             std::ranges::count_if(records, [which](const Record &record) { return classOf(record) == which; });
-        fields += u" %1_%2=%3"_s.arg(kind, word(which)).arg(count);
+        fields += u" %1_%2=%3"_s.arg(kind, enumeratorWord(which)).arg(count);
     }
     return fields;
 }

@@ -61,13 +61,16 @@ void VeranoxMenuPopover::make()
 
 void VeranoxMenuPopover::show(const QRect &icon)
 {
+    const QScreen *screen = screenOf(icon);
+    if (!screen)
+        return;
     if (!m_window)
         make();
     m_icon = icon;
     m_lostFocusAt.reset();
     m_hasBeenActive = false;
     // Before the surface, which changes the height in turn: a height cannot be bounded while it is being worked out.
-    m_view->presentation()->adoptScreen(screenOf(m_icon)->availableGeometry().height());
+    m_view->presentation()->adoptScreen(screen->availableGeometry().height());
     const Surface surface = m_isOrdinary ? ordinary : platform::blendsWindows() ? blended : plain;
     m_content->setProperty("surface", int(surface));
     fit();
@@ -94,6 +97,8 @@ bool VeranoxMenuPopover::hasJustLostFocus() const
 void VeranoxMenuPopover::fit()
 {
     const QScreen *screen = screenOf(m_icon);
+    if (!screen)
+        return; // the last one has gone while it was open
     m_view->presentation()->adoptScreen(screen->availableGeometry().height());
     const QSize size = QSizeF(m_content->implicitWidth(), m_content->implicitHeight()).toSize();
     m_content->setSize(size);
@@ -103,17 +108,16 @@ void VeranoxMenuPopover::fit()
         m_window->resize(size);
         return;
     }
-    place();
+    place(*screen);
 }
 
-void VeranoxMenuPopover::place()
+void VeranoxMenuPopover::place(const QScreen &screen)
 {
-    const QScreen *screen = screenOf(m_icon);
     const int shadow = m_content->property("margin").toInt();
     const QMargins margins(shadow, shadow, shadow, shadow);
     const QSize size = m_content->size().toSize();
-    const PanelSide side = panelSide(m_icon, screen->geometry(), screen->availableGeometry());
-    const QPoint corner = popoverPosition(m_icon, screen->availableGeometry(), side, size.shrunkBy(margins));
+    const PanelSide side = panelSide(m_icon, screen.geometry(), screen.availableGeometry());
+    const QPoint corner = popoverPosition(m_icon, screen.availableGeometry(), side, size.shrunkBy(margins));
     m_window->setGeometry(QRect(corner - QPoint(shadow, shadow), size));
 }
 

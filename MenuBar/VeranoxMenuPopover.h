@@ -25,7 +25,8 @@ public:
 
     bool isShown() const;
 
-    // Opens beside the icon: a rectangle in global coordinates, empty where nothing tells.
+    // Opens beside the icon: a rectangle in global coordinates, empty where nothing tells. Without a screen it stays
+    // closed.
     void show(const QRect &icon);
     void close();
 
@@ -37,10 +38,10 @@ public:
 private:
     void make();
     void fit(); // to its content and the screen
-    void place();
+    void place(const QScreen &screen);
     void handleActivation();
     jobs::Async<> closeUnlessFocusReturns(jobs::Clock::Time lostAt);
-    QScreen *screenOf(const QRect &icon) const;
+    QScreen *screenOf(const QRect &icon) const; // null without any
 
     jobs::MainQueue &m_queue;
     VeranoxStore &m_store;

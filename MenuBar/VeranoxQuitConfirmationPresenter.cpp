@@ -20,7 +20,10 @@ namespace {
 
 void centre(QQuickWindow &window)
 {
-    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return; // the last one has gone while the panel was open
+    const QRect room = screen->availableGeometry();
     window.setPosition(room.center() - QRect(QPoint(), window.size()).center());
 }
 
@@ -38,6 +41,8 @@ QQuickWindow *VeranoxQuitConfirmationPresenter::window() const
 void VeranoxQuitConfirmationPresenter::present(VeranoxStore &store, std::function<void()> confirm)
 {
     close();
+    if (!QGuiApplication::primaryScreen())
+        return;
     m_engine.engine(); // chooses how windows are drawn, and so comes before the first one
     m_panel = std::make_shared<Panel>();
     m_panel->confirmation = std::make_unique<VeranoxQuitConfirmation>(

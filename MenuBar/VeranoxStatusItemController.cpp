@@ -1,8 +1,8 @@
 #include "MenuBar/VeranoxStatusItemController.h"
 #include "Core/VeranoxStore.h"
 #include "MenuBar/VeranoxStoreRowOperations.h"
-#include "Platform/Appearance.h"
 #include "Platform/StatusItem.h"
+#include "Platform/SystemTheme.h"
 #include <QClipboard>
 #include <QCursor>
 #include <QDesktopServices>
@@ -21,11 +21,11 @@ constexpr auto placingCheck = 50ms; // no panel says when it has done so
 } // namespace
 
 VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store,
-    std::unique_ptr<StatusItem> statusItem, Appearance &appearance, VeranoxQmlEngine &engine,
+    std::unique_ptr<StatusItem> statusItem, SystemTheme &theme, VeranoxQmlEngine &engine,
     std::function<void()> requestQuit)
     : m_store(store),
       m_statusItem(std::move(statusItem)),
-      m_appearance(appearance),
+      m_theme(theme),
       m_requestQuit(std::move(requestQuit)),
       m_popover(queue, store, engine,
           {.dismissMenu = {},
@@ -42,7 +42,7 @@ VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue,
     connect(m_statusItem.get(), &StatusItem::primaryActivated, this, &VeranoxStatusItemController::handlePrimaryClick);
     connect(m_statusItem.get(), &StatusItem::menuRequested, this,
         [this](QPoint where) { showContextMenu(where.isNull() ? std::nullopt : std::optional(where)); });
-    connect(&m_appearance, &Appearance::changed, this, &VeranoxStatusItemController::scheduleUpdate);
+    connect(&m_theme, &SystemTheme::changed, this, &VeranoxStatusItemController::scheduleUpdate);
     connect(&m_store, &VeranoxStore::changed, this, &VeranoxStatusItemController::updateStatusButton); // once a turn
     updateStatusButton();
     m_jobs.start(reportMissingTray());
@@ -82,10 +82,10 @@ void VeranoxStatusItemController::scheduleUpdate()
 
 void VeranoxStatusItemController::updateStatusButton()
 {
-    const Shown now{m_store.menuBarIcon(), m_store.menuBarPulse(), m_appearance.panelForeground()};
+    const Shown now{m_store.menuBarIcon(), m_store.menuBarPulse(), m_theme.panelForeground()};
     if (m_shown != now) {
         m_shown = now;
-        m_statusItem->setIcon(m_image.image(now.icon, now.pulse, m_appearance));
+        m_statusItem->setIcon(m_image.image(now.icon, now.pulse, m_theme));
     }
     const QString title = u"Veranox — "_s + m_store.statusTitle();
     if (m_shownTitle != title) {

@@ -10,7 +10,7 @@
 #include <memory>
 #include <optional>
 
-class Appearance;
+class SystemTheme;
 class StatusItem;
 class VeranoxQmlEngine;
 class VeranoxStore;
@@ -23,7 +23,7 @@ class VeranoxStatusItemController final : public QObject {
 public:
     // All that is referred to outlives the controller. requestQuit is called when the person asks to quit.
     VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store, std::unique_ptr<StatusItem> statusItem,
-        Appearance &appearance, VeranoxQmlEngine &engine, std::function<void()> requestQuit);
+        SystemTheme &theme, VeranoxQmlEngine &engine, std::function<void()> requestQuit);
     ~VeranoxStatusItemController() override;
 
     // Draws what the store says now. Nothing is drawn again that stands there already.
@@ -58,7 +58,7 @@ private:
 
     VeranoxStore &m_store;
     std::unique_ptr<StatusItem> m_statusItem;
-    Appearance &m_appearance;
+    SystemTheme &m_theme;
     VeranoxMenuBarImage m_image;
     std::function<void()> m_requestQuit;
     VeranoxMenuPopover m_popover;

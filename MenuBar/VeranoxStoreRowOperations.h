@@ -1,5 +1,5 @@
 #pragma once
-#include "MenuBar/Popover/VeranoxMenuRowActions.h"
+#include "MenuBar/Popover/VeranoxRowOperations.h"
 
 class VeranoxStore;
 

@@ -1,8 +1,10 @@
 #pragma once
 #include "Base/Jobs/MainQueue.h"
-#include "Platform/Appearance.h"
+#include "Platform/ProcessActivity.h"
 #include "Platform/SingleInstance.h"
 #include "Platform/StatusItem.h"
+#include "Platform/StatusService.h"
+#include "Platform/SystemTheme.h"
 #include "Platform/Termination.h"
 #include "System/LoginItem.h"
 #include "System/UserDefaults.h"
@@ -15,12 +17,17 @@
 namespace platform {
 
 std::unique_ptr<StatusItem> makeStatusItem();
-std::unique_ptr<Appearance> makeAppearance();
+std::unique_ptr<SystemTheme> makeSystemTheme();
 std::unique_ptr<SingleInstance> makeSingleInstance();
 std::unique_ptr<Termination> makeTermination();
+std::unique_ptr<ProcessActivity> makeProcessActivity();
 std::unique_ptr<UserDefaults> makeUserDefaults();
 std::unique_ptr<LoginItem> makeLoginItem();
 std::unique_ptr<VeranoxGlobalHotKeyController> makeGlobalHotKey();
 std::unique_ptr<VeranoxTunnelSecretStoring> makeTunnelSecrets(jobs::MainQueue &queue);
+
+// Answers every question of another process with describe(), for the life of the result. Null where the system has no
+// way to ask.
+std::unique_ptr<StatusService> makeStatusService(std::function<QStringList()> describe);
 
 } // namespace platform

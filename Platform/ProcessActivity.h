@@ -18,7 +18,4 @@ public:
 
     // Gives that up again; harmless without begin().
     virtual void end() = 0;
-
-    // This system's implementation.
-    static std::unique_ptr<ProcessActivity> make();
 };

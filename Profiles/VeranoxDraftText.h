@@ -1,6 +1,5 @@
 #pragma once
 #include <QString>
-#include <optional>
 
 // What tunnels and publications say alike. Pure functions, any thread.
 namespace VeranoxDraftText {
@@ -10,10 +9,5 @@ QString normalName(const QString &typed);
 
 // The label that a draft shows: nothing where it only repeats the name.
 QString typedLabel(const QString &displayName, const QString &name);
-
-QString enabledSummary(qint64 enabled, qint64 disabled);
-
-// Absent when none needs attention.
-std::optional<QString> attentionSummary(qint64 count);
 
 } // namespace VeranoxDraftText

@@ -7,14 +7,6 @@
 
 // What the service assigns to a profile when it first runs.
 struct VeranoxProfileRuntimeFields {
-    Q_GADGET
-    Q_PROPERTY(QString stateDir MEMBER stateDir)
-    Q_PROPERTY(QString socket MEMBER socket)
-    Q_PROPERTY(QString httpProxy MEMBER httpProxy)
-    Q_PROPERTY(QString socks5Proxy MEMBER socks5Proxy)
-    Q_PROPERTY(qint64 port MEMBER port)
-
-public:
     QString stateDir;
     QString socket;
     QString httpProxy;
@@ -27,29 +19,8 @@ public:
     bool operator==(const VeranoxProfileRuntimeFields &) const = default;
 };
 
-// A profile as a person types it. A property is empty where its value is absent.
+// A profile as a person types it.
 struct VeranoxProfileDraft {
-    Q_GADGET
-    Q_PROPERTY(QUuid id MEMBER id)
-    Q_PROPERTY(bool isNew READ isNew)
-    Q_PROPERTY(QString originalName READ originalNameOrEmpty)
-    Q_PROPERTY(QString name MEMBER name)
-    Q_PROPERTY(QString displayName MEMBER displayName)
-    Q_PROPERTY(QString icon MEMBER icon)
-    Q_PROPERTY(QString color MEMBER color)
-    Q_PROPERTY(QString backend MEMBER backend)
-    Q_PROPERTY(QString suffixesText MEMBER suffixesText)
-    Q_PROPERTY(QString ipRoutesText MEMBER ipRoutesText)
-    Q_PROPERTY(bool matchRoot MEMBER matchRoot)
-    Q_PROPERTY(bool acceptRoutes MEMBER acceptRoutes)
-    Q_PROPERTY(QString hostname MEMBER hostname)
-    Q_PROPERTY(VeranoxProfileRuntimeFields runtimeFields MEMBER runtimeFields)
-    Q_PROPERTY(bool isValidName READ isValidName)
-    Q_PROPERTY(QString nameWarning READ nameWarningOrEmpty)
-    Q_PROPERTY(QString hostnameWarning READ hostnameWarningOrEmpty)
-    Q_PROPERTY(bool isReadyToSave READ isReadyToSave)
-
-public:
     QUuid id = QUuid::createUuid(); // of this edit
     std::optional<QString> originalName; // of the profile being edited; absent for a new one
     QString name; // key in the configuration
@@ -98,11 +69,6 @@ public:
     static QStringList splitList(const QString &text);
 
     bool operator==(const VeranoxProfileDraft &) const = default;
-
-private:
-    QString originalNameOrEmpty() const { return originalName.value_or(QString()); }
-    QString nameWarningOrEmpty() const { return nameWarning().value_or(QString()); }
-    QString hostnameWarningOrEmpty() const { return hostnameWarning().value_or(QString()); }
 };
 
 // Whether there is something to save: false while no document is loaded, true for a new or renamed profile and for a

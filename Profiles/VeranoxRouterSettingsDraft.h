@@ -6,17 +6,6 @@
 
 // The router's settings as a person types them.
 struct VeranoxRouterSettingsDraft {
-    Q_GADGET
-    Q_PROPERTY(QString httpProxy MEMBER httpProxy)
-    Q_PROPERTY(QString socks5Proxy MEMBER socks5Proxy)
-    Q_PROPERTY(QString pacListen MEMBER pacListen)
-    Q_PROPERTY(QString profileHTTPProxyBase MEMBER profileHTTPProxyBase)
-    Q_PROPERTY(QString profileSOCKS5ProxyBase MEMBER profileSOCKS5ProxyBase)
-    Q_PROPERTY(QString profileUDPPortBase MEMBER profileUDPPortBase)
-    Q_PROPERTY(QString profileHostnameBase MEMBER profileHostnameBase)
-    Q_PROPERTY(QString tunnelListenBase MEMBER tunnelListenBase)
-
-public:
     QString httpProxy;
     QString socks5Proxy;
     QString pacListen;

@@ -4,13 +4,7 @@
 
 // How an operation on a publication ended, as one sentence for a person, if there is something to say.
 struct VeranoxPublicationActionResult {
-    Q_GADGET
-    Q_PROPERTY(Kind kind MEMBER kind)
-    Q_PROPERTY(QString message MEMBER message)
-
-public:
     enum class Kind { success, failure };
-    Q_ENUM(Kind)
 
     static VeranoxPublicationActionResult success(const QString &message) { return {Kind::success, message}; }
     static VeranoxPublicationActionResult failure(const QString &message) { return {Kind::failure, message}; }

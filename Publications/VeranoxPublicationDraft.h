@@ -7,28 +7,8 @@
 #include <QUuid>
 #include <optional>
 
-// A publication as a person types it. Every text stays as typed until makePublication(). A property is empty where its
-// value is absent.
+// A publication as a person types it. Every text stays as typed until makePublication().
 struct VeranoxPublicationDraft {
-    Q_GADGET
-    Q_PROPERTY(QUuid id MEMBER id)
-    Q_PROPERTY(bool isNew READ isNew)
-    Q_PROPERTY(QString originalName READ originalNameOrEmpty)
-    Q_PROPERTY(QString name MEMBER name)
-    Q_PROPERTY(QString displayName MEMBER displayName)
-    Q_PROPERTY(QString profile MEMBER profile)
-    Q_PROPERTY(QString target MEMBER target)
-    Q_PROPERTY(QString port MEMBER port)
-    Q_PROPERTY(bool tls MEMBER tls)
-    Q_PROPERTY(VeranoxPublishing::Reach reach MEMBER reach)
-    Q_PROPERTY(bool disabled MEMBER disabled)
-    Q_PROPERTY(QString normalName READ normalName)
-    Q_PROPERTY(bool isValidName READ isValidName)
-    Q_PROPERTY(bool isValidTarget READ isValidTarget)
-    Q_PROPERTY(bool isValidPort READ isValidPort)
-    Q_PROPERTY(bool isReadyToSave READ isReadyToSave)
-
-public:
     QUuid id = QUuid::createUuid(); // of this edit
     std::optional<QString> originalName; // of the publication being edited; absent for a new one
     QString name;
@@ -73,9 +53,6 @@ public:
     VeranoxDraftResult<VeranoxEditablePublication> makePublication() const;
 
     bool operator==(const VeranoxPublicationDraft &) const = default;
-
-private:
-    QString originalNameOrEmpty() const { return originalName.value_or(QString()); }
 };
 
 Q_DECLARE_METATYPE(VeranoxPublicationDraft)

@@ -1,6 +1,4 @@
 #include "Publications/VeranoxPublicationOverview.h"
-#include "Profiles/VeranoxDraftText.h"
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -16,11 +14,6 @@ bool isDisabled(const VeranoxPublication &publication)
     return publication.disabled && !isBlocked(publication);
 }
 
-bool needsAttention(const VeranoxPublication &publication)
-{
-    return !publication.disabled && publication.hasError();
-}
-
 std::optional<QString> counted(qint64 count, const QString &what)
 {
     return count < 1 ? std::nullopt : std::optional(QString::number(count) + what);
@@ -29,23 +22,11 @@ std::optional<QString> counted(qint64 count, const QString &what)
 } // namespace
 
 VeranoxPublicationOverview::VeranoxPublicationOverview(const QList<VeranoxPublication> &publications)
-    : totalCount(publications.size()),
-      disabledCount(std::ranges::count_if(publications, isDisabled)),
-      attentionCount(std::ranges::count_if(publications, needsAttention)),
+    : VeranoxRecordOverview(publications, std::ranges::count_if(publications, isDisabled)),
       blockedCount(std::ranges::count_if(publications, isBlocked)),
       unreachableCount(std::ranges::count_if(publications, &VeranoxPublication::isUnreachable))
 {
-    enabledCount = totalCount - blockedCount - disabledCount;
-}
-
-QString VeranoxPublicationOverview::statusSummary() const
-{
-    return VeranoxDraftText::enabledSummary(enabledCount, disabledCount);
-}
-
-std::optional<QString> VeranoxPublicationOverview::attentionSummary() const
-{
-    return VeranoxDraftText::attentionSummary(attentionCount);
+    enabledCount -= blockedCount;
 }
 
 std::optional<QString> VeranoxPublicationOverview::blockedSummary() const

@@ -1,19 +1,9 @@
 #pragma once
-#include <QMetaType>
 #include <QString>
 #include <array>
 
-// Holds the enumeration so that views read it by name.
-namespace VeranoxPublishing {
-Q_NAMESPACE
-
 // Who can reach a publication. A configuration can hold funnel, but it is never served: the service calls it blocked.
-enum class Reach { tailnet, funnel };
-Q_ENUM_NS(Reach)
-
-} // namespace VeranoxPublishing
-
-using VeranoxPublicationReach = VeranoxPublishing::Reach;
+enum class VeranoxPublicationReach { tailnet, funnel };
 
 inline constexpr std::array allVeranoxPublicationReaches{
     VeranoxPublicationReach::tailnet, VeranoxPublicationReach::funnel};

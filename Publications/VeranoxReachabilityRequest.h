@@ -4,12 +4,6 @@
 
 // The wish to see how a publication can be made reachable.
 struct VeranoxReachabilityRequest {
-    Q_GADGET
-    Q_PROPERTY(QString id MEMBER id)
-    Q_PROPERTY(QString title MEMBER title)
-    Q_PROPERTY(VeranoxPublicationPolicyHint hint MEMBER hint)
-
-public:
     QString id; // the publication's name
     QString title; // the publication's label
     VeranoxPublicationPolicyHint hint;

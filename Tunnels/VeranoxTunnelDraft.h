@@ -6,33 +6,8 @@
 #include <QUuid>
 #include <optional>
 
-// A tunnel as a person types it. Every text stays as typed until makeTunnel(). A property is empty where its value is
-// absent.
+// A tunnel as a person types it. Every text stays as typed until makeTunnel().
 struct VeranoxTunnelDraft {
-    Q_GADGET
-    Q_PROPERTY(QUuid id MEMBER id)
-    Q_PROPERTY(bool isNew READ isNew)
-    Q_PROPERTY(QString originalName READ originalNameOrEmpty)
-    Q_PROPERTY(QString name MEMBER name)
-    Q_PROPERTY(QString displayName MEMBER displayName)
-    Q_PROPERTY(QString profile MEMBER profile)
-    Q_PROPERTY(QString target MEMBER target)
-    Q_PROPERTY(bool useSSH MEMBER useSSH)
-    Q_PROPERTY(QString bastion MEMBER bastion)
-    Q_PROPERTY(QString sshUser MEMBER sshUser)
-    Q_PROPERTY(VeranoxTunnelSSH::Auth sshAuth MEMBER sshAuth)
-    Q_PROPERTY(QString identityFile MEMBER identityFile)
-    Q_PROPERTY(QString password MEMBER password)
-    Q_PROPERTY(bool hasStoredPassword MEMBER hasStoredPassword)
-    Q_PROPERTY(QString listen MEMBER listen)
-    Q_PROPERTY(bool disabled MEMBER disabled)
-    Q_PROPERTY(QString normalName READ normalName)
-    Q_PROPERTY(bool isValidName READ isValidName)
-    Q_PROPERTY(bool isValidTarget READ isValidTarget)
-    Q_PROPERTY(bool needsPassword READ needsPassword)
-    Q_PROPERTY(bool isReadyToSave READ isReadyToSave)
-
-public:
     QUuid id = QUuid::createUuid(); // of this edit
     std::optional<QString> originalName; // of the tunnel being edited; absent for a new one
     QString name;
@@ -79,9 +54,6 @@ public:
     VeranoxDraftResult<VeranoxEditableTunnel> makeTunnel() const;
 
     bool operator==(const VeranoxTunnelDraft &) const = default;
-
-private:
-    QString originalNameOrEmpty() const { return originalName.value_or(QString()); }
 };
 
 Q_DECLARE_METATYPE(VeranoxTunnelDraft)

@@ -1,19 +1,9 @@
 #pragma once
-#include <QMetaType>
 #include <QString>
 #include <array>
 
-// Holds the enumeration so that views read it by name.
-namespace VeranoxTunnelSSH {
-Q_NAMESPACE
-
 // How an SSH tunnel proves to its bastion who it is.
-enum class Auth { agent, key, password };
-Q_ENUM_NS(Auth)
-
-} // namespace VeranoxTunnelSSH
-
-using VeranoxTunnelSSHAuth = VeranoxTunnelSSH::Auth;
+enum class VeranoxTunnelSSHAuth { agent, key, password };
 
 // In the order in which they are offered.
 inline constexpr std::array allVeranoxTunnelSSHAuths{

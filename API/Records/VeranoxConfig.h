@@ -4,17 +4,6 @@
 
 // The addresses and bases of the running router.
 struct VeranoxRouterConfig {
-    Q_GADGET
-    Q_PROPERTY(QString httpProxy MEMBER httpProxy)
-    Q_PROPERTY(QString socks5Proxy MEMBER socks5Proxy)
-    Q_PROPERTY(QString pacListen MEMBER pacListen)
-    Q_PROPERTY(qint64 profileHTTPProxyBase MEMBER profileHTTPProxyBase)
-    Q_PROPERTY(qint64 profileSOCKS5ProxyBase MEMBER profileSOCKS5ProxyBase)
-    Q_PROPERTY(qint64 profileUDPPortBase MEMBER profileUDPPortBase)
-    Q_PROPERTY(QString profileHostnameBase MEMBER profileHostnameBase)
-    Q_PROPERTY(qint64 tunnelListenBase MEMBER tunnelListenBase)
-
-public:
     QString httpProxy; // host:port, as sent
     QString socks5Proxy; // host:port, as sent
     QString pacListen; // host:port, always on loopback
@@ -32,10 +21,6 @@ public:
 
 // The small, tolerant view of the service's configuration that the status screens read.
 struct VeranoxConfig {
-    Q_GADGET
-    Q_PROPERTY(VeranoxRouterConfig router MEMBER router)
-
-public:
     VeranoxRouterConfig router;
 
     bool operator==(const VeranoxConfig &) const = default;

@@ -4,11 +4,6 @@
 
 // What the service found on this computer.
 struct VeranoxEnvironment {
-    Q_GADGET
-    Q_PROPERTY(bool tailscaledAvailable MEMBER tailscaledAvailable)
-    Q_PROPERTY(QString tailscaledBin MEMBER tailscaledBin)
-
-public:
     bool tailscaledAvailable = false;
     QString tailscaledBin;
 

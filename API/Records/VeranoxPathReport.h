@@ -5,13 +5,6 @@
 
 // The node of a path report's profile, as it describes itself.
 struct VeranoxPathSelfNode {
-    Q_GADGET
-    Q_PROPERTY(QString hostName MEMBER hostName)
-    Q_PROPERTY(QString dnsName MEMBER dnsName)
-    Q_PROPERTY(QStringList tailscaleIPs MEMBER tailscaleIPs)
-    Q_PROPERTY(bool online MEMBER online)
-
-public:
     QString hostName;
     QString dnsName;
     QStringList tailscaleIPs;
@@ -22,11 +15,6 @@ public:
 
 // The state of that node.
 struct VeranoxPathProfileStatus {
-    Q_GADGET
-    Q_PROPERTY(bool ok MEMBER ok)
-    Q_PROPERTY(QString backendState MEMBER backendState)
-
-public:
     bool ok = false;
     QString backendState;
     std::optional<VeranoxPathSelfNode> selfNode;
@@ -36,15 +24,6 @@ public:
 
 // What a name resolves to inside the tailnet.
 struct VeranoxDNSReport {
-    Q_GADGET
-    Q_PROPERTY(bool ok MEMBER ok)
-    Q_PROPERTY(QString profile MEMBER profile)
-    Q_PROPERTY(QString host MEMBER host)
-    Q_PROPERTY(QString network MEMBER network)
-    Q_PROPERTY(QStringList addresses MEMBER addresses)
-    Q_PROPERTY(QString error MEMBER error)
-
-public:
     bool ok = false;
     QString profile;
     QString host;
@@ -57,16 +36,6 @@ public:
 
 // Whether the target answers a ping, and by which way.
 struct VeranoxPingReport {
-    Q_GADGET
-    Q_PROPERTY(bool ok MEMBER ok)
-    Q_PROPERTY(QString target MEMBER target)
-    Q_PROPERTY(bool direct MEMBER direct)
-    Q_PROPERTY(bool derp MEMBER derp)
-    Q_PROPERTY(bool peerRelay MEMBER peerRelay)
-    Q_PROPERTY(QString error MEMBER error)
-    Q_PROPERTY(QString commandDuration MEMBER commandDuration)
-
-public:
     bool ok = false;
     QString target;
     bool direct = false;
@@ -80,20 +49,6 @@ public:
 
 // What an HTTP request to the target brings.
 struct VeranoxHTTPReport {
-    Q_GADGET
-    Q_PROPERTY(bool ok MEMBER ok)
-    Q_PROPERTY(QString url MEMBER url)
-    Q_PROPERTY(QString method MEMBER method)
-    Q_PROPERTY(QString status MEMBER status)
-    Q_PROPERTY(qint64 statusCode MEMBER statusCode)
-    Q_PROPERTY(QString contentType MEMBER contentType)
-    Q_PROPERTY(qint64 totalMS MEMBER totalMS)
-    Q_PROPERTY(qint64 timeToHeadersMS MEMBER timeToHeadersMS)
-    Q_PROPERTY(qint64 timeToFirstBodyByteMS MEMBER timeToFirstBodyByteMS)
-    Q_PROPERTY(qint64 bytesRead MEMBER bytesRead)
-    Q_PROPERTY(QString error MEMBER error)
-
-public:
     bool ok = false;
     QString url;
     QString method;
@@ -111,11 +66,6 @@ public:
 
 // Whether the profile's node finds its network in order.
 struct VeranoxNetcheckReport {
-    Q_GADGET
-    Q_PROPERTY(bool ok MEMBER ok)
-    Q_PROPERTY(QString error MEMBER error)
-
-public:
     bool ok = false;
     QString error;
 
@@ -124,24 +74,6 @@ public:
 
 // Which profile owns a target, and how far a request to it gets.
 struct VeranoxPathReport {
-    Q_GADGET
-    Q_PROPERTY(QString profile MEMBER profile)
-    Q_PROPERTY(QString profileBackend MEMBER profileBackend)
-    Q_PROPERTY(QString target MEMBER target)
-    Q_PROPERTY(QString host MEMBER host)
-    Q_PROPERTY(QString ruleSuffix MEMBER ruleSuffix)
-    Q_PROPERTY(QString routeType MEMBER routeType)
-    Q_PROPERTY(QString ipRoute MEMBER ipRoute)
-    Q_PROPERTY(QString profileSocket MEMBER profileSocket)
-    Q_PROPERTY(QString profileHTTPProxy MEMBER profileHTTPProxy)
-    Q_PROPERTY(QString profileSOCKS5Proxy MEMBER profileSOCKS5Proxy)
-    Q_PROPERTY(qint64 profileUDPPort MEMBER profileUDPPort)
-    Q_PROPERTY(QString routerHTTPProxy MEMBER routerHTTPProxy)
-    Q_PROPERTY(QString summary MEMBER summary)
-    Q_PROPERTY(QStringList recommendations MEMBER recommendations)
-    Q_PROPERTY(bool routeMatched READ routeMatched)
-
-public:
     QString profile; // empty when no route matched
     QString profileBackend;
     QString target; // as asked

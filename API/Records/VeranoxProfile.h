@@ -5,14 +5,6 @@
 
 // What the service found when it last looked at a profile's node.
 struct VeranoxProfileStatus {
-    Q_GADGET
-    Q_PROPERTY(bool ok MEMBER ok)
-    Q_PROPERTY(QString backendState MEMBER backendState)
-    Q_PROPERTY(QString raw MEMBER raw)
-    Q_PROPERTY(QString error MEMBER error)
-    Q_PROPERTY(QString checkedAt MEMBER checkedAt)
-
-public:
     bool ok = false; // the node answered
     QString backendState; // the node's own word, for example "Running" or "NeedsLogin"
     QString raw;
@@ -27,26 +19,6 @@ public:
 
 // One routing profile as the service reports it.
 struct VeranoxProfile {
-    Q_GADGET
-    Q_PROPERTY(QString id READ id)
-    Q_PROPERTY(QString name MEMBER name)
-    Q_PROPERTY(QString displayName MEMBER displayName)
-    Q_PROPERTY(QString icon MEMBER icon)
-    Q_PROPERTY(QString color MEMBER color)
-    Q_PROPERTY(QString hostname MEMBER hostname)
-    Q_PROPERTY(QString backend MEMBER backend)
-    Q_PROPERTY(QStringList suffixes MEMBER suffixes)
-    Q_PROPERTY(bool matchRoot MEMBER matchRoot)
-    Q_PROPERTY(QStringList ipRoutes MEMBER ipRoutes)
-    Q_PROPERTY(QString stateDir MEMBER stateDir)
-    Q_PROPERTY(QString socket MEMBER socket)
-    Q_PROPERTY(QString httpProxy MEMBER httpProxy)
-    Q_PROPERTY(QString socks5Proxy MEMBER socks5Proxy)
-    Q_PROPERTY(VeranoxProfileStatus status MEMBER status)
-    Q_PROPERTY(QString profileIconName READ profileIconName)
-    Q_PROPERTY(QString profileAccentColor READ profileAccentColor)
-
-public:
     QString name; // the profile's key in the configuration
     QString displayName; // title shown to the user
     QString icon; // as sent; draw profileIconName()

@@ -6,15 +6,6 @@
 
 // How a login or logout of a profile went.
 struct VeranoxProfileAction {
-    Q_GADGET
-    Q_PROPERTY(QString profile MEMBER profile)
-    Q_PROPERTY(QString action MEMBER action)
-    Q_PROPERTY(bool ok MEMBER ok)
-    Q_PROPERTY(QString output MEMBER output)
-    Q_PROPERTY(QString error MEMBER error)
-    Q_PROPERTY(QUrl authURL READ authURLOrEmpty)
-
-public:
     QString profile;
     QString action; // the action performed
     bool ok = false;
@@ -27,9 +18,6 @@ public:
     std::optional<QUrl> authURL() const;
 
     bool operator==(const VeranoxProfileAction &) const = default;
-
-private:
-    QUrl authURLOrEmpty() const { return authURL().value_or(QUrl()); }
 };
 
 // The address if the text is one of scheme https with a host; its domain is not looked at.

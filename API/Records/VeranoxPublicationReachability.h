@@ -4,20 +4,8 @@
 #include <QUrl>
 #include <optional>
 
-// The entries of the tailnet's access policy that would let devices connect to this computer's node. A
-// property is empty where its value is absent.
+// The entries of the tailnet's access policy that would let devices connect to this computer's node.
 struct VeranoxPublicationPolicyHint {
-    Q_GADGET
-    Q_PROPERTY(QString hostAlias MEMBER hostAlias)
-    Q_PROPERTY(QString nodeIP MEMBER nodeIP)
-    Q_PROPERTY(QString source MEMBER source)
-    Q_PROPERTY(QString hostsEntry MEMBER hostsEntry)
-    Q_PROPERTY(QString grant MEMBER grant)
-    Q_PROPERTY(QString policyURLString MEMBER policyURLString)
-    Q_PROPERTY(QUrl policyURL READ policyURLOrEmpty)
-    Q_PROPERTY(bool hasSnippets READ hasSnippets)
-
-public:
     QString hostAlias; // alias under which the node can be named in the policy
     QString nodeIP; // the node's tailnet address
     QString source; // who is being granted access
@@ -32,22 +20,10 @@ public:
     bool hasSnippets() const;
 
     bool operator==(const VeranoxPublicationPolicyHint &) const = default;
-
-private:
-    QUrl policyURLOrEmpty() const { return policyURL().value_or(QUrl()); }
 };
 
-// Whether the tailnet's policy lets any device connect to a publication. A property is empty where its text is absent.
+// Whether the tailnet's policy lets any device connect to a publication.
 struct VeranoxPublicationReachability {
-    Q_GADGET
-    Q_PROPERTY(QString state MEMBER state)
-    Q_PROPERTY(qint64 peers MEMBER peers)
-    Q_PROPERTY(bool everyone MEMBER everyone)
-    Q_PROPERTY(QString detail MEMBER detail)
-    Q_PROPERTY(QString summary READ summaryOrEmpty)
-    Q_PROPERTY(QString help READ help)
-
-public:
     QString state; // "reachable", "unreachable" or "unknown"; anything else says nothing
     qint64 peers = 0; // number of devices that may connect
     bool everyone = false; // every device in the tailnet may connect
@@ -61,9 +37,6 @@ public:
     QString help() const;
 
     bool operator==(const VeranoxPublicationReachability &) const = default;
-
-private:
-    QString summaryOrEmpty() const { return summary().value_or(QString()); }
 };
 
 Q_DECLARE_METATYPE(VeranoxPublicationPolicyHint)

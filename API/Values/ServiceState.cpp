@@ -1,20 +1,9 @@
 #include "API/Values/ServiceState.h"
-
-using namespace Qt::StringLiterals;
+#include "Base/Text/EnumeratorWord.h"
 
 QString ServiceState::logWord() const
 {
-    switch (m_kind) {
-    case Kind::starting:
-        return u"starting"_s;
-    case Kind::online:
-        return u"online"_s;
-    case Kind::offline:
-        return u"offline"_s;
-    case Kind::error:
-        return u"error"_s;
-    }
-    Q_UNREACHABLE();
+    return enumeratorWord(m_kind);
 }
 
 QString ServiceState::title() const
@@ -22,4 +11,20 @@ QString ServiceState::title() const
     QString word = logWord();
     word.front() = word.front().toUpper();
     return word;
+}
+
+VeranoxStatusBadge ServiceState::badge() const
+{
+    using Badge = VeranoxStatusBadge::Kind;
+    switch (m_kind) {
+    case Kind::starting:
+        return {title(), Badge::warning};
+    case Kind::online:
+        return {title(), Badge::ok};
+    case Kind::offline:
+        return {title(), Badge::offline};
+    case Kind::error:
+        return {title(), Badge::error};
+    }
+    Q_UNREACHABLE();
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "API/Records/VeranoxStatusBadge.h"
 #include <QMetaType>
 #include <QString>
 #include <utility>
@@ -6,8 +7,6 @@
 // The local service as the application sees it. A value: two states are equal when kind and message are.
 class ServiceState {
     Q_GADGET
-    Q_PROPERTY(Kind kind READ kind)
-    Q_PROPERTY(QString message READ message)
 
 public:
     enum class Kind {
@@ -36,6 +35,9 @@ public:
 
     // The word that a person reads.
     QString title() const;
+
+    // The same with how much of a person's attention it asks for.
+    VeranoxStatusBadge badge() const;
 
     bool operator==(const ServiceState &) const = default;
 

@@ -24,7 +24,7 @@ constexpr auto exitBackstop = 250ms;
 
 VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue, VeranoxMenuAppParts parts)
     : m_parts(std::move(parts)),
-      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_parts.appearance)),
+      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_parts.theme)),
       m_quitConfirmation(std::make_unique<VeranoxQuitConfirmationPresenter>(*m_qmlEngine)),
       m_jobs(queue)
 {
@@ -45,7 +45,7 @@ void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
         return;
     m_parts.processActivity->begin(u"Veranox is a persistent menu bar application"_s);
     m_statusItemController = std::make_unique<VeranoxStatusItemController>(m_jobs.queue(), *m_parts.store,
-        m_parts.makeStatusItem(), *m_parts.appearance, *m_qmlEngine, [this] { confirmQuit(); });
+        m_parts.makeStatusItem(), *m_parts.theme, *m_qmlEngine, [this] { confirmQuit(); });
     m_jobs.start(startStore());
 }
 

@@ -7,7 +7,7 @@
 VeranoxMenuAppParts VeranoxMenuAppParts::live(jobs::MainQueue &queue)
 {
     return {.processActivity = ProcessActivity::make(),
-        .appearance = platform::makeAppearance(),
+        .theme = platform::makeSystemTheme(),
         .hotKeyController = platform::makeGlobalHotKey(),
         .preferences = std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem()),
         .store = VeranoxStore::live(queue, platform::resourceDirectory(), platform::informationDictionary(),

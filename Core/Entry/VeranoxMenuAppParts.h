@@ -1,8 +1,8 @@
 #pragma once
 #include "Core/VeranoxStore.h"
-#include "Platform/Appearance.h"
 #include "Platform/ProcessActivity.h"
 #include "Platform/StatusItem.h"
+#include "Platform/SystemTheme.h"
 #include "System/VeranoxAppPreferences.h"
 #include "System/VeranoxGlobalHotKeyController.h"
 #include <chrono>
@@ -12,7 +12,7 @@
 // What the application is made of. All of it is there.
 struct VeranoxMenuAppParts {
     std::unique_ptr<ProcessActivity> processActivity;
-    std::unique_ptr<Appearance> appearance;
+    std::unique_ptr<SystemTheme> theme;
     std::unique_ptr<VeranoxGlobalHotKeyController> hotKeyController;
     std::unique_ptr<VeranoxAppPreferences> preferences;
     std::unique_ptr<VeranoxStore> store;

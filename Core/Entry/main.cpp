@@ -14,7 +14,7 @@ namespace {
 int printStatus(int &argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const auto lines = StatusService::ask();
+    const auto lines = platform::askForStatus();
     if (!lines) {
         QTextStream(stderr) << "veranox-menu: no running application answers. Start veranox-menu first.\n";
         return 1;
@@ -52,7 +52,7 @@ int runApplication(int &argc, char **argv)
     QObject::connect(termination.get(), &Termination::terminationRequested, &application, &QCoreApplication::quit);
     const VeranoxLogEcho logEcho(delegate.store(), stderr);
     const VeranoxStore &store = delegate.store();
-    const auto statusService = StatusService::publish([&store] { return describeStatus(store); });
+    const auto statusService = platform::makeStatusService([&store] { return describeStatus(store); });
     return application.run(delegate);
 }
 

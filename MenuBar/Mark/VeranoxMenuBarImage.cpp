@@ -1,7 +1,7 @@
 #include "MenuBar/Mark/VeranoxMenuBarImage.h"
 
 #include "MenuBar/Mark/VeranoxMenuBarMark.h"
-#include "Platform/Appearance.h"
+#include "Platform/SystemTheme.h"
 #include <QIconEngine>
 #include <QPainter>
 
@@ -68,21 +68,21 @@ private:
     Colors m_colors;
 };
 
-QIcon draw(MenuBarIcon icon, double pulse, const Appearance &appearance, const QColor &ink)
+QIcon draw(MenuBarIcon icon, double pulse, const SystemTheme &theme, const QColor &ink)
 {
-    QIcon image(new MarkEngine(icon, veranoxMenuBarColors(icon, pulse, appearance.panelForeground(), ink)));
-    image.setIsMask(isVeranoxMenuBarTemplate(icon) && appearance.colorsTemplateImages());
+    QIcon image(new MarkEngine(icon, veranoxMenuBarColors(icon, pulse, theme.panelForeground(), ink)));
+    image.setIsMask(isVeranoxMenuBarTemplate(icon) && theme.colorsTemplateImages());
     return image;
 }
 
 } // namespace
 
-QIcon VeranoxMenuBarImage::image(MenuBarIcon icon, double pulse, const Appearance &appearance)
+QIcon VeranoxMenuBarImage::image(MenuBarIcon icon, double pulse, const SystemTheme &theme)
 {
-    const QColor ink = appearance.colorsTemplateImages() ? QColor(Qt::black) : appearance.panelForeground();
+    const QColor ink = theme.colorsTemplateImages() ? QColor(Qt::black) : theme.panelForeground();
     if (icon != MenuBarIcon::offline)
-        return draw(icon, pulse, appearance, ink);
+        return draw(icon, pulse, theme, ink);
     if (!m_offline || m_offline->ink != ink)
-        m_offline = Kept{ink, draw(icon, pulse, appearance, ink)};
+        m_offline = Kept{ink, draw(icon, pulse, theme, ink)};
     return m_offline->image;
 }

@@ -10,17 +10,19 @@ Item {
     property string text
     property string accent
     property string stateText
+    property string stateHelp
     property bool needsPerson: false
     property real roomBeside: 0
     readonly property real nameCentre: words.y + name.height / 2
 
     StateMark {
         id: sign
+        objectName: "stateMark"
         anchors.verticalCenter: parent.verticalCenter
         width: Theme.controlHeight
         kind: title.mark
         color: Theme.tone(title.tone)
-        help: title.stateText
+        help: title.stateHelp
     }
     Rectangle {
         id: bar

@@ -17,24 +17,8 @@ QString VeranoxMenuHeader::statusTitle() const
 
 VeranoxTone::Tone VeranoxMenuHeader::statusTone() const
 {
-    if (m_store.routerNeedsRestart())
-        return VeranoxTone::Orange;
-    switch (m_store.serviceState().kind()) {
-    case ServiceState::Kind::online:
-        return VeranoxTone::Green;
-    case ServiceState::Kind::offline:
-        return VeranoxTone::Gray;
-    case ServiceState::Kind::error:
-        return VeranoxTone::Red;
-    case ServiceState::Kind::starting:
-        break;
-    }
-    return VeranoxTone::Orange;
-}
-
-bool VeranoxMenuHeader::isStarting() const
-{
-    return m_store.serviceState().kind() == ServiceState::Kind::starting;
+    using Kind = VeranoxStatusBadge::Kind;
+    return VeranoxTone::of(m_store.routerNeedsRestart() ? Kind::warning : m_store.serviceState().badge().kind);
 }
 
 QString VeranoxMenuHeader::actionSymbol() const

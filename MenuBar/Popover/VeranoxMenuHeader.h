@@ -12,7 +12,6 @@ class VeranoxMenuHeader final : public QObject {
     QML_UNCREATABLE("Made by VeranoxMenuView")
     Q_PROPERTY(QString statusTitle READ statusTitle NOTIFY changed)
     Q_PROPERTY(VeranoxTone::Tone statusTone READ statusTone NOTIFY changed)
-    Q_PROPERTY(bool isStarting READ isStarting NOTIFY changed)
     Q_PROPERTY(QString actionSymbol READ actionSymbol NOTIFY changed)
     Q_PROPERTY(QString actionTitle READ actionTitle NOTIFY changed)
     Q_PROPERTY(bool actionEnabled READ actionEnabled NOTIFY changed)
@@ -23,7 +22,6 @@ public:
 
     QString statusTitle() const;
     VeranoxTone::Tone statusTone() const;
-    bool isStarting() const;
     QString actionSymbol() const;
     QString actionTitle() const; // label and tool tip
     bool actionEnabled() const; // not while a restart is under way already

@@ -19,8 +19,8 @@ VeranoxMenuView::VeranoxMenuView(
     static std::once_flag typesAreRegistered; // for the whole process
     std::call_once(typesAreRegistered, qml_register_types_Veranox_Popover);
     connect(&m_store, &VeranoxStore::profilesChanged, this, &VeranoxMenuView::showProfiles);
-    follow(m_tunnels.actions());
-    follow(m_publications.actions());
+    follow(m_tunnels.commands());
+    follow(m_publications.commands());
     showProfiles();
 }
 
@@ -45,23 +45,23 @@ void VeranoxMenuView::showProfiles()
     Q_EMIT changed();
 }
 
-void VeranoxMenuView::follow(VeranoxMenuRowActions &actions)
+void VeranoxMenuView::follow(VeranoxRowCommands &commands)
 {
-    connect(&actions, &VeranoxMenuRowActions::started, this, [this, &actions] { setFailure(actions, {}); });
-    connect(&actions, &VeranoxMenuRowActions::finished, this,
-        [this, &actions](const QString &failure) { setFailure(actions, failure); });
+    connect(&commands, &VeranoxRowCommands::started, this, [this, &commands] { setFailure(commands, {}); });
+    connect(&commands, &VeranoxRowCommands::finished, this,
+        [this, &commands](const QString &failure) { setFailure(commands, failure); });
 }
 
-void VeranoxMenuView::setFailure(const VeranoxMenuRowActions &actions, const QString &failure)
+void VeranoxMenuView::setFailure(const VeranoxRowCommands &commands, const QString &failure)
 {
-    if (failure == m_failure && (failure.isEmpty() || &actions == m_failed))
+    if (failure == m_failure && (failure.isEmpty() || &commands == m_failed))
         return;
     m_failure = failure;
-    m_failed = &actions;
+    m_failed = &commands;
     Q_EMIT changed();
 }
 
-QString VeranoxMenuView::failureOf(const VeranoxMenuRowActions &actions) const
+QString VeranoxMenuView::failureOf(const VeranoxRowCommands &commands) const
 {
-    return &actions == m_failed ? m_failure : QString();
+    return &commands == m_failed ? m_failure : QString();
 }

@@ -20,8 +20,8 @@ class VeranoxMenuView final : public QObject {
     Q_PROPERTY(VeranoxServiceErrorBanner *banner READ banner CONSTANT)
     Q_PROPERTY(VeranoxMenuFooter *footer READ footer CONSTANT)
     Q_PROPERTY(QAbstractItemModel *profiles READ profiles CONSTANT)
-    Q_PROPERTY(VeranoxActiveTunnelsView *tunnels READ tunnels CONSTANT)
-    Q_PROPERTY(VeranoxActivePublicationsView *publications READ publications CONSTANT)
+    Q_PROPERTY(VeranoxActiveRecordsView *tunnels READ tunnels CONSTANT)
+    Q_PROPERTY(VeranoxActiveRecordsView *publications READ publications CONSTANT)
     Q_PROPERTY(QString tunnelFailure READ tunnelFailure NOTIFY changed)
     Q_PROPERTY(QString publicationFailure READ publicationFailure NOTIFY changed)
     Q_PROPERTY(bool hasProfiles READ hasProfiles NOTIFY changed)
@@ -37,11 +37,11 @@ public:
     VeranoxServiceErrorBanner *banner() { return &m_banner; }
     VeranoxMenuFooter *footer() { return &m_footer; }
     QAbstractItemModel *profiles() { return &m_profiles; } // work profiles first
-    VeranoxActiveTunnelsView *tunnels() { return &m_tunnels; }
-    VeranoxActivePublicationsView *publications() { return &m_publications; }
+    VeranoxActiveRecordsView *tunnels() { return &m_tunnels; }
+    VeranoxActiveRecordsView *publications() { return &m_publications; }
     // Of what a person did last in a row, of whichever kind; until they do something else.
-    QString tunnelFailure() const { return failureOf(m_tunnels.actions()); }
-    QString publicationFailure() const { return failureOf(m_publications.actions()); }
+    QString tunnelFailure() const { return failureOf(m_tunnels.commands()); }
+    QString publicationFailure() const { return failureOf(m_publications.commands()); }
     bool hasProfiles() const;
 
     // The popover closes.
@@ -52,9 +52,9 @@ Q_SIGNALS:
 
 private:
     void showProfiles();
-    void follow(VeranoxMenuRowActions &actions);
-    void setFailure(const VeranoxMenuRowActions &actions, const QString &failure);
-    QString failureOf(const VeranoxMenuRowActions &actions) const;
+    void follow(VeranoxRowCommands &commands);
+    void setFailure(const VeranoxRowCommands &commands, const QString &failure);
+    QString failureOf(const VeranoxRowCommands &commands) const;
 
     VeranoxStore &m_store;
     VeranoxMenuActions m_actions;
@@ -66,5 +66,5 @@ private:
     VeranoxActivePublicationsView m_publications;
     KeyedListModel<VeranoxActiveProfileRow> m_profiles;
     QString m_failure;
-    const VeranoxMenuRowActions *m_failed = nullptr;
+    const VeranoxRowCommands *m_failed = nullptr;
 };

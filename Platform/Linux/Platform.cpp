@@ -2,8 +2,8 @@
 
 #include "Platform/Linux/AutostartLoginItem.h"
 #include "Platform/Linux/BusSingleInstance.h"
-#include "Platform/Linux/DesktopAppearance.h"
 #include "Platform/Linux/DesktopTermination.h"
+#include "Platform/Linux/DesktopTheme.h"
 #include "Platform/Linux/HotKey/PortalHotKey.h"
 #include "Platform/Linux/HotKey/X11HotKey.h"
 #include "Platform/Linux/Secrets/SecretServiceTunnelSecrets.h"
@@ -31,9 +31,9 @@ std::unique_ptr<StatusItem> platform::makeStatusItem()
     return std::make_unique<TrayStatusItem>(QDBusConnection::sessionBus(), desktopNames());
 }
 
-std::unique_ptr<Appearance> platform::makeAppearance()
+std::unique_ptr<SystemTheme> platform::makeSystemTheme()
 {
-    return std::make_unique<DesktopAppearance>(QDBusConnection::sessionBus(), desktopNames());
+    return std::make_unique<DesktopTheme>(QDBusConnection::sessionBus(), desktopNames());
 }
 
 std::unique_ptr<SingleInstance> platform::makeSingleInstance()

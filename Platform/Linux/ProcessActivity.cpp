@@ -1,4 +1,4 @@
-#include "Platform/ProcessActivity.h"
+#include "Platform/Platform.h"
 
 namespace {
 
@@ -11,7 +11,7 @@ class NothingToAsk final : public ProcessActivity {
 
 } // namespace
 
-std::unique_ptr<ProcessActivity> ProcessActivity::make()
+std::unique_ptr<ProcessActivity> platform::makeProcessActivity()
 {
     return std::make_unique<NothingToAsk>();
 }

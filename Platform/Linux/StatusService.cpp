@@ -1,4 +1,4 @@
-#include "Platform/StatusService.h"
+#include "Platform/Platform.h"
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
@@ -33,7 +33,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<StatusService> StatusService::publish(std::function<QStringList()> describe)
+std::unique_ptr<StatusService> platform::makeStatusService(std::function<QStringList()> describe)
 {
     auto service = std::make_unique<BusStatusService>(std::move(describe));
     QDBusConnection bus = QDBusConnection::sessionBus();
@@ -45,7 +45,7 @@ std::unique_ptr<StatusService> StatusService::publish(std::function<QStringList(
 // Qt takes its static objects down in reverse order. Its table of types has to be there before the bus, so that it is
 // still there while the bus's own thread ends: that thread looks types up to its last moment, and complains on standard
 // error when they are gone.
-std::optional<QStringList> StatusService::ask()
+std::optional<QStringList> platform::askForStatus()
 {
     qRegisterMetaType<QDBusError>();
     const QDBusReply<QStringList> answer =

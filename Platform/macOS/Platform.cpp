@@ -3,7 +3,7 @@
 #include "Platform/macOS/ApplicationTermination.h"
 #include "Platform/macOS/BundleUserDefaults.h"
 #include "Platform/macOS/CarbonHotKey.h"
-#include "Platform/macOS/MenuBarAppearance.h"
+#include "Platform/macOS/MenuBarTheme.h"
 #include "Platform/macOS/ServiceLoginItem.h"
 #include "Platform/macOS/SystemSingleInstance.h"
 #include "Platform/macOS/SystemTrayStatusItem.h"
@@ -14,9 +14,9 @@ std::unique_ptr<StatusItem> platform::makeStatusItem()
     return std::make_unique<SystemTrayStatusItem>();
 }
 
-std::unique_ptr<Appearance> platform::makeAppearance()
+std::unique_ptr<SystemTheme> platform::makeSystemTheme()
 {
-    return std::make_unique<MenuBarAppearance>();
+    return std::make_unique<MenuBarTheme>();
 }
 
 std::unique_ptr<SingleInstance> platform::makeSingleInstance()

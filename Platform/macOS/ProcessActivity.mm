@@ -1,4 +1,4 @@
-#include "Platform/ProcessActivity.h"
+#include "Platform/Platform.h"
 #import <AppKit/AppKit.h>
 
 namespace {
@@ -32,7 +32,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<ProcessActivity> ProcessActivity::make()
+std::unique_ptr<ProcessActivity> platform::makeProcessActivity()
 {
     return std::make_unique<AgentActivity>();
 }

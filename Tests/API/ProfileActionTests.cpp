@@ -67,10 +67,3 @@ TEST(VeranoxProfileAction, EachKeyMayBeMissingButNotOfAnotherType)
     checks::expectWrongTypesFail<VeranoxProfileAction>(full);
     checks::expectUnknownAndMiscasedKeysAreIgnored<VeranoxProfileAction>(full);
 }
-
-TEST(VeranoxProfileAction, ItsAddressIsReadableFromQML)
-{
-    const VeranoxProfileAction action{.structuredAuthURL = u"https://h.example/1"_s};
-    const QMetaObject &meta = VeranoxProfileAction::staticMetaObject;
-    EXPECT_EQ(meta.property(meta.indexOfProperty("authURL")).readOnGadget(&action), QUrl(u"https://h.example/1"_s));
-}

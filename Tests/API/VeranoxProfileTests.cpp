@@ -128,15 +128,3 @@ TEST(VeranoxProfile, DrawsKnownIconsAndColoursAndGuessesTheRest)
     EXPECT_EQ(look({}, {}, u"My WORK net"_s), QStringList({u"briefcase.fill"_s, u"green"_s}));
     EXPECT_EQ(look(u"Wifi"_s, u"PINK"_s, u"Home"_s), QStringList({u"building.2.fill"_s, u"teal"_s}));
 }
-
-TEST(VeranoxProfile, IsReadableFromQML)
-{
-    const auto profile = decodeRecord<VeranoxProfile>(fullProfile);
-    const QMetaObject &meta = VeranoxProfile::staticMetaObject;
-    const auto property = [&](const char *name) {
-        return meta.property(meta.indexOfProperty(name)).readOnGadget(&profile);
-    };
-    EXPECT_EQ(property("id").toString(), u"acme");
-    EXPECT_EQ(property("profileIconName").toString(), u"wifi");
-    EXPECT_EQ(property("status").value<VeranoxProfileStatus>(), fullStatus());
-}

@@ -111,7 +111,7 @@ TEST_F(Controls, aSpinnerTurnsWhileItIsSeenAndNotWhenTheDesktopAsksForRest)
     const int step = spinner->property("step").toInt();
     QTest::qWait(250);
     EXPECT_EQ(spinner->property("step").toInt(), step);
-    appearance.setReducedMotion(true);
+    theme.setReducedMotion(true);
     spinner->setVisible(true);
     QTest::qWait(250);
     EXPECT_EQ(spinner->property("step").toInt(), step);

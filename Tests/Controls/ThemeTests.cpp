@@ -80,7 +80,7 @@ constexpr Pair pairs[] = {
 TEST_F(Theme, letsEveryTextBeRead)
 {
     for (const bool dark : {false, true}) {
-        appearance.setDark(dark);
+        theme.setDark(dark);
         for (const auto &[text, surface] : pairs)
             EXPECT_GE(contrast(color(text), color(surface)), 4.5)
                 << text << " on " << surface << (dark ? ", dark" : ", light");
@@ -90,7 +90,7 @@ TEST_F(Theme, letsEveryTextBeRead)
 TEST_F(Theme, letsTheKeyboardFocusBeSeen) // non-text: three to one
 {
     for (const bool dark : {false, true}) {
-        appearance.setDark(dark);
+        theme.setDark(dark);
         for (const char *surface : {"window", "card"})
             EXPECT_GE(contrast(color("accent"), color(surface)), 3.0) << surface;
     }
@@ -99,10 +99,10 @@ TEST_F(Theme, letsTheKeyboardFocusBeSeen) // non-text: three to one
 TEST_F(Theme, takesTheAccentOfTheDesktopAndKeepsItReadable)
 {
     for (const bool dark : {false, true}) {
-        appearance.setDark(dark);
+        theme.setDark(dark);
         for (const QColor accent : {QColor(0x91, 0x41, 0xAC), QColor(Qt::black), QColor(Qt::white), QColor(Qt::yellow),
                  QColor(Qt::blue), QColor(0x80, 0x80, 0x80)}) {
-            appearance.setAccent(accent);
+            theme.setAccent(accent);
             for (const char *surface : {"window", "card"}) {
                 EXPECT_GE(contrast(color("accent"), color(surface)), 3.0) << surface;
                 EXPECT_GE(contrast(color("accentText"), color(surface)), 4.5) << surface;
@@ -111,25 +111,25 @@ TEST_F(Theme, takesTheAccentOfTheDesktopAndKeepsItReadable)
             EXPECT_GE(contrast(color("fillText"), color("accentFillHovered")), 4.5);
         }
     }
-    appearance.setDark(false);
-    appearance.setAccent(QColor(0x91, 0x41, 0xAC)); // dark enough as it is
+    theme.setDark(false);
+    theme.setAccent(QColor(0x91, 0x41, 0xAC)); // dark enough as it is
     EXPECT_EQ(color("accent"), QColor(0x91, 0x41, 0xAC));
     EXPECT_EQ(color("accentFill"), QColor(0x91, 0x41, 0xAC));
-    appearance.setAccent(std::nullopt);
+    theme.setAccent(std::nullopt);
     EXPECT_EQ(color("accent"), QColor(0x00, 0x7A, 0xFF));
 }
 
 TEST_F(Theme, followsTheDesktopLive)
 {
     EXPECT_EQ(color("window"), QColor(0xF5, 0xF5, 0xF7));
-    appearance.setDark(true);
+    theme.setDark(true);
     EXPECT_EQ(color("window"), QColor(0x1C, 0x1C, 0x1E));
 }
 
 TEST_F(Theme, movesNothingWhenTheDesktopAsksForRest)
 {
     EXPECT_GT(tokens()->property("quick").toInt(), 0);
-    appearance.setReducedMotion(true);
+    theme.setReducedMotion(true);
     EXPECT_EQ(tokens()->property("quick").toInt(), 0);
     EXPECT_EQ(tokens()->property("calm").toInt(), 0);
 }
@@ -140,15 +140,15 @@ TEST_F(Theme, knowsTheColoursOfProfilesAndTakesGrayForOthers)
                             "readonly property color unknown: Theme.profileColor('mauve') }");
     EXPECT_EQ(item->property("known").value<QColor>(), QColor(0x34, 0xC7, 0x59));
     EXPECT_EQ(item->property("unknown").value<QColor>(), QColor(0x8E, 0x8E, 0x93));
-    appearance.setDark(true);
+    theme.setDark(true);
     EXPECT_EQ(item->property("known").value<QColor>(), QColor(0x30, 0xD1, 0x58));
 }
 
 TEST(QmlEngine, isNotMadeBeforeAWindowNeedsIt)
 {
-    FixedAppearance appearance(false);
-    VeranoxQmlEngine engine(appearance);
-    appearance.setDark(true);
+    FixedTheme theme(false);
+    VeranoxQmlEngine engine(theme);
+    theme.setDark(true);
     EXPECT_FALSE(engine.isMade());
     engine.engine();
     EXPECT_TRUE(engine.isMade());

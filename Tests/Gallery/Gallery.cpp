@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 Gallery::Gallery(QString folder) : m_folder(std::move(folder))
 {
-    m_appearance.setReducedMotion(true); // pictures are the same at each run
+    m_theme.setReducedMotion(true); // pictures are the same at each run
 }
 
 void Gallery::draw(const QString &name, std::unique_ptr<QQuickItem> item, int after)

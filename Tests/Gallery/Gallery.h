@@ -1,6 +1,6 @@
 #pragma once
 #include "Controls/VeranoxQmlEngine.h"
-#include "Tests/Support/FixedAppearance.h"
+#include "Tests/Support/FixedTheme.h"
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QString>
@@ -11,8 +11,8 @@ class Gallery {
 public:
     explicit Gallery(QString folder);
 
-    bool isDark() const { return m_appearance.isDark(); }
-    void setDark(bool dark) { m_appearance.setDark(dark); }
+    bool isDark() const { return m_theme.isDark(); }
+    void setDark(bool dark) { m_theme.setDark(dark); }
     VeranoxQmlEngine &engine() { return m_engine; }
 
     // Draws an item of the size that it wants, after so many milliseconds.
@@ -20,6 +20,6 @@ public:
 
 private:
     QString m_folder;
-    FixedAppearance m_appearance{false};
-    VeranoxQmlEngine m_engine{m_appearance};
+    FixedTheme m_theme{false};
+    VeranoxQmlEngine m_engine{m_theme};
 };

@@ -1,7 +1,7 @@
 // Draws a contact sheet of the menu bar icon into the PNG file that the first argument names: every state on a light
 // and a dark panel, at 100 %, 150 % and 200 % scale, enlarged eightfold, with the true size beside it.
 #include "MenuBar/Mark/VeranoxMenuBarImage.h"
-#include "Tests/Support/FixedAppearance.h"
+#include "Tests/Support/FixedTheme.h"
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
@@ -31,12 +31,12 @@ int main(int argc, char **argv)
     VeranoxMenuBarImage images;
     int top = 0;
     for (const bool isDark : {false, true}) {
-        const FixedAppearance appearance(isDark);
+        const FixedTheme theme(isDark);
         painter.fillRect(QRect(0, top, sheet.width(), sheet.height() / 2),
             isDark ? QColor(0x26, 0x26, 0x28) : QColor(0xEC, 0xEC, 0xEE));
         int left = 0;
         for (const MenuBarIcon icon : icons) {
-            const QIcon image = images.image(icon, 0.8, appearance);
+            const QIcon image = images.image(icon, 0.8, theme);
             int x = left + 8;
             int y = top + strip;
             for (const int size : sizes) {

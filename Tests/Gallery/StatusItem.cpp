@@ -31,11 +31,11 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    const auto appearance = platform::makeAppearance();
+    const auto theme = platform::makeSystemTheme();
     const auto item = platform::makeStatusItem();
     VeranoxMenuBarImage images;
     MenuBarIcon state = MenuBarIcon::normal;
-    const auto draw = [&] { item->setIcon(images.image(state, 1, *appearance)); };
+    const auto draw = [&] { item->setIcon(images.image(state, 1, *theme)); };
     draw();
     item->setToolTip(u"Veranox — trial"_s);
     item->setAccessibleName(u"Veranox — trial"_s);
@@ -46,7 +46,7 @@ int main(int argc, char **argv)
             menu.addAction(title), &QAction::triggered, &application, [title] { say(u"chosen "_s + title); });
     item->setMenu(&menu);
 
-    QObject::connect(appearance.get(), &Appearance::changed, &application, draw);
+    QObject::connect(theme.get(), &SystemTheme::changed, &application, draw);
     QObject::connect(item.get(), &StatusItem::primaryActivated, &application,
         [](QPoint where) { say(u"primary "_s + describe(where)); });
     QObject::connect(item.get(), &StatusItem::menuRequested, &application, [&](QPoint where) {

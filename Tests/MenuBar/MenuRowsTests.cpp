@@ -21,14 +21,14 @@ protected:
                 .publications = operations});
     }
 
-    VeranoxMenuTunnelRow tunnelRow(int place = 0)
+    VeranoxMenuRow tunnelRow(int place = 0)
     {
-        return view->tunnels()->rows()->index(place, 0).data(Qt::UserRole).value<VeranoxMenuTunnelRow>();
+        return view->tunnels()->rows()->index(place, 0).data(Qt::UserRole).value<VeranoxMenuRow>();
     }
 
-    VeranoxMenuPublicationRow publicationRow(int place = 0)
+    VeranoxMenuRow publicationRow(int place = 0)
     {
-        return view->publications()->rows()->index(place, 0).data(Qt::UserRole).value<VeranoxMenuPublicationRow>();
+        return view->publications()->rows()->index(place, 0).data(Qt::UserRole).value<VeranoxMenuRow>();
     }
 
     void show(const VeranoxTunnel &record)
@@ -100,7 +100,7 @@ TEST_F(MenuRows, aTunnelShowsItsWayAndItsProfile)
     EXPECT_EQ(tunnelRow().title, u"db"_s); // without a title its name
     EXPECT_EQ(tunnelRow().target, u"db.example:5432"_s);
     EXPECT_EQ(tunnelRow().accent, store->profiles().constFirst().profileAccentColor());
-    EXPECT_EQ(tunnelRow().endpoint, u"127.0.0.1:15432"_s);
+    EXPECT_EQ(tunnelRow().address, u"127.0.0.1:15432"_s);
     record.mode = u"ssh"_s;
     record.displayName = u"Orders"_s;
     record.profile = u"gone"_s;
@@ -136,6 +136,31 @@ TEST_F(MenuRows, aTunnelSaysItsStateAndOffersARetryWhenItHasTrouble)
     }
 }
 
+TEST_F(MenuRows, whatWentWrongIsAToolTipWhateverTheState)
+{
+    const QString starting = u"Starting — connecting through the profile…"_s;
+    struct {
+        VeranoxTunnel record;
+        QString text;
+        QString help;
+    } const cases[] = {
+        {tunnel(u"a"_s, u"starting"_s), starting, starting},
+        {tunnel(u"a"_s, u"starting"_s, u"refused"_s), starting, u"refused"_s},
+        {tunnel(u"a"_s, u"blocked"_s, u"refused"_s), u"Blocked"_s, u"refused"_s},
+        {tunnel(u"a"_s, u"listening"_s, u"refused"_s, true), u"Stopped"_s, u"refused"_s},
+        {tunnel(u"a"_s, u"error"_s, u"refused"_s), u"refused"_s, u"refused"_s},
+    };
+    for (const auto &row : cases) {
+        show(row.record);
+        EXPECT_EQ(tunnelRow().stateText, row.text);
+        EXPECT_EQ(tunnelRow().stateHelp, row.help) << qUtf8Printable(row.record.state);
+    }
+    show(publication(u"docs"_s, u"starting"_s, u"refused"_s));
+    EXPECT_EQ(publicationRow().stateText, u"Starting — waiting for the profile's tailnet…"_s);
+    EXPECT_EQ(publicationRow().stateHelp, u"refused"_s);
+    EXPECT_TRUE(publicationRow().canRetry);
+}
+
 TEST_F(MenuRows, aBlockedPublicationSaysSoEverywhereAndOffersNothing)
 {
     show(publication(u"hook"_s, u"blocked"_s, u"funnel"_s));
@@ -145,6 +170,7 @@ TEST_F(MenuRows, aBlockedPublicationSaysSoEverywhereAndOffersNothing)
         "back to the tailnet, or remove it."_s);
     EXPECT_EQ(publicationRow().stateText,
         u"Blocked — publishing to the public internet with Funnel isn't available in this version."_s);
+    EXPECT_EQ(publicationRow().stateHelp, publicationRow().stateText);
     EXPECT_EQ(publicationRow().toggleHelp, u"Blocked — Funnel isn't available in this version"_s);
     EXPECT_FALSE(publicationRow().canSwitch);
     EXPECT_FALSE(publicationRow().canRetry);
@@ -197,6 +223,7 @@ TEST_F(MenuRows, offerNothingThatCannotBeDone)
     view->tunnels()->retry(u"a"_s);
     EXPECT_FALSE(tunnelRow().isSwitching);
     EXPECT_FALSE(tunnelRow().isRetrying);
+    EXPECT_TRUE(view->tunnels()->commands().isIdle()); // what is refused is not kept either
 }
 
 TEST_F(MenuRows, showAtOnceThatTheyAreAtItAndThenTheFailureUntilTheNextAction)
@@ -214,7 +241,9 @@ TEST_F(MenuRows, showAtOnceThatTheyAreAtItAndThenTheFailureUntilTheNextAction)
     EXPECT_TRUE(tunnelRow().isSwitching);
     view->tunnels()->setEnabled(u"a"_s, true); // one thing at a time
     view->tunnels()->retry(u"a"_s);
+    EXPECT_FALSE(view->tunnels()->commands().isIdle());
     world.run(1s);
+    EXPECT_TRUE(view->tunnels()->commands().isIdle());
     EXPECT_EQ(calls, 1);
     EXPECT_FALSE(tunnelRow().isSwitching);
     EXPECT_EQ(view->tunnelFailure(), u"Tunnel a: refused"_s);

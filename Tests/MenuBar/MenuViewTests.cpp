@@ -90,6 +90,25 @@ TEST_F(MenuView, theHeaderTellsEachStateByWordAndMark)
     EXPECT_EQ(view->header()->actionSymbol(), u"power"_s);
 }
 
+TEST_F(MenuView, whileTheServiceStartsTheHeaderSaysSoAndTheFooterWaits)
+{
+    refresh();
+    service->profiles.fail(unavailable());
+    refresh();
+    service->health.answer(false);
+    runtime->staleTime = 1min; // so long the start takes
+    view->header()->performAction();
+    world.run(10s);
+    EXPECT_EQ(view->header()->statusTitle(), u"Starting"_s);
+    EXPECT_EQ(view->header()->statusTone(), VeranoxTone::Orange);
+    EXPECT_EQ(view->header()->actionSymbol(), u"arrow.clockwise"_s);
+    EXPECT_EQ(view->header()->actionTitle(), u"Refresh Veranox status"_s);
+    EXPECT_FALSE(view->header()->actionEnabled());
+    EXPECT_FALSE(view->footer()->serviceIsOnline());
+    EXPECT_FALSE(view->banner()->visible());
+    world.run(2min);
+}
+
 TEST_F(MenuView, theHeadersButtonLooksAnewWhileAllIsWell)
 {
     refresh();

@@ -1,5 +1,7 @@
+#include "MenuBar/Popover/VeranoxMenuView.h"
 #include "MenuBar/VeranoxMenuPopover.h"
 #include "MenuBar/VeranoxQuitConfirmationPresenter.h"
+#include "Tests/Support/NoScreens.h"
 #include "Tests/Support/QmlStage.h"
 #include "Tests/Support/StoreWorld.h"
 #include <QScreen>
@@ -8,6 +10,22 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
+
+// The texts that are shown below the item, in reading order.
+QStringList textsIn(const QQuickItem &item)
+{
+    QStringList texts;
+    for (const QQuickItem *child : item.childItems()) {
+        if (!child->isVisible())
+            continue;
+        const bool isSymbol = child->property("name").isValid();
+        const QString text = child->property("text").toString();
+        if (!text.isEmpty() && !isSymbol)
+            texts.append(text);
+        texts += textsIn(*child);
+    }
+    return texts;
+}
 
 class Popover : public StoreWorld {
 protected:
@@ -37,8 +55,8 @@ protected:
     QString focused() const { return popover->window()->activeFocusItem()->objectName(); }
 
     NoWarnings noWarnings;
-    FixedAppearance appearance{false};
-    VeranoxQmlEngine engine{appearance};
+    FixedTheme theme{false};
+    VeranoxQmlEngine engine{theme};
     std::unique_ptr<VeranoxMenuPopover> popover;
     QStringList copied;
     int quitRequests = 0;
@@ -72,6 +90,92 @@ TEST_F(Popover, growsWithItsContentAndThenScrolls)
     const int most = QGuiApplication::primaryScreen()->availableGeometry().height() - 24;
     EXPECT_TRUE(QTest::qWaitFor([&] { return popover->window()->height() == most; }));
     EXPECT_TRUE(find(u"viewport"_s)->property("interactive").toBool());
+}
+
+TEST_F(Popover, advisesWhoHasNoProfileYet)
+{
+    open();
+    const auto *empty = find(u"emptyProfiles"_s);
+    EXPECT_TRUE(empty->isVisible());
+    EXPECT_FALSE(find(u"profiles"_s)->isVisible());
+    const auto words = textsIn(*empty);
+    EXPECT_EQ(words,
+        (QStringList{u"Create your first profile"_s,
+            u"Add a tailnet, choose its suffix, then Veranox will route matching hostnames through that "
+            "profile."_s}));
+    refresh();
+    EXPECT_FALSE(empty->isVisible());
+    EXPECT_TRUE(find(u"profiles"_s)->isVisible());
+}
+
+TEST_F(Popover, namesTheColumnsOfTunnelsAndPublications)
+{
+    service->tunnels.answer({tunnel(u"db"_s, u"listening"_s)});
+    service->publications.answer({publication(u"docs"_s, u"listening"_s)});
+    refresh();
+    open();
+    EXPECT_EQ(textsIn(*find(u"tunnelHeads"_s)), (QStringList{u"TUNNEL"_s, u"TARGET"_s, u"MODE"_s, u"ENDPOINT"_s}));
+    EXPECT_EQ(textsIn(*find(u"publicationHeads"_s)), (QStringList{u"PUBLICATION"_s, u"SERVES"_s, u"ADDRESS"_s}));
+}
+
+TEST_F(Popover, offersNothingOfTheServiceWhileItStarts)
+{
+    refresh();
+    service->profiles.fail(unavailable());
+    refresh();
+    open();
+    EXPECT_TRUE(find(u"serviceError"_s)->isVisible());
+    service->health.answer(false);
+    runtime->staleTime = 1min; // so long the start takes
+    QTest::keyClick(popover->window(), Qt::Key_Tab);
+    ASSERT_EQ(focused(), u"headerAction"_s);
+    QTest::keyClick(popover->window(), Qt::Key_Space);
+    world.run(10s);
+    EXPECT_EQ(textsIn(*find(u"status"_s)), QStringList(u"Starting"_s));
+    EXPECT_FALSE(find(u"headerAction"_s)->isEnabled());
+    EXPECT_FALSE(find(u"copyPAC"_s)->isEnabled());
+    EXPECT_FALSE(find(u"webGUI"_s)->isEnabled());
+    EXPECT_TRUE(find(u"quit"_s)->isEnabled());
+    EXPECT_FALSE(find(u"serviceError"_s)->isVisible());
+    world.run(2min);
+}
+
+TEST_F(Popover, aRowTellsWhatWentWrongToScreenReadersToo)
+{
+    service->tunnels.answer({tunnel(u"db"_s, u"starting"_s, u"refused"_s)});
+    refresh();
+    open();
+    const auto *mark = find(u"tunnel.db"_s)->findChild<QQuickItem *>(u"stateMark"_s);
+    ASSERT_NE(mark, nullptr);
+    EXPECT_EQ(mark->property("help"), u"refused"_s);
+}
+
+TEST_F(Popover, withoutAScreenItStaysClosed)
+{
+    refresh();
+    open();
+    const NoScreens unplugged;
+    ASSERT_EQ(QGuiApplication::primaryScreen(), nullptr);
+    auto *view = find(u"popover"_s)->property("view").value<VeranoxMenuView *>();
+    view->presentation()->adoptContentHeight(50); // content that changes makes it fit itself anew
+    popover->close();
+    popover->show({400, 0, 22, 22});
+    EXPECT_FALSE(popover->isShown());
+}
+
+TEST_F(Popover, theQuitPanelWaitsForAScreen)
+{
+    VeranoxQuitConfirmationPresenter presenter(engine);
+    {
+        const NoScreens unplugged;
+        presenter.present(*store, [] { FAIL(); });
+        EXPECT_EQ(presenter.window(), nullptr);
+    }
+    presenter.present(*store, [] { FAIL(); });
+    ASSERT_NE(presenter.window(), nullptr);
+    const NoScreens unplugged;
+    itemNamed(presenter.window()->contentItem(), u"quitConfirmation"_s)->setImplicitHeight(50);
+    EXPECT_EQ(presenter.window()->height(), 50);
 }
 
 TEST_F(Popover, closesOnEscapeAndOpensAgain)
@@ -154,7 +258,7 @@ TEST_F(Popover, changesItsDressWhileItIsOpen)
     refresh();
     open();
     const QColor light = popover->window()->grabWindow().pixelColor(60, 10);
-    appearance.setDark(true);
+    theme.setDark(true);
     EXPECT_TRUE(QTest::qWaitFor([&] { return popover->window()->grabWindow().pixelColor(60, 10) != light; }));
 }
 

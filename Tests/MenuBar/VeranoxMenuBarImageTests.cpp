@@ -1,7 +1,7 @@
 #include "MenuBar/Mark/VeranoxMenuBarImage.h"
 
 #include "MenuBar/Mark/VeranoxMenuBarMark.h"
-#include "Tests/Support/FixedAppearance.h"
+#include "Tests/Support/FixedTheme.h"
 #include <QImage>
 #include <QPainter>
 #include <cmath>
@@ -14,12 +14,12 @@ constexpr MenuBarIcon everyIcon[] = {
 constexpr int everySize[] = {16, 20, 22, 24, 28, 32, 33, 44, 48, 64};
 constexpr int panelSizes[] = {22, 33, 44}; // 100 %, 150 % and 200 %
 
-const FixedAppearance light(false);
-const FixedAppearance dark(true);
+const FixedTheme light(false);
+const FixedTheme dark(true);
 
-QImage draw(MenuBarIcon icon, int size, const Appearance &appearance = light, double pulse = 1)
+QImage draw(MenuBarIcon icon, int size, const SystemTheme &theme = light, double pulse = 1)
 {
-    const QIcon image = VeranoxMenuBarImage().image(icon, pulse, appearance);
+    const QIcon image = VeranoxMenuBarImage().image(icon, pulse, theme);
     return image.pixmap(QSize(size, size), 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
 }
 
@@ -40,9 +40,9 @@ struct Part {
     QPainterPath shape;
 };
 
-std::vector<Part> partsOf(MenuBarIcon icon, int size, const Appearance &appearance, double pulse)
+std::vector<Part> partsOf(MenuBarIcon icon, int size, const SystemTheme &theme, double pulse)
 {
-    const QColor foreground = appearance.panelForeground();
+    const QColor foreground = theme.panelForeground();
     const auto colors = veranoxMenuBarColors(icon, pulse, foreground, foreground);
     const auto shapes = veranoxMenuBarShapes(icon, size);
     return {{"input", colors.input, shapes.input}, {"branchUp", colors.branchUp, shapes.branchUp},
@@ -100,11 +100,11 @@ double contrast(const QColor &above, const QColor &background)
 
 TEST(VeranoxMenuBarImage, EveryPartIsDrawnInItsColor)
 {
-    for (const Appearance *appearance : {&light, &dark}) {
+    for (const SystemTheme *theme : {&light, &dark}) {
         for (const MenuBarIcon icon : everyIcon) {
             for (const int size : panelSizes) {
-                const QImage image = draw(icon, size, *appearance, 0.8);
-                for (const Part &part : partsOf(icon, size, *appearance, 0.8)) {
+                const QImage image = draw(icon, size, *theme, 0.8);
+                for (const Part &part : partsOf(icon, size, *theme, 0.8)) {
                     SCOPED_TRACE(::testing::Message() << part.name << " of " << int(icon) << " at " << size);
                     if (!part.color.isValid())
                         continue;
@@ -222,16 +222,16 @@ TEST(VeranoxMenuBarImage, IconsAreToldApartByShapeAlone)
 
 TEST(VeranoxMenuBarImage, TheMarkIsSeenOnLightAndDarkPanels)
 {
-    const std::pair<const Appearance *, QColor> panels[] = {
+    const std::pair<const SystemTheme *, QColor> panels[] = {
         {&light, QColor(0xEC, 0xEC, 0xEE)}, {&dark, QColor(0x26, 0x26, 0x28)}};
-    for (const auto &[appearance, panel] : panels) {
+    for (const auto &[theme, panel] : panels) {
         for (const MenuBarIcon icon : everyIcon) {
             double best = 0;
-            for (const Part &part : partsOf(icon, 22, *appearance, 1)) {
+            for (const Part &part : partsOf(icon, 22, *theme, 1)) {
                 if (part.color.isValid())
                     best = std::max(best, contrast(part.color, panel));
             }
-            EXPECT_GE(best, 3) << int(icon) << (appearance == &dark ? " on dark" : " on light");
+            EXPECT_GE(best, 3) << int(icon) << (theme == &dark ? " on dark" : " on light");
         }
     }
 }
@@ -239,8 +239,8 @@ TEST(VeranoxMenuBarImage, TheMarkIsSeenOnLightAndDarkPanels)
 TEST(VeranoxMenuBarImage, OfflineIsDrawnOnceForAPanel)
 {
     VeranoxMenuBarImage images;
-    const auto key = [&](const Appearance &appearance, double pulse = 1) {
-        return images.image(MenuBarIcon::offline, pulse, appearance).cacheKey();
+    const auto key = [&](const SystemTheme &theme, double pulse = 1) {
+        return images.image(MenuBarIcon::offline, pulse, theme).cacheKey();
     };
     const auto first = key(light);
     images.image(MenuBarIcon::normal, 1, light);
@@ -257,7 +257,7 @@ TEST(VeranoxMenuBarImage, ThePulseIsSeen)
 
 TEST(VeranoxMenuBarImage, WhereTheSystemColorsTemplatesTheyAreBlackMasks)
 {
-    const FixedAppearance menuBar(true, true);
+    const FixedTheme menuBar(true, true);
     VeranoxMenuBarImage images;
     for (const MenuBarIcon icon : everyIcon)
         EXPECT_EQ(images.image(icon, 1, menuBar).isMask(), isVeranoxMenuBarTemplate(icon)) << int(icon);

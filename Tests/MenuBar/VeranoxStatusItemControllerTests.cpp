@@ -1,10 +1,11 @@
 #include "Controls/VeranoxQmlEngine.h"
 #include "MenuBar/VeranoxStatusItemController.h"
-#include "Platform/Appearance.h"
 #include "Platform/StatusItem.h"
+#include "Platform/SystemTheme.h"
 #include "Tests/Support/StoreWorld.h"
 #include <QApplication>
 #include <QMenu>
+#include <QPointer>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -32,7 +33,7 @@ public:
     bool available = true;
 };
 
-class FakeAppearance final : public Appearance {
+class FakeTheme final : public SystemTheme {
 public:
     bool isDark() const override { return dark; }
     bool isPanelDark() const override { return dark; }
@@ -49,7 +50,7 @@ protected:
         made->onlyMenu = onlyMenu;
         item = made.get();
         controller = std::make_unique<VeranoxStatusItemController>(
-            world.queue, *store, std::move(made), appearance, engine, [this] { ++quitRequests; });
+            world.queue, *store, std::move(made), theme, engine, [this] { ++quitRequests; });
     }
 
     QStringList menuTexts() const
@@ -67,8 +68,8 @@ protected:
         return found == windows.end() ? nullptr : *found;
     }
 
-    FakeAppearance appearance;
-    VeranoxQmlEngine engine{appearance};
+    FakeTheme theme;
+    VeranoxQmlEngine engine{theme};
     std::unique_ptr<VeranoxStatusItemController> controller;
     FakeStatusItem *item = nullptr; // the controller's
     bool trayIsThere = true;
@@ -114,13 +115,13 @@ TEST_F(StatusItemController, followsThePulse)
     EXPECT_EQ(item->icons - before, 6);
 }
 
-TEST_F(StatusItemController, drawsAgainWhenTheAppearanceChanges)
+TEST_F(StatusItemController, drawsAgainWhenTheThemeChanges)
 {
     putUp();
     refresh();
     const int before = item->icons;
-    appearance.dark = true;
-    Q_EMIT appearance.changed();
+    theme.dark = true;
+    Q_EMIT theme.changed();
     EXPECT_EQ(item->icons, before); // in a later turn
     world.run();
     EXPECT_EQ(item->icons, before + 1);
@@ -263,9 +264,19 @@ TEST_F(StatusItemController, saysNothingWhenTheTrayComesDuringTheStart)
 
 TEST_F(StatusItemController, isGoneWithoutATraceWhenTakenDown)
 {
+    trayIsThere = false;
     putUp();
+    Q_EMIT item->primaryActivated({});
+    const QPointer<StatusItem> shown = item;
+    const QPointer<QMenu> menu = item->menu;
+    ASSERT_FALSE(QGuiApplication::topLevelWindows().isEmpty());
     controller.reset();
+    EXPECT_TRUE(shown.isNull());
+    EXPECT_TRUE(menu.isNull());
+    EXPECT_TRUE(QGuiApplication::topLevelWindows().isEmpty());
+    Q_EMIT theme.changed();
     refresh();
     world.run(1h);
     EXPECT_EQ(store->serviceState(), ServiceState::online());
+    EXPECT_TRUE(log().isEmpty()); // nobody is left who would miss the tray
 }

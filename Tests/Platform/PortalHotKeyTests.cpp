@@ -28,12 +28,16 @@ public:
             const QVariantMap options = qdbus_cast<QVariantMap>(message.arguments().at(0));
             session =
                 u"/org/freedesktop/portal/desktop/session/x/"_s + options.value(u"session_handle_token"_s).toString();
+            sessions.append(session);
             answer(message, options, {{u"session_handle"_s, session}});
         } else if (message.member() == "BindShortcuts"_L1) {
             bound = qvariant_cast<QDBusObjectPath>(message.arguments().at(0)).path();
+            everBound.append(bound);
             readShortcut(message.arguments().at(1).value<QDBusArgument>());
             answer(message, qdbus_cast<QVariantMap>(message.arguments().at(3)), {});
         } else {
+            if (message.member() == "Close"_L1)
+                closed.append(message.path());
             connection.send(message.createReply());
         }
         return true;
@@ -47,7 +51,16 @@ public:
         m_bus.send(signal);
     }
 
-    QStringList calls;
+    // Sends the answers that it was told to hold back.
+    void release()
+    {
+        holdsBack = false;
+        for (const QDBusMessage &response : std::exchange(m_held, {}))
+            m_bus.send(response);
+    }
+
+    QStringList calls, sessions, everBound, closed;
+    bool holdsBack = false;
     QString session, bound, id, trigger;
     uint verdict = 0; // 0: agreed, 1: the person declined
 
@@ -71,10 +84,14 @@ private:
         m_bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(request))));
         QDBusMessage response = QDBusMessage::createSignal(request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
         response << verdict << results;
-        m_bus.send(response);
+        if (holdsBack)
+            m_held.append(response);
+        else
+            m_bus.send(response);
     }
 
     QDBusConnection m_bus;
+    QList<QDBusMessage> m_held;
 };
 
 class HotKeyThroughThePortal : public ::testing::Test {
@@ -124,6 +141,32 @@ TEST_F(HotKeyThroughThePortal, aChangeMakesANewSession)
     EXPECT_NE(portal.session, first);
     EXPECT_EQ(portal.trigger, u"CTRL+ALT+LOGO+t"_s);
     EXPECT_TRUE(portal.calls.contains(u"Close"_s));
+}
+
+TEST_F(HotKeyThroughThePortal, aChangeBeforeTheAnswerLeavesOneSession)
+{
+    portal.holdsBack = true;
+    hotKey.configure(shortcut);
+    hotKey.configure(VeranoxGlobalShortcut::presets().constLast());
+    ASSERT_TRUE(eventually([this] { return portal.sessions.size() == 2; }));
+    portal.release();
+    ASSERT_TRUE(eventually([this] { return hotKey.isRegistered() && !portal.closed.isEmpty(); }));
+    EXPECT_EQ(portal.closed, QStringList(portal.sessions.constFirst()));
+    EXPECT_EQ(portal.everBound, QStringList(portal.sessions.constLast()));
+    EXPECT_EQ(portal.trigger, u"CTRL+ALT+LOGO+t"_s);
+}
+
+TEST_F(HotKeyThroughThePortal, anAnswerThatComesAfterTheShortcutWasTakenAwayIsUndone)
+{
+    portal.holdsBack = true;
+    hotKey.configure(shortcut);
+    ASSERT_TRUE(eventually([this] { return portal.sessions.size() == 1; }));
+    hotKey.configure({});
+    portal.release();
+    ASSERT_TRUE(eventually([this] { return !portal.closed.isEmpty(); }));
+    EXPECT_EQ(portal.closed, portal.sessions);
+    EXPECT_EQ(portal.everBound, QStringList());
+    EXPECT_FALSE(hotKey.isRegistered());
 }
 
 TEST(HotKeyWithoutAPortal, leavesNoneAndHarmsNothing)

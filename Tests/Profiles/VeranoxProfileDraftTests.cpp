@@ -275,3 +275,11 @@ TEST(VeranoxProfileRoutingSignature, TellsRoutingFromLooks)
         EXPECT_NE(changed([&](auto &profile) { profile.*field = false; }), signature);
     EXPECT_NE(changed([](auto &profile) { profile.port = 10; }), signature);
 }
+
+TEST(VeranoxProfileDraft, IsNewWhileItReplacesNoProfile)
+{
+    VeranoxProfileDraft draft;
+    EXPECT_TRUE(draft.isNew());
+    draft.originalName = u"a"_s;
+    EXPECT_FALSE(draft.isNew());
+}

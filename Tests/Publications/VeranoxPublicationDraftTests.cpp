@@ -341,3 +341,11 @@ TEST(VeranoxPublicationDraft, AnUntouchedDraftMakesItsPublication)
         ASSERT_EQ(draft.makePublication().value(), expected) << "round " << round;
     }
 }
+
+TEST(VeranoxPublicationDraft, IsNewWhileItReplacesNoPublication)
+{
+    VeranoxPublicationDraft draft;
+    EXPECT_TRUE(draft.isNew());
+    draft.originalName = u"a"_s;
+    EXPECT_FALSE(draft.isNew());
+}

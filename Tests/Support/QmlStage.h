@@ -1,7 +1,7 @@
 // A window off screen in which QML is tried; every warning of Qt's fails the test.
 #pragma once
 #include "Controls/VeranoxQmlEngine.h"
-#include "Tests/Support/FixedAppearance.h"
+#include "Tests/Support/FixedTheme.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QGuiApplication>
 #include <QQmlComponent>
@@ -80,8 +80,8 @@ protected:
     }
 
     NoWarnings noWarnings;
-    FixedAppearance appearance{false};
-    VeranoxQmlEngine engine{appearance};
+    FixedTheme theme{false};
+    VeranoxQmlEngine engine{theme};
     QQmlEngine &made = engine.engine(); // chooses how windows are drawn, and so comes before the first one
     QQuickWindow window;
     std::unique_ptr<QQuickItem> shown;

@@ -404,3 +404,11 @@ TEST(VeranoxTunnelDraft, AnUntouchedDraftMakesItsTunnel)
         ASSERT_EQ(draft.makeTunnel().value(), expected) << "round " << round;
     }
 }
+
+TEST(VeranoxTunnelDraft, IsNewWhileItReplacesNoTunnel)
+{
+    VeranoxTunnelDraft draft;
+    EXPECT_TRUE(draft.isNew());
+    draft.originalName = u"a"_s;
+    EXPECT_FALSE(draft.isNew());
+}

@@ -84,6 +84,13 @@ void PortalHotKey::expectAnswer(const QString &token, const char *slot)
     const QString sender = m_bus.baseService().mid(1).replace(u'.', u'_');
     const QString path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token);
     m_bus.connect(portal, path, u"org.freedesktop.portal.Request"_s, u"Response"_s, this, slot);
+    m_expected = token;
+}
+
+// Whether this answers the latest request. The combination may have changed since an earlier one.
+bool PortalHotKey::isExpected(const QDBusMessage &response) const
+{
+    return !m_expected.isEmpty() && response.path().endsWith(u'/' + m_expected);
 }
 
 void PortalHotKey::createSession()
@@ -100,8 +107,12 @@ void PortalHotKey::sessionAnswered(const QDBusMessage &response)
     const QString session = isAgreement(response) && response.arguments().size() > 1
         ? qdbus_cast<QVariantMap>(response.arguments().at(1)).value(u"session_handle"_s).toString()
         : QString();
-    if (session.isEmpty() || !m_shortcut)
+    if (session.isEmpty())
         return;
+    if (!isExpected(response)) {
+        close(session);
+        return;
+    }
     m_session = session;
     bind();
 }
@@ -121,7 +132,8 @@ void PortalHotKey::bind()
 
 void PortalHotKey::bindAnswered(const QDBusMessage &response)
 {
-    m_isBound = isAgreement(response) && !m_session.isEmpty();
+    if (isExpected(response))
+        m_isBound = isAgreement(response);
 }
 
 void PortalHotKey::activated(const QDBusMessage &message)
@@ -137,8 +149,12 @@ void PortalHotKey::activated(const QDBusMessage &message)
 void PortalHotKey::closeSession()
 {
     m_isBound = false;
-    if (m_session.isEmpty())
-        return;
-    m_bus.asyncCall(QDBusMessage::createMethodCall(
-        portal, std::exchange(m_session, {}), u"org.freedesktop.portal.Session"_s, u"Close"_s));
+    m_expected.clear();
+    if (!m_session.isEmpty())
+        close(std::exchange(m_session, {}));
+}
+
+void PortalHotKey::close(const QString &session)
+{
+    m_bus.asyncCall(QDBusMessage::createMethodCall(portal, session, u"org.freedesktop.portal.Session"_s, u"Close"_s));
 }

@@ -24,12 +24,15 @@ private:
     void createSession();
     void bind();
     void closeSession();
+    void close(const QString &session);
     QString nextToken();
     void expectAnswer(const QString &token, const char *slot);
+    bool isExpected(const QDBusMessage &response) const;
 
     QDBusConnection m_bus;
     std::optional<VeranoxGlobalShortcut> m_shortcut;
     QString m_session; // its object path; empty without one
+    QString m_expected; // the token of the request whose answer still counts
     bool m_isBound = false;
     int m_tokens = 0;
 };

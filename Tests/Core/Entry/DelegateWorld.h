@@ -3,7 +3,7 @@
 #include "Core/Entry/VeranoxMenuAppDelegate.h"
 #include "Tests/Log/StoreLogWorld.h"
 #include "Tests/Support/EnvironmentVariable.h"
-#include "Tests/Support/FixedAppearance.h"
+#include "Tests/Support/FixedTheme.h"
 #include <QGuiApplication>
 #include <QMenu>
 #include <QWindow>
@@ -92,7 +92,7 @@ protected:
         service->config.answer({.router = VeranoxRouterConfig::defaults()});
         service->editableConfig.answer(VeranoxEditableConfig::emptyForFirstProfile());
         parts.processActivity = std::make_unique<RecordingActivity>(steps);
-        parts.appearance = std::make_unique<FixedAppearance>(false);
+        parts.theme = std::make_unique<FixedTheme>(false);
         parts.hotKeyController = std::make_unique<RecordingHotKey>(steps);
         parts.preferences = std::make_unique<VeranoxAppPreferences>(
             std::move(scriptedDefaults), std::make_unique<RecordingLoginItem>(steps, launchAtLogin));

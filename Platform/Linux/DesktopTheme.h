@@ -1,20 +1,20 @@
 #pragma once
-#include "Platform/Appearance.h"
 #include "Platform/PaletteWatcher.h"
+#include "Platform/SystemTheme.h"
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QStringList>
 
-// The appearance of a Linux desktop: the colour scheme, the accent and the wish for rest that the desktop portal tells,
+// The theme of a Linux desktop: the colour scheme, the accent and the wish for rest that the desktop portal tells,
 // else the palette of the application, no accent and motion. A desktop whose panel is dark in either scheme is known by
 // its name.
-class DesktopAppearance : public Appearance {
+class DesktopTheme : public SystemTheme {
     Q_OBJECT
 
 public:
     // The names of the desktop, most specific first, as XDG_CURRENT_DESKTOP lists them.
-    DesktopAppearance(const QDBusConnection &bus, const QStringList &desktopNames, QObject *parent = nullptr);
+    DesktopTheme(const QDBusConnection &bus, const QStringList &desktopNames, QObject *parent = nullptr);
 
     bool isDark() const override;
     bool isPanelDark() const override;

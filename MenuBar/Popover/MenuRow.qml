@@ -2,21 +2,26 @@ import QtQuick
 import Veranox.Controls
 import Veranox.Popover
 
+// One tunnel or publication.
 Item {
     id: line
-    required property menuTunnelRow row
+    required property menuRow row
     required property int index
-    required property VeranoxActiveTunnelsView section
+    required property VeranoxActiveRecordsView section
+    property string kind
     property int gap
     property int titleWidth
     property int modeWidth
-    property int endpointWidth
+    property int addressWidth
     property int actionsWidth
+    property string copyHelp
+    property string retryHelp
 
-    objectName: "tunnel." + row.name
+    objectName: `${kind}.${row.name}`
     implicitHeight: Theme.tallRowHeight
     Accessible.role: Accessible.ListItem
-    Accessible.name: `${row.title}, ${row.stateText}, ${row.target}, ${row.mode}, ${row.endpoint}`
+    Accessible.name: `${row.title}, ${row.stateText}, ${row.target}`
+        + (row.mode ? `, ${row.mode}` : "") + (row.address ? `, ${row.address}` : "")
 
     Hairline {
         visible: line.index > 0
@@ -33,8 +38,9 @@ Item {
         text: line.row.title
         accent: line.row.accent
         stateText: line.row.stateText
+        stateHelp: line.row.stateHelp
         needsPerson: line.row.canRetry
-        roomBeside: endpoint.x + copy.x - x - width - line.gap
+        roomBeside: address.x + copy.x - x - width - line.gap
     }
     Label {
         anchors.left: title.right
@@ -54,8 +60,9 @@ Item {
     }
     Label {
         id: mode
-        anchors.right: endpoint.left
-        anchors.rightMargin: line.gap
+        visible: line.modeWidth > 0
+        anchors.right: address.left
+        anchors.rightMargin: visible ? line.gap : 0
         y: title.nameCentre - height / 2
         width: line.modeWidth
         text: line.row.mode
@@ -63,32 +70,47 @@ Item {
         font.pixelSize: Theme.secondarySize
     }
     Item {
-        id: endpoint
+        id: address
         anchors.right: actions.left
         anchors.rightMargin: actions.width > 0 ? line.gap : 0
-        width: line.endpointWidth
+        width: line.addressWidth
         height: parent.height
         Label {
             anchors.left: parent.left
-            anchors.right: copy.left
+            anchors.right: line.row.isBlocked ? parent.right : copy.left
             y: title.nameCentre - height / 2
-            text: line.row.endpoint
+            text: line.row.address
             elide: Text.ElideMiddle
-            font.family: Theme.fixedFamily
+            leftPadding: line.row.isBlocked ? Theme.iconSize + Theme.unit : 0
+            font.family: line.row.isBlocked ? Theme.family : Theme.fixedFamily
             font.pixelSize: Theme.captionSize
+            color: line.row.isBlocked ? Theme.secondary : Theme.text
+            Symbol {
+                visible: line.row.isBlocked
+                anchors.verticalCenter: parent.verticalCenter
+                name: "nosign"
+                size: Theme.bodySize
+                color: Theme.secondary
+            }
+            HoverHandler { id: addressPointer }
+            Tip {
+                text: line.row.addressHelp
+                wanted: addressPointer.hovered
+            }
         }
         CopyButton {
             id: copy
             objectName: "copy." + line.row.name
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            text: "Copy the local endpoint for your client"
+            text: line.copyHelp
+            visible: line.row.canCopy && !line.row.isBlocked
             subject: line.row.title
             justCopied: line.row.justCopied
-            onClicked: line.section.copy(line.row.name, line.row.endpoint)
+            onClicked: line.section.copy(line.row.name, line.row.address)
         }
     }
-    RowActions {
+    RowControls {
         id: actions
         anchors.right: parent.right
         anchors.rightMargin: line.gap
@@ -97,11 +119,11 @@ Item {
         visible: line.section.canOperate
         title: line.row.title
         canRetry: line.row.canRetry
-        retryEnabled: !line.row.isRetrying
+        retryEnabled: line.row.retryEnabled
         isRetrying: line.row.isRetrying
-        retryHelp: "Retry — restart this tunnel"
+        retryHelp: line.retryHelp
         isOn: line.row.isOn
-        canSwitch: true
+        canSwitch: line.row.canSwitch
         isSwitching: line.row.isSwitching
         toggleHelp: line.row.toggleHelp
         onRetried: line.section.retry(line.row.name)

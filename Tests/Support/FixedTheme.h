@@ -1,10 +1,10 @@
 #pragma once
-#include "Platform/Appearance.h"
+#include "Platform/SystemTheme.h"
 
-// An appearance that a test sets.
-class FixedAppearance : public Appearance {
+// A theme that a test sets.
+class FixedTheme : public SystemTheme {
 public:
-    explicit FixedAppearance(bool isDark, bool colorsTemplates = false)
+    explicit FixedTheme(bool isDark, bool colorsTemplates = false)
         : m_isDark(isDark),
           m_colorsTemplates(colorsTemplates)
     {

@@ -1,4 +1,4 @@
-#include "Platform/Linux/DesktopAppearance.h"
+#include "Platform/Linux/DesktopTheme.h"
 #include "Tests/Support/Eventually.h"
 #include <QApplication>
 #include <QDBusArgument>
@@ -82,18 +82,18 @@ private:
     Settings m_settings;
 };
 
-class DesktopAppearanceTest : public ::testing::Test {
+class DesktopThemeTest : public ::testing::Test {
 protected:
-    DesktopAppearance &start(const QStringList &desktopNames = {u"XFCE"_s})
+    DesktopTheme &start(const QStringList &desktopNames = {u"XFCE"_s})
     {
-        appearance = std::make_unique<DesktopAppearance>(QDBusConnection::sessionBus(), desktopNames);
-        QObject::connect(appearance.get(), &Appearance::changed, appearance.get(), [this] { ++changes; });
-        return *appearance;
+        theme = std::make_unique<DesktopTheme>(QDBusConnection::sessionBus(), desktopNames);
+        QObject::connect(theme.get(), &SystemTheme::changed, theme.get(), [this] { ++changes; });
+        return *theme;
     }
 
     bool becomesDark(bool dark)
     {
-        return eventually([&] { return appearance->isDark() == dark; });
+        return eventually([&] { return theme->isDark() == dark; });
     }
 
     static void setPalette(const QColor &window, const QColor &text)
@@ -104,23 +104,23 @@ protected:
         QApplication::setPalette(palette);
     }
 
-    std::unique_ptr<DesktopAppearance> appearance;
+    std::unique_ptr<DesktopTheme> theme;
     int changes = 0;
 };
 
 } // namespace
 
-TEST_F(DesktopAppearanceTest, TakesTheSchemeOfThePortal)
+TEST_F(DesktopThemeTest, TakesTheSchemeOfThePortal)
 {
     Portal portal(prefersDark);
     start();
     EXPECT_TRUE(becomesDark(true));
-    EXPECT_TRUE(appearance->isPanelDark());
-    EXPECT_GT(appearance->panelForeground().lightness(), 200);
+    EXPECT_TRUE(theme->isPanelDark());
+    EXPECT_GT(theme->panelForeground().lightness(), 200);
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(DesktopAppearanceTest, FollowsThePortal)
+TEST_F(DesktopThemeTest, FollowsThePortal)
 {
     Portal portal(prefersLight);
     start();
@@ -129,11 +129,11 @@ TEST_F(DesktopAppearanceTest, FollowsThePortal)
     EXPECT_TRUE(becomesDark(true));
     portal.change(u"org.freedesktop.appearance"_s, u"color-scheme"_s, prefersLight);
     EXPECT_TRUE(becomesDark(false));
-    EXPECT_LT(appearance->panelForeground().lightness(), 60);
+    EXPECT_LT(theme->panelForeground().lightness(), 60);
     EXPECT_EQ(changes, 2);
 }
 
-TEST_F(DesktopAppearanceTest, IgnoresOtherSettingsAndRepeats)
+TEST_F(DesktopThemeTest, IgnoresOtherSettingsAndRepeats)
 {
     Portal portal(prefersDark);
     start();
@@ -146,35 +146,35 @@ TEST_F(DesktopAppearanceTest, IgnoresOtherSettingsAndRepeats)
     EXPECT_EQ(changes, 2) << "dark at the start, light at the end";
 }
 
-TEST_F(DesktopAppearanceTest, AValueThatMakesNoSenseIsNoPreference)
+TEST_F(DesktopThemeTest, AValueThatMakesNoSenseIsNoPreference)
 {
     for (const QVariant &value : {QVariant(noPreference), QVariant(7u), QVariant(u"dark"_s)}) {
         Portal portal(value);
         start();
         ASSERT_TRUE(eventually([&] { return portal.reads >= 1; }));
         QCoreApplication::processEvents();
-        EXPECT_EQ(appearance->isDark(), PaletteWatcher::isDark());
+        EXPECT_EQ(theme->isDark(), PaletteWatcher::isDark());
     }
 }
 
-TEST_F(DesktopAppearanceTest, TakesTheAccentOfThePortalAndFollowsIt)
+TEST_F(DesktopThemeTest, TakesTheAccentOfThePortalAndFollowsIt)
 {
     Portal portal(
         Settings{{u"org.freedesktop.appearance"_s, {{u"accent-color"_s, QVariant::fromValue(Rgb{1, 0, 0})}}}});
     start();
-    EXPECT_TRUE(eventually([&] { return appearance->accent() == QColor(Qt::red).toRgb(); }));
+    EXPECT_TRUE(eventually([&] { return theme->accent() == QColor(Qt::red).toRgb(); }));
     portal.change(u"org.freedesktop.appearance"_s, u"accent-color"_s, QVariant::fromValue(Rgb{0, 0, 1}));
-    EXPECT_TRUE(eventually([&] { return appearance->accent() == QColor(Qt::blue).toRgb(); }));
+    EXPECT_TRUE(eventually([&] { return theme->accent() == QColor(Qt::blue).toRgb(); }));
     for (const QVariant &none : {QVariant::fromValue(Rgb{-1, -1, -1}), QVariant::fromValue(Rgb{0, 0, 1.5}),
              QVariant(prefersDark), QVariant(u"red"_s), QVariant::fromValue(Rgb{0, std::nan(""), 0})}) {
         portal.change(u"org.freedesktop.appearance"_s, u"accent-color"_s, QVariant::fromValue(Rgb{0, 0, 1}));
-        EXPECT_TRUE(eventually([&] { return appearance->accent().has_value(); }));
+        EXPECT_TRUE(eventually([&] { return theme->accent().has_value(); }));
         portal.change(u"org.freedesktop.appearance"_s, u"accent-color"_s, none);
-        EXPECT_TRUE(eventually([&] { return !appearance->accent(); }));
+        EXPECT_TRUE(eventually([&] { return !theme->accent(); }));
     }
 }
 
-TEST_F(DesktopAppearanceTest, RestsWhereGnomeOrKdeAskForIt)
+TEST_F(DesktopThemeTest, RestsWhereGnomeOrKdeAskForIt)
 {
     struct Case {
         const char *group;
@@ -191,38 +191,38 @@ TEST_F(DesktopAppearanceTest, RestsWhereGnomeOrKdeAskForIt)
     for (const auto &[group, key, rest, motion] : cases) {
         Portal portal(Settings{{QLatin1StringView(group), {{QLatin1StringView(key), rest}}}});
         start();
-        EXPECT_TRUE(eventually([&] { return appearance->prefersReducedMotion(); })) << group;
-        EXPECT_FALSE(appearance->isDark());
+        EXPECT_TRUE(eventually([&] { return theme->prefersReducedMotion(); })) << group;
+        EXPECT_FALSE(theme->isDark());
         portal.change(QLatin1StringView(group), QLatin1StringView(key), motion);
-        EXPECT_TRUE(eventually([&] { return !appearance->prefersReducedMotion(); })) << group;
+        EXPECT_TRUE(eventually([&] { return !theme->prefersReducedMotion(); })) << group;
     }
 }
 
-TEST_F(DesktopAppearanceTest, AsksAPortalThatComesLater)
+TEST_F(DesktopThemeTest, AsksAPortalThatComesLater)
 {
     start();
     QCoreApplication::processEvents();
-    EXPECT_FALSE(appearance->isDark());
+    EXPECT_FALSE(theme->isDark());
     Portal portal(prefersDark);
     EXPECT_TRUE(becomesDark(true));
 }
 
-TEST_F(DesktopAppearanceTest, WithoutAPortalThePaletteDecides)
+TEST_F(DesktopThemeTest, WithoutAPortalThePaletteDecides)
 {
     start();
     setPalette(Qt::black, Qt::white);
     EXPECT_TRUE(eventually([this] { return changes == 1; }));
-    EXPECT_TRUE(appearance->isDark());
+    EXPECT_TRUE(theme->isDark());
     setPalette(Qt::white, Qt::black);
     EXPECT_TRUE(eventually([this] { return changes == 2; }));
-    EXPECT_FALSE(appearance->isDark());
+    EXPECT_FALSE(theme->isDark());
 }
 
-TEST_F(DesktopAppearanceTest, TheTopBarOfGnomeIsAlwaysDark)
+TEST_F(DesktopThemeTest, TheTopBarOfGnomeIsAlwaysDark)
 {
     start({u"ubuntu"_s, u"GNOME"_s});
-    EXPECT_FALSE(appearance->isDark());
-    EXPECT_TRUE(appearance->isPanelDark());
+    EXPECT_FALSE(theme->isDark());
+    EXPECT_TRUE(theme->isPanelDark());
 }
 
-#include "DesktopAppearanceTests.moc"
+#include "DesktopThemeTests.moc"

@@ -1,28 +1,23 @@
 #pragma once
 #include "Base/Jobs/Jobs.h"
-#include "MenuBar/Popover/VeranoxMenuTunnelRow.h"
+#include "MenuBar/Popover/VeranoxRowActivity.h"
+#include "MenuBar/Popover/VeranoxRowOperations.h"
 #include <QHash>
 #include <QObject>
 #include <functional>
 
-// What can be done to a tunnel or publication in place. Each gives a sentence when it failed, else nothing. Where they
-// are absent, rows offer none of it.
-struct VeranoxRowOperations {
-    std::function<jobs::Async<QString>(QString name, bool enabled)> setEnabled;
-    std::function<jobs::Async<QString>(QString name)> restart;
-};
-
 // What a person does to rows of the popover, and what each row shows of it meanwhile. One thing at a time for each row.
 // Main thread only.
-class VeranoxMenuRowActions final : public QObject {
+class VeranoxRowCommands final : public QObject {
     Q_OBJECT
 
 public:
-    VeranoxMenuRowActions(
+    VeranoxRowCommands(
         jobs::MainQueue &queue, VeranoxRowOperations operations, std::function<void(const QString &)> copyText);
 
     bool canOperate() const { return m_operations.setEnabled && m_operations.restart; }
-    VeranoxMenuRowActivity activity(const QString &name) const { return m_activities.value(name); }
+    VeranoxRowActivity activity(const QString &name) const { return m_activities.value(name); }
+    bool isIdle() const { return m_activities.isEmpty(); } // no row shows anything of it
 
     void setEnabled(const QString &name, bool enabled);
     void retry(const QString &name);
@@ -37,11 +32,11 @@ private:
     jobs::Async<> runSetEnabled(QString name, bool enabled);
     jobs::Async<> runRetry(QString name);
     jobs::Async<> showCopied(QString name);
-    bool begin(const QString &name, bool VeranoxMenuRowActivity::*flag);
-    void end(const QString &name, bool VeranoxMenuRowActivity::*flag);
+    bool begin(const QString &name, bool VeranoxRowActivity::*flag);
+    void end(const QString &name, bool VeranoxRowActivity::*flag);
 
     VeranoxRowOperations m_operations;
     std::function<void(const QString &)> m_copyText;
-    QHash<QString, VeranoxMenuRowActivity> m_activities;
+    QHash<QString, VeranoxRowActivity> m_activities;
     jobs::JobScope m_jobs;
 };

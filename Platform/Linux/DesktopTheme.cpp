@@ -1,4 +1,4 @@
-#include "Platform/Linux/DesktopAppearance.h"
+#include "Platform/Linux/DesktopTheme.h"
 
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
@@ -62,38 +62,38 @@ bool isZero(const QVariant &value)
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance(const QDBusConnection &bus, const QStringList &desktopNames, QObject *parent)
-    : Appearance(parent),
+DesktopTheme::DesktopTheme(const QDBusConnection &bus, const QStringList &desktopNames, QObject *parent)
+    : SystemTheme(parent),
       m_bus(bus),
       m_portal(portalService, bus, QDBusServiceWatcher::WatchForRegistration),
       m_panelIsAlwaysDark(hasDarkPanel(desktopNames)),
       m_told(dress())
 {
-    connect(&m_palette, &PaletteWatcher::paletteChanged, this, &DesktopAppearance::noteChange);
-    connect(&m_portal, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::askPortal);
+    connect(&m_palette, &PaletteWatcher::paletteChanged, this, &DesktopTheme::noteChange);
+    connect(&m_portal, &QDBusServiceWatcher::serviceRegistered, this, &DesktopTheme::askPortal);
     m_bus.connect(
         portalService, portalPath, settingsInterface, u"SettingChanged"_s, this, SLOT(handleSetting(QDBusMessage)));
     askPortal();
 }
 
-bool DesktopAppearance::isDark() const
+bool DesktopTheme::isDark() const
 {
     return m_scheme == Scheme::noPreference ? PaletteWatcher::isDark() : m_scheme == Scheme::dark;
 }
 
-bool DesktopAppearance::isPanelDark() const
+bool DesktopTheme::isPanelDark() const
 {
     return m_panelIsAlwaysDark || isDark();
 }
 
-void DesktopAppearance::handleSetting(const QDBusMessage &message)
+void DesktopTheme::handleSetting(const QDBusMessage &message)
 {
     const QVariantList arguments = message.arguments();
     adopt(arguments.value(0).toString(), arguments.value(1).toString(), unwrapped(arguments.value(2)));
     noteChange();
 }
 
-void DesktopAppearance::askPortal()
+void DesktopTheme::askPortal()
 {
     auto call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, u"ReadAll"_s);
     call << QStringList{appearanceGroup, gnomeGroup, kdeGroup};
@@ -104,7 +104,7 @@ void DesktopAppearance::askPortal()
     });
 }
 
-void DesktopAppearance::adopt(const QDBusMessage &settings)
+void DesktopTheme::adopt(const QDBusMessage &settings)
 {
     if (settings.type() != QDBusMessage::ReplyMessage || settings.signature() != "a{sa{sv}}"_L1)
         return; // there is no such portal, and the palette stands
@@ -115,7 +115,7 @@ void DesktopAppearance::adopt(const QDBusMessage &settings)
     noteChange();
 }
 
-void DesktopAppearance::adopt(const QString &group, const QString &key, const QVariant &value)
+void DesktopTheme::adopt(const QString &group, const QString &key, const QVariant &value)
 {
     if (group == appearanceGroup && key == schemeKey)
         m_scheme = schemeFrom(value);
@@ -127,14 +127,14 @@ void DesktopAppearance::adopt(const QString &group, const QString &key, const QV
         m_kdeRests = isZero(value);
 }
 
-DesktopAppearance::Scheme DesktopAppearance::schemeFrom(const QVariant &value)
+DesktopTheme::Scheme DesktopTheme::schemeFrom(const QVariant &value)
 {
     const uint scheme = value.toUInt();
     const bool isKnown = scheme == uint(Scheme::dark) || scheme == uint(Scheme::light);
     return isKnown ? Scheme(scheme) : Scheme::noPreference;
 }
 
-void DesktopAppearance::noteChange()
+void DesktopTheme::noteChange()
 {
     if (dress() == m_told)
         return;

@@ -1,14 +1,14 @@
 #pragma once
-#include "Platform/Appearance.h"
 #include "Platform/PaletteWatcher.h"
+#include "Platform/SystemTheme.h"
 
-// The appearance of macOS, which Qt's palette follows. The menu bar takes the appearance of the windows, and the system
+// The theme of macOS, which Qt's palette follows. The menu bar takes the theme of the windows, and the system
 // colours template images itself.
-class MenuBarAppearance : public Appearance {
+class MenuBarTheme : public SystemTheme {
     Q_OBJECT
 
 public:
-    explicit MenuBarAppearance(QObject *parent = nullptr);
+    explicit MenuBarTheme(QObject *parent = nullptr);
 
     bool isDark() const override { return PaletteWatcher::isDark(); }
     bool isPanelDark() const override { return isDark(); }

@@ -4,7 +4,7 @@
 #include <optional>
 
 // How the desktop is dressed. Main thread only.
-class Appearance : public QObject {
+class SystemTheme : public QObject {
     Q_OBJECT
 
 public:

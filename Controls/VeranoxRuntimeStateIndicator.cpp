@@ -1,4 +1,4 @@
-#include "API/Values/VeranoxRuntimeStateIndicator.h"
+#include "Controls/VeranoxRuntimeStateIndicator.h"
 
 using namespace Qt::StringLiterals;
 
@@ -51,13 +51,13 @@ VeranoxRuntimeStateIndicator::Mark VeranoxRuntimeStateIndicator::mark() const
     return state == "blocked"_L1 ? Mark::blocked : Mark::dot;
 }
 
-VeranoxRuntimeStateIndicator::Color VeranoxRuntimeStateIndicator::color() const
+VeranoxTone::Tone VeranoxRuntimeStateIndicator::color() const
 {
     if (disabled)
-        return Color::faint;
+        return VeranoxTone::FaintGray;
     if (state == "listening"_L1)
-        return lastError.isEmpty() && !unreachable ? Color::green : Color::orange;
-    return state == "error"_L1 ? Color::red : Color::secondary;
+        return lastError.isEmpty() && !unreachable ? VeranoxTone::Green : VeranoxTone::Orange;
+    return state == "error"_L1 ? VeranoxTone::Red : VeranoxTone::Gray;
 }
 
 QString VeranoxRuntimeStateIndicator::help() const

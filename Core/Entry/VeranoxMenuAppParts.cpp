@@ -6,7 +6,7 @@
 
 VeranoxMenuAppParts VeranoxMenuAppParts::live(jobs::MainQueue &queue)
 {
-    return {.processActivity = ProcessActivity::make(),
+    return {.processActivity = platform::makeProcessActivity(),
         .theme = platform::makeSystemTheme(),
         .hotKeyController = platform::makeGlobalHotKey(),
         .preferences = std::make_unique<VeranoxAppPreferences>(platform::makeUserDefaults(), platform::makeLoginItem()),

@@ -1,4 +1,5 @@
 #include "Log/VeranoxRuntimeLogEntry.h"
+#include "Base/Json/Writing.h"
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
@@ -28,45 +29,43 @@ template <class AnyEntry, class Visitor> bool everyField(AnyEntry &entry, const 
         && each("httpStatus"_L1, entry.httpStatus, false) && each("durationMS"_L1, entry.durationMS, false);
 }
 
+constexpr qsizetype usualBytes = 512; // of a record
+
 constexpr double twoToThe63 = 9223372036854775808.0;
 constexpr double twoToThe64 = 2 * twoToThe63;
 
 // ---- Values as JSON
 
-QJsonValue written(const QString &value)
+using json::write;
+
+void write(QByteArray &out, std::uint64_t value)
 {
-    return value;
+    out += QByteArray::number(value);
 }
 
-QJsonValue written(bool value)
+void write(QByteArray &out, const QUuid &value)
 {
-    return value;
+    write(out, value.toString(QUuid::WithoutBraces));
 }
 
-QJsonValue written(qint64 value)
+void write(QByteArray &out, const QDateTime &value)
 {
-    return value;
+    write(out, value.toMSecsSinceEpoch());
 }
 
-QJsonValue written(std::uint64_t value)
+template <class Value> void writeMember(QByteArray &out, QLatin1StringView key, const Value &value)
 {
-    return std::in_range<qint64>(value) ? QJsonValue(static_cast<qint64>(value))
-                                        : QJsonValue(static_cast<double>(value));
+    out += out.endsWith('{') ? "\"" : ",\"";
+    out += QByteArrayView(key.data(), key.size());
+    out += "\":";
+    write(out, value);
 }
 
-QJsonValue written(const QUuid &value)
+// An absent value leaves out its key.
+template <class Value> void writeMember(QByteArray &out, QLatin1StringView key, const std::optional<Value> &value)
 {
-    return value.toString(QUuid::WithoutBraces);
-}
-
-QJsonValue written(const QDateTime &value)
-{
-    return value.toMSecsSinceEpoch();
-}
-
-template <class Value> QJsonValue written(const std::optional<Value> &value)
-{
-    return value ? written(*value) : QJsonValue(QJsonValue::Undefined);
+    if (value)
+        writeMember(out, key, *value);
 }
 
 // ---- Values from JSON: each tells whether the value is of its type.
@@ -129,14 +128,13 @@ template <class Value> bool read(const QJsonValue &value, std::optional<Value> &
 
 QByteArray VeranoxRuntimeLogEntry::toJson() const
 {
-    QJsonObject object;
-    everyField(*this, [&object](QLatin1StringView key, const auto &member, bool) {
-        const QJsonValue value = written(member);
-        if (!value.isUndefined())
-            object.insert(key, value);
+    QByteArray out = "{";
+    out.reserve(usualBytes);
+    everyField(*this, [&out](QLatin1StringView key, const auto &member, bool) {
+        writeMember(out, key, member);
         return true;
     });
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    return out += '}';
 }
 
 std::optional<VeranoxRuntimeLogEntry> VeranoxRuntimeLogEntry::fromJson(const QByteArray &json)

@@ -50,16 +50,34 @@ protected:
     // Every line but those about start and end.
     QStringList said() const { return lines.mid(1, lines.size() - 2); }
 
+    // The children of this test, those included that have ended and that nobody has asked for their status.
+    static QList<pid_t> doubles()
+    {
+        QList<pid_t> found;
+        QFile children(QStringLiteral("/proc/self/task/%1/children").arg(::getpid()));
+        if (children.open(QFile::ReadOnly)) {
+            for (const QByteArray &child : children.readAll().split(' '))
+                if (child.toInt() > 0)
+                    found.append(child.toInt());
+        }
+        return found;
+    }
+
     // Kills the children of this test; false when there is none.
     static bool killDoubles()
     {
         bool any = false;
-        QFile children(QStringLiteral("/proc/self/task/%1/children").arg(::getpid()));
-        if (children.open(QFile::ReadOnly)) {
-            for (const QByteArray &child : children.readAll().split(' '))
-                any = (child.toInt() > 0 && ::kill(child.toInt(), SIGKILL) == 0) || any;
-        }
+        for (const pid_t child : doubles())
+            any = ::kill(child, SIGKILL) == 0 || any;
         return any;
+    }
+
+    // Whether the child lives and nobody has asked it to end. A stop tells: the system hands out a request to end that
+    // was on its way before it.
+    static bool livesUnasked(pid_t child)
+    {
+        int status = 0;
+        return ::kill(child, SIGSTOP) == 0 && ::waitpid(child, &status, WUNTRACED) == child && WIFSTOPPED(status);
     }
 
     RealWorld world;

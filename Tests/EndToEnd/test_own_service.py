@@ -1,11 +1,12 @@
 """No service runs: the application starts its own, keeps it alive and stops it."""
 import os
+import pathlib
 import signal
 import socket
 import unittest
 
 from support.case import EndToEndTestCase
-from support.polling import eventually
+from support.polling import eventually, stays
 from support.programs import HANGING_STOP_BOUND, PORT, STOP_BOUND, service_state
 
 
@@ -67,6 +68,46 @@ class OwnService(EndToEndTestCase):
         self.assertEqual(self.application.own_services(), [], "attached, none started")
         self.application.signal(signal.SIGTERM)
         self.await_end_of_all()
+
+
+class UnwantedService(EndToEndTestCase):
+    """A service answers where the application would look for one, and it must not look."""
+
+    def setUp(self):
+        super().setUp()
+        self.panel = self.start_panel()
+        self.service, self.front = self.start_service_behind_front("settled")
+
+    def assert_nothing_is_touched(self, application):
+        self.assertEqual(self.front.heard(), [])
+        self.assertEqual(application.own_services(), [])
+
+    def quit(self, application):
+        application.signal(signal.SIGTERM)
+        self.assertEqual(application.wait(STOP_BOUND), 0)
+        self.assertEqual(self.front.heard(), [])
+        self.assertTrue(self.service.running)
+
+    def test_the_preferences_may_say_that_a_launch_starts_none(self):
+        preferences = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "veranox" / "defaults.json"
+        preferences.parent.mkdir(parents=True, exist_ok=True)
+        preferences.write_text('{"veranox.startServiceOnLaunch": false}')
+        application = self.start_application()
+        self.panel.await_item()
+        application.await_output("[APP] automatic local service startup is disabled in Settings")
+        stays(lambda: service_state(self.desktop) == "offline", "offline", during=1.5)
+        self.assertEqual(self.panel.tool_tip(), "Veranox — Offline")
+        self.assert_nothing_is_touched(application)
+        self.assertNotIn("startup requested", application.output())
+        self.quit(application)
+
+    def test_within_a_test_bundle_there_is_neither_icon_nor_start(self):
+        application = self.start_application(XCTestConfigurationFilePath="/tmp/bundle")
+        application.await_state("offline")  # it runs
+        stays(lambda: not self.panel.items(), "no icon", during=1)
+        self.assert_nothing_is_touched(application)
+        self.assertNotIn("[APP]", application.output())
+        self.quit(application)
 
 
 class TakenPort(EndToEndTestCase):

@@ -134,11 +134,12 @@ class QuitAtAnAwkwardMoment(ServiceLife):
         self.assertFalse(os.path.exists(f"/proc/{pid}"))
 
     def test_twice_is_once(self):
-        application = self.start_sleeper("signal.signal(signal.SIGTERM, signal.SIG_IGN)")
+        application = self.start_sleeper("signal.signal(signal.SIGTERM, lambda *_: print('asked to end', flush=True))")
         application.signal(signal.SIGTERM)
-        time.sleep(0.2)
+        application.await_output("[GUI] asked to end")  # and goes on: until it is killed there is time for the next
         application.signal(signal.SIGTERM)
         self.assertEqual(application.wait(STOP_BOUND), 0)
+        self.assertEqual(application.output().count("[GUI] asked to end"), 1)
 
     def test_before_the_first_probe_is_answered(self):
         application = self.start_application()

@@ -32,9 +32,15 @@ class NoTray(EndToEndTestCase):
 
     def test_a_panel_without_host_shows_nothing_until_the_host_comes(self):
         panel = self.start_panel("--no-host")
+        panel.await_item()  # which waits there for somebody who shows it
+        tray = self.start_xembed_tray()
+        tray.await_icon()
+        stays(lambda: tray.icons("veranox-menu"), "the icon in the XEmbed tray", during=0.5)
         panel.set_host(True)
-        panel.await_item()
+        eventually(lambda: not tray.icons("veranox-menu"), "the panel takes the icon over")
         self.assertEqual(panel.tool_tip(), "Veranox — Online")
+        panel.set_host(False)
+        tray.await_icon()
 
     def test_an_xembed_tray_that_comes_later_gets_the_icon(self):
         self.start_xembed_tray().await_icon()

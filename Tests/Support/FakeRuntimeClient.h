@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <exception>
 
-class FakeRuntimeClient final : public VeranoxRuntimeClientProtocol {
+class FakeRuntimeClient : public VeranoxRuntimeClientProtocol {
 public:
     void startGUI(const VeranoxCommand &command) override
     {

@@ -68,7 +68,7 @@ TEST_F(DelegateTermination, takesEverythingDownAtOnce)
     EXPECT_EQ(service->shutdownRequest.calls, 0); // that only asks
     delegate->applicationWillTerminate();
     EXPECT_FALSE(shows(u"Quit Veranox"_s));
-    EXPECT_EQ(steps, QStringList({u"status item goes"_s, u"activity ends"_s}));
+    EXPECT_EQ(steps, QStringList({u"status item goes"_s, u"service"_s, u"activity ends"_s}));
     EXPECT_EQ(runtime->calls, QStringList{u"terminateImmediately"_s});
     world.run(); // the refresh that was waiting for its time learns that it is cancelled
     const int before = service->profiles.calls;

@@ -67,6 +67,19 @@ private:
     QMenu *&m_menu;
 };
 
+class RecordingRuntimeClient final : public FakeRuntimeClient {
+public:
+    explicit RecordingRuntimeClient(QStringList &steps) : m_steps(steps) { }
+    void terminateImmediately() override
+    {
+        m_steps.append(QStringLiteral("service"));
+        FakeRuntimeClient::terminateImmediately();
+    }
+
+private:
+    QStringList &m_steps;
+};
+
 class ScriptedDefaults final : public UserDefaults {
 public:
     QVariant value(const QString &key) const override { return values.value(key); }
@@ -83,7 +96,7 @@ protected:
     {
         auto scriptedDefaults = std::make_unique<ScriptedDefaults>();
         auto client = std::make_unique<FakeAPIClient>(world.queue);
-        auto processes = std::make_unique<FakeRuntimeClient>();
+        auto processes = std::make_unique<RecordingRuntimeClient>(steps);
         auto log = std::make_unique<ScriptedLog>(world.queue);
         defaults = scriptedDefaults.get();
         service = client.get();

@@ -63,6 +63,11 @@ class CountingFront:
         with self._lock:
             return self._requests.count(request)
 
+    def heard(self):
+        """All of them."""
+        with self._lock:
+            return list(self._requests)
+
     def await_quiet(self, during=1.0):
         """Returns when no request has come for so many seconds: what follows is not part of the start."""
         eventually(lambda: time.monotonic() - self._last >= during, "no more requests")

@@ -9,26 +9,22 @@ namespace {
 // A cache whose fetches take three seconds, count themselves, and note the ambient text.
 class ConfigCache : public testing::Test {
 protected:
-    struct Unreachable { };
-
-    jobs::Async<QByteArray> fetch()
+    VeranoxAPICall<QByteArray> fetch()
     {
         const int number = ++fetches;
         correlations.append(jobs::ambient().value_or(u"none"_s));
         cancelled = cancelled || co_await jobs::sleep(3s) == jobs::Sleep::Cut;
         if (failing)
-            throw Unreachable();
+            co_return std::unexpected(VeranoxAPIFailure::unavailable());
         co_return QByteArray::number(number);
     }
     jobs::Async<> read(QByteArray *into)
     {
-        try {
-            *into = co_await cache.data();
-        } catch (const Unreachable &) {
-            *into = "failed";
-        } catch (const VeranoxCancellation &) {
-            *into = "cancelled";
-        }
+        const auto result = co_await cache.data();
+        if (result)
+            *into = *result;
+        else
+            *into = result.error().isCancellation() ? "cancelled" : "failed";
     }
     jobs::Async<> invalidate()
     {

@@ -84,6 +84,7 @@ TEST_F(ApiReads, ARefusedReadIsSentOnce)
     const auto refused = complete(client.fetchProfiles());
     EXPECT_EQ(refused.ending, Ending::Refused);
     EXPECT_EQ(refused.text, u"No entry.");
+    EXPECT_EQ(refused.status, 403);
     server.expect("GET /api/profiles", reply(403, "no"));
     EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::BadResponse);
     EXPECT_EQ(server.received().size(), 2);
@@ -133,11 +134,14 @@ TEST_F(ApiReads, AnInterimAnswerIsPassedOver)
 
 TEST_F(ApiReads, TextsOfTheFailures)
 {
-    EXPECT_EQ(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable).localizedDescription(),
-        u"Veranox's local service is unavailable.");
-    EXPECT_EQ(VeranoxAPIError(u"As sent"_s).localizedDescription(), u"As sent");
-    EXPECT_TRUE(VeranoxBadServerResponse().localizedDescription().endsWith(u'.'));
-    EXPECT_STREQ(VeranoxAPIError(u"Grün"_s).what(), "Grün");
+    EXPECT_EQ(VeranoxAPIFailure::unavailable().localizedDescription(), u"Veranox's local service is unavailable.");
+    EXPECT_EQ(VeranoxAPIFailure::refused(u"As sent"_s, 409).localizedDescription(), u"As sent");
+    EXPECT_EQ(VeranoxAPIFailure::badResponse().localizedDescription(),
+        u"Veranox's local service gave an answer that could not be understood.");
+    EXPECT_EQ(VeranoxAPIFailure::cancelled().localizedDescription(), u"The request was cancelled.");
+    server.expect("GET /api/profiles", reply(200, R"([{"name":3}])"));
+    EXPECT_EQ(complete(client.fetchProfiles()).text,
+        u"The answer of Veranox's local service could not be read: expected text at [0].name, found the number 3.");
 }
 
 TEST_F(ApiReads, NoProxyOfTheEnvironmentIsAsked)

@@ -1,6 +1,4 @@
 // What the store does with tunnels and the service.
-#include "API/VeranoxAPIError.h"
-#include "API/VeranoxDecodingError.h"
 #include "Tests/Support/JobResult.h"
 #include "Tests/Support/StoreWorld.h"
 
@@ -90,9 +88,9 @@ TEST_F(StoreTunnelTests, EachFailureOfAChangeIsASentenceAndKeepsTheList)
     for (const Change &change : changes()) {
         change.operation->fail(unavailable());
         EXPECT_EQ(change.run(), u"The Veranox service is not running, so the tunnel was not %1."_s.arg(change.undone));
-        change.operation->fail(VeranoxAPIError(u"tunnel already exists"_s));
+        change.operation->fail(VeranoxAPIFailure::refused(u"tunnel already exists"_s, 409));
         EXPECT_EQ(change.run(), u"A tunnel with that name already exists. Choose a different name."_s);
-        change.operation->fail(VeranoxDecodingError({}, u"a list"_s, u"text"_s));
+        change.operation->fail(VeranoxAPIFailure::undecodable(u"It is no list."_s));
         EXPECT_EQ(change.run(), unreadable);
         EXPECT_EQ(store->tunnels(), list(u"old"_s));
     }
@@ -119,7 +117,7 @@ TEST_F(StoreTunnelTests, AFailedSwitchSpeaksInTheErrorsOwnWords)
 {
     store->adoptTunnels(list(u"db"_s));
     for (const Switch &change : switches()) {
-        change.operation->fail(VeranoxAPIError(u"tunnel \"db\" is not configured"_s));
+        change.operation->fail(VeranoxAPIFailure::refused(u"tunnel \"db\" is not configured"_s, 409));
         change.run();
         EXPECT_EQ(store->lastActionMessage(), u"Tunnel db: tunnel \"db\" is not configured");
         change.operation->fail(unavailable());
@@ -132,11 +130,13 @@ TEST_F(StoreTunnelTests, AFailedSwitchSpeaksInTheErrorsOwnWords)
 
 TEST_F(StoreTunnelTests, ACancelledOperationIsNobodysNews)
 {
-    service->tunnelStart.fail(VeranoxCancellation());
+    service->tunnelStart.fail(VeranoxAPIFailure::cancelled());
     run(store->setTunnelEnabled(u"db"_s, true));
     EXPECT_EQ(store->lastActionMessage(), QString());
-    service->tunnelDeletion.fail(VeranoxCancellation());
-    EXPECT_THROW(resultOf(world, store->deleteTunnel(u"db"_s)), VeranoxCancellation);
+    service->tunnelDeletion.fail(VeranoxAPIFailure::cancelled());
+    EXPECT_EQ(resultOf(world, store->deleteTunnel(u"db"_s)), Sentence(QString()));
+    service->tunnelSave.fail(VeranoxAPIFailure::cancelled());
+    EXPECT_EQ(save(draftNamed(u"db"_s)), Sentence(QString()));
     EXPECT_EQ(secrets->calls, QStringList());
 }
 

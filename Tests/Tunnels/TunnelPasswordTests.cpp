@@ -1,5 +1,4 @@
 // Where the passwords of SSH tunnels go.
-#include "API/VeranoxAPIError.h"
 #include "Tests/Support/JobResult.h"
 #include "Tests/Support/StoreWorld.h"
 #include "Tunnels/VeranoxNoTunnelSecrets.h"
@@ -99,7 +98,7 @@ TEST_F(TunnelPasswordTests, AWriteThatFailsKeepsTheOldItemAndStillSends)
 
 TEST_F(TunnelPasswordTests, AServiceThatDoesNotTakeItIsNobodysNews)
 {
-    service->tunnelSecret.fail(VeranoxAPIError(u"no"_s));
+    service->tunnelSecret.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
     save(draft(std::nullopt, u"a"_s, u"new"_s));
     EXPECT_EQ(secrets->items, Items({{u"a"_s, u"new"_s}}));
     EXPECT_EQ(store->lastActionMessage(), QString());
@@ -134,8 +133,8 @@ TEST_F(TunnelPasswordTests, ARestartSendsThePasswordFirst)
 {
     secrets->items = {{u"a"_s, u"kept"_s}};
     store->adoptTunnels({sshTunnel(u"a"_s)});
-    service->tunnelSecret.fail(VeranoxAPIError(u"no"_s));
-    service->tunnelRestart.fail(VeranoxAPIError(u"refused"_s));
+    service->tunnelSecret.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
+    service->tunnelRestart.fail(VeranoxAPIFailure::refused(u"refused"_s, 409));
     finish(world, store->restartTunnel(u"a"_s));
     EXPECT_EQ(sent(), QStringList({u"a kept"_s}));
     EXPECT_EQ(service->tunnelRestart.calls, 1) << "whether it was taken or not";
@@ -162,7 +161,7 @@ TEST_F(TunnelPasswordTests, EveryRefreshTellsTheServiceEachPasswordAgain)
     secrets->items = {{u"a"_s, u"1"_s}, {u"c"_s, u"3"_s}, {u"key"_s, u"x"_s}};
     service->tunnels.answer(
         {sshTunnel(u"c"_s), sshTunnel(u"none"_s), sshTunnel(u"key"_s, u"key"_s), sshTunnel(u"a"_s)});
-    service->tunnelSecret.fail(VeranoxAPIError(u"no"_s)); // the walk goes on
+    service->tunnelSecret.fail(VeranoxAPIFailure::refused(u"no"_s, 409)); // the walk goes on
     refresh();
     EXPECT_EQ(sent(), QStringList({u"c 3"_s, u"a 1"_s}));
     EXPECT_EQ(secrets->calls, QStringList({u"read quietly c"_s, u"read quietly none"_s, u"read quietly a"_s}));
@@ -176,7 +175,7 @@ TEST_F(TunnelPasswordTests, AListThatCouldNotBeReadTellsNothing)
 {
     secrets->items = {{u"a"_s, u"1"_s}};
     store->adoptTunnels({sshTunnel(u"a"_s)});
-    service->tunnels.fail(VeranoxAPIError(u"no"_s));
+    service->tunnels.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
     refresh();
     EXPECT_EQ(sent(), QStringList());
 }

@@ -50,6 +50,9 @@ TEST_F(ApiReads, AReadCarriesSessionCorrelationAndAttemptButNoTokenAndNoContentT
     EXPECT_EQ(headers.value("x-veranox-attempt"), "1");
     EXPECT_FALSE(headers.contains("x-veranox-token"));
     EXPECT_FALSE(headers.contains("content-type"));
+    EXPECT_EQ(headers.value("host"), server.url().authority().toLatin1());
+    EXPECT_EQ(headers.value("connection"), "close");
+    EXPECT_EQ(headers.value("accept"), "application/json");
     const QByteArray correlation = headers.value("x-correlation-id");
     EXPECT_EQ(QUuid::fromString(QString::fromUtf8(correlation)).toByteArray(QUuid::WithoutBraces), correlation);
 }

@@ -38,6 +38,14 @@ TEST_F(ApiWrites, AWriteCarriesTheTrimmedTokenAndNoContentTypeWithoutABody)
     EXPECT_EQ(request.body, "");
 }
 
+TEST_F(ApiWrites, ATokenMayHaveFourKibibytes)
+{
+    writeToken(QByteArray(4096, 'x'));
+    server.expect("POST /api/shutdown", reply(200, stopping));
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(server.received().at(0).headers.value("x-veranox-token"), QByteArray(4096, 'x'));
+}
+
 TEST_F(ApiWrites, TheTokenIsReadOnceAndKept)
 {
     writeToken("first");
@@ -113,7 +121,7 @@ TEST_F(ApiWrites, WithoutAUsableTokenTheWriteGoesOutWithoutOne)
         writeToken(content);
         sendsNoToken();
     }
-    writeToken(QByteArray(5000, 'x'));
+    writeToken(QByteArray(4097, 'x'));
     sendsNoToken();
     ASSERT_TRUE(QFile::remove(tokenPath()));
     ASSERT_EQ(::mkfifo(tokenPath().toUtf8().constData(), 0600), 0); // reading it would wait for a writer

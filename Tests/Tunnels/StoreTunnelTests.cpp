@@ -153,15 +153,18 @@ TEST_F(StoreTunnelTests, GroupsTunnelsByProfileWithWorkFirst)
         return record;
     };
     service->profiles.answer({titled(u"a"_s, u"alpha"_s), titled(u"b"_s, u"Beta"_s), titled(u"z"_s, u"Zum WORK"_s),
-        titled(u"homework"_s, u"Ypsilon"_s), titled(u"empty"_s, u"Empty"_s)});
+        titled(u"homework"_s, u"Ypsilon"_s), titled(u"empty"_s, u"Empty"_s), titled(u"twin2"_s, u"Twin"_s),
+        titled(u"twin1"_s, u"TWIN"_s)});
     service->tunnels.answer({of(u"b"_s, u"3"_s), of(u"a"_s, u"1"_s), of(u"z"_s, u"2"_s), of(u"gone"_s, u"x"_s),
-        of(u"homework"_s, u"4"_s), of(u"a"_s, u"0"_s)});
+        of(u"twin1"_s, u"6"_s), of(u"twin2"_s, u"5"_s), of(u"homework"_s, u"4"_s), of(u"a"_s, u"0"_s)});
     refresh();
     QStringList groups;
     for (const auto &[owner, tunnels] : store->tunnelsByProfile())
         for (const VeranoxTunnel &each : tunnels)
             groups.append(owner.name + u' ' + each.name);
-    EXPECT_EQ(groups, QStringList({u"homework 4"_s, u"z 2"_s, u"a 1"_s, u"a 0"_s, u"b 3"_s}));
+    EXPECT_EQ(
+        groups, QStringList({u"homework 4"_s, u"z 2"_s, u"a 1"_s, u"a 0"_s, u"b 3"_s, u"twin2 5"_s, u"twin1 6"_s}))
+        << "equal titles stay as they came";
 }
 
 TEST_F(StoreTunnelTests, ARefreshThatBeganBeforeASaveDoesNotUndoIt)

@@ -204,6 +204,20 @@ TEST_F(TunnelPasswordTests, TheWalkIsOverTheListAtItsBeginning)
     EXPECT_FALSE(store->isRefreshing());
 }
 
+TEST_F(TunnelPasswordTests, ACancelledWalkGoesNoFurther)
+{
+    secrets->items = {{u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}};
+    secrets->delay = 1s;
+    service->tunnels.answer({sshTunnel(u"a"_s), sshTunnel(u"b"_s)});
+    jobs::JobScope scope(world.queue);
+    const auto job = scope.start(store->refresh());
+    world.run(500ms);
+    job.cancel();
+    world.run(5s);
+    EXPECT_TRUE(job.finished());
+    EXPECT_EQ(secrets->calls, QStringList({u"read quietly a"_s}));
+}
+
 TEST_F(TunnelPasswordTests, ADraftAsksTheKeyringOnlyWhereAPasswordMayBeKept)
 {
     secrets->items = {{u"a"_s, u"1"_s}, {u"k"_s, u"1"_s}};

@@ -194,10 +194,11 @@ public:
     // The draft of a tunnel; the keyring is asked only where a password may be kept.
     jobs::Async<VeranoxTunnelDraft> tunnelDraft(VeranoxTunnel tunnel);
 
-    // Saves the draft and then sees to its password, which can make nothing fail. Gives the sentence of what failed.
+    // Saves the draft and then sees to its password, which can make nothing fail. Gives the sentence of what failed;
+    // an empty one when the calling job was cancelled.
     jobs::Async<std::optional<QString>> saveTunnelDraft(VeranoxTunnelDraft draft);
 
-    // Deletes the tunnel and then its password. Gives the sentence of what failed; the password then stays.
+    // Deletes the tunnel and then its password. Gives the sentence of what failed, as above; the password then stays.
     jobs::Async<std::optional<QString>> deleteTunnel(QString name);
 
     // These tell of a failure in lastActionMessage.
@@ -303,9 +304,9 @@ private:
     void setRuntimeLogPersistenceError(std::optional<QString> error);
 
     jobs::Async<> performRefresh();
-    jobs::Async<std::exception_ptr> applyRequired(Fetches *fetches);
+    VeranoxAPICall<> applyRequired(Fetches *fetches);
     jobs::Async<> applyOptional(Fetches *fetches, Generations atStart);
-    jobs::Async<> failRefresh(Fetches *fetches, std::exception_ptr failure);
+    jobs::Async<> failRefresh(Fetches *fetches, VeranoxAPIFailure failure);
     jobs::Async<> refreshLoop();
     void cancelRefreshLoop();
     QString currentStateFields() const;
@@ -328,15 +329,15 @@ private:
     jobs::Async<> requestShutdownForRestart();
     void concludeRestart();
 
-    jobs::Async<std::optional<QString>> applyTunnels(jobs::Async<QList<VeranoxTunnel>> change, QString unavailable);
-    jobs::Async<> switchTunnel(QString name, jobs::Async<QList<VeranoxTunnel>> change);
+    jobs::Async<std::optional<QString>> applyTunnels(VeranoxAPICall<QList<VeranoxTunnel>> change, QString unavailable);
+    jobs::Async<> switchTunnel(QString name, VeranoxAPICall<QList<VeranoxTunnel>> change);
     jobs::Async<> storeTunnelPassword(VeranoxTunnelDraft draft, QString saved);
     jobs::Async<> sendStoredPassword(QString tunnelName, VeranoxTunnelSecretStoring::Unlocking unlocking);
     jobs::Async<> republishTunnelSecrets();
 
     std::optional<QString> publicationConflict(const VeranoxPublicationDraft &draft) const;
     jobs::Async<VeranoxPublicationActionResult> applyPublications(
-        jobs::Async<QList<VeranoxPublication>> change, QString success, QString unavailable);
+        VeranoxAPICall<QList<VeranoxPublication>> change, QString success, QString unavailable);
     void tellOfFailure(const QString &publication, const VeranoxPublicationActionResult &result);
 
     jobs::Async<> performQuit();

@@ -1,5 +1,4 @@
 // The two ends of the store: an orderly quit, and the last word when there is no time for one.
-#include "Base/Failures/VeranoxFailure.h"
 #include "Core/VeranoxStore.h"
 
 using namespace Qt::StringLiterals;
@@ -35,8 +34,8 @@ jobs::Async<> VeranoxStore::performQuit()
 
 jobs::Async<> VeranoxStore::requestServiceShutdown()
 {
-    if (const auto failure = co_await failureOf(m_apiClient->shutdown())) {
-        appendLog(u"[GUI] shutdown request failed: "_s + describeFailure(failure));
+    if (const auto request = co_await m_apiClient->shutdown(); !request) {
+        appendLog(u"[GUI] shutdown request failed: "_s + request.error().localizedDescription());
         co_return;
     }
     co_await jobs::sleep(quitSettleTime);

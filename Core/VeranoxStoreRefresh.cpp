@@ -1,6 +1,4 @@
 // One refresh, and the schedule on which it is repeated.
-#include "Base/Failures/VeranoxFailure.h"
-#include "Base/Failures/VeranoxOutcome.h"
 #include "Core/VeranoxStore.h"
 
 using namespace Qt::StringLiterals;
@@ -12,21 +10,16 @@ constexpr jobs::Clock::Duration settledInterval = 15s;
 constexpr jobs::Clock::Duration settlingInterval = 2s;
 constexpr int settlingPollLimit = 30; // then a profile that never settles costs no more than a settled one
 
-template <class T> jobs::Child<VeranoxOutcome<T>> begin(jobs::Async<T> fetch)
-{
-    return jobs::fork(outcomeOf(std::move(fetch)));
-}
-
 } // namespace
 
 struct VeranoxStore::Fetches {
     explicit Fetches(VeranoxAPIClientProtocol &client)
-        : profiles(begin(client.fetchProfiles())),
-          config(begin(client.fetchConfig())),
-          editableConfig(begin(client.fetchEditableConfig())),
-          environment(begin(client.fetchEnvironment())),
-          tunnels(begin(client.fetchTunnels())),
-          publications(begin(client.fetchPublications()))
+        : profiles(jobs::fork(client.fetchProfiles())),
+          config(jobs::fork(client.fetchConfig())),
+          editableConfig(jobs::fork(client.fetchEditableConfig())),
+          environment(jobs::fork(client.fetchEnvironment())),
+          tunnels(jobs::fork(client.fetchTunnels())),
+          publications(jobs::fork(client.fetchPublications()))
     {
     }
 
@@ -51,12 +44,12 @@ struct VeranoxStore::Fetches {
         co_await publications;
     }
 
-    jobs::Child<VeranoxOutcome<QList<VeranoxProfile>>> profiles;
-    jobs::Child<VeranoxOutcome<VeranoxConfig>> config;
-    jobs::Child<VeranoxOutcome<VeranoxEditableConfig>> editableConfig;
-    jobs::Child<VeranoxOutcome<VeranoxEnvironment>> environment;
-    jobs::Child<VeranoxOutcome<QList<VeranoxTunnel>>> tunnels;
-    jobs::Child<VeranoxOutcome<QList<VeranoxPublication>>> publications;
+    jobs::Child<VeranoxAPIResult<QList<VeranoxProfile>>> profiles;
+    jobs::Child<VeranoxAPIResult<VeranoxConfig>> config;
+    jobs::Child<VeranoxAPIResult<VeranoxEditableConfig>> editableConfig;
+    jobs::Child<VeranoxAPIResult<VeranoxEnvironment>> environment;
+    jobs::Child<VeranoxAPIResult<QList<VeranoxTunnel>>> tunnels;
+    jobs::Child<VeranoxAPIResult<QList<VeranoxPublication>>> publications;
 };
 
 void VeranoxStore::requestRefresh()
@@ -80,8 +73,8 @@ jobs::Async<> VeranoxStore::performRefresh()
     Fetches fetches(*m_apiClient);
     const bool routerDraftWasEdited = routerDraftHasChanges();
 
-    if (const auto failure = co_await applyRequired(&fetches)) {
-        co_await failRefresh(&fetches, failure);
+    if (const auto required = co_await applyRequired(&fetches); !required) {
+        co_await failRefresh(&fetches, required.error());
     } else {
         co_await applyOptional(&fetches, generations);
         if (!routerDraftWasEdited && m_editableConfig)
@@ -94,23 +87,23 @@ jobs::Async<> VeranoxStore::performRefresh()
 }
 
 // Without these three nothing else can be trusted. The order is fixed: what came before the failure stays applied.
-jobs::Async<std::exception_ptr> VeranoxStore::applyRequired(Fetches *fetches)
+VeranoxAPICall<> VeranoxStore::applyRequired(Fetches *fetches)
 {
     auto profiles = co_await fetches->profiles;
     if (!profiles)
-        co_return profiles.error();
+        co_return std::unexpected(profiles.error());
     setProfiles(*std::move(profiles));
 
     auto config = co_await fetches->config;
     if (!config)
-        co_return config.error();
+        co_return std::unexpected(config.error());
     setConfig(*std::move(config));
 
     auto editableConfig = co_await fetches->editableConfig;
     if (!editableConfig)
-        co_return editableConfig.error();
+        co_return std::unexpected(editableConfig.error());
     setEditableConfig(*std::move(editableConfig));
-    co_return nullptr;
+    co_return VeranoxAPIResult<>();
 }
 
 // A fault in one of these leaves its old value; it says nothing about the service as a whole. A list that a mutation
@@ -129,13 +122,13 @@ jobs::Async<> VeranoxStore::applyOptional(Fetches *fetches, Generations atStart)
         setPublications(*std::move(publications));
 }
 
-jobs::Async<> VeranoxStore::failRefresh(Fetches *fetches, std::exception_ptr failure)
+jobs::Async<> VeranoxStore::failRefresh(Fetches *fetches, VeranoxAPIFailure failure)
 {
     fetches->cancel();
     co_await fetches->settled();
-    if (isCancellation(failure))
+    if (failure.isCancellation())
         co_return;
-    const ServiceState failed = ServiceState::error(describeFailure(failure));
+    const ServiceState failed = ServiceState::error(failure.localizedDescription());
     if (m_serviceState != failed) // a lasting failure is logged once, not with every refresh
         appendLog(u"[GUI] status refresh failed: "_s + failed.message());
     setServiceState(failed);

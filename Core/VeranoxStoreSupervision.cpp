@@ -204,10 +204,10 @@ jobs::Async<> VeranoxStore::restartRouterForPendingChangesAsync()
 // The service may be dead already: a failure stops nothing.
 jobs::Async<> VeranoxStore::requestShutdownForRestart()
 {
-    const auto failure = co_await failureOf(m_apiClient->shutdown());
-    if (failure) {
-        if (!isCancellation(failure))
-            appendLog(u"[GUI] restart shutdown failed: "_s + describeFailure(failure));
+    const auto request = co_await m_apiClient->shutdown();
+    if (!request) {
+        if (!request.error().isCancellation())
+            appendLog(u"[GUI] restart shutdown failed: "_s + request.error().localizedDescription());
         co_return;
     }
     co_await jobs::sleep(restartSettleTime);

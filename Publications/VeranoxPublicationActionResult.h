@@ -2,7 +2,7 @@
 #include <QMetaType>
 #include <QString>
 
-// How an operation on a publication ended, as one sentence for a person.
+// How an operation on a publication ended, as one sentence for a person, if there is something to say.
 struct VeranoxPublicationActionResult {
     Q_GADGET
     Q_PROPERTY(Kind kind MEMBER kind)
@@ -14,9 +14,11 @@ public:
 
     static VeranoxPublicationActionResult success(const QString &message) { return {Kind::success, message}; }
     static VeranoxPublicationActionResult failure(const QString &message) { return {Kind::failure, message}; }
+    static VeranoxPublicationActionResult cancelled() { return {Kind::failure, {}, true}; }
 
     Kind kind = Kind::failure;
     QString message;
+    bool isCancelled = false; // the job that waited was: a failure of which nothing is said
 
     bool isSuccess() const { return kind == Kind::success; }
 

@@ -45,7 +45,7 @@ constexpr std::array<VeranoxServerErrorTable::Row, 15> rows{{
 
 namespace VeranoxPublicationErrorMessage {
 
-QString message(const std::exception_ptr &failure, const QString &serviceUnavailable)
+QString message(const VeranoxAPIFailure &failure, const QString &serviceUnavailable)
 {
     return VeranoxServerErrorTable::message(failure, serviceUnavailable, messageForServerError);
 }

@@ -1,6 +1,4 @@
 // What a person does with publications.
-#include "Base/Failures/VeranoxFailure.h"
-#include "Base/Failures/VeranoxOutcome.h"
 #include "Core/VeranoxStore.h"
 #include "Profiles/VeranoxGroupedByProfile.h"
 #include "Publications/VeranoxPublicationErrorMessage.h"
@@ -84,19 +82,19 @@ jobs::Async<Result> VeranoxStore::setPublicationEnabled(QString name, bool enabl
     const Result result = co_await applyPublications(std::move(change), u"Publication "_s + name + verb,
         u"The Veranox service is not running, so the publication was not changed."_s);
     tellOfFailure(name, result);
-    if (!result.isSuccess())
-        if (auto fresh = co_await outcomeOf(m_apiClient->fetchPublications()))
+    if (!result.isSuccess() && !result.isCancelled)
+        if (auto fresh = co_await m_apiClient->fetchPublications())
             adoptPublications(*std::move(fresh));
     co_return result;
 }
 
 jobs::Async<Result> VeranoxStore::applyPublications(
-    jobs::Async<QList<VeranoxPublication>> change, QString success, QString unavailable)
+    VeranoxAPICall<QList<VeranoxPublication>> change, QString success, QString unavailable)
 {
-    auto fresh = co_await outcomeOf(std::move(change));
+    auto fresh = co_await std::move(change);
     if (!fresh) {
-        if (isCancellation(fresh.error()))
-            std::rethrow_exception(fresh.error());
+        if (fresh.error().isCancellation())
+            co_return Result::cancelled();
         co_return Result::failure(VeranoxPublicationErrorMessage::message(fresh.error(), unavailable));
     }
     adoptPublications(*std::move(fresh));
@@ -105,6 +103,6 @@ jobs::Async<Result> VeranoxStore::applyPublications(
 
 void VeranoxStore::tellOfFailure(const QString &publication, const Result &result)
 {
-    if (!result.isSuccess())
+    if (!result.isSuccess() && !result.isCancelled)
         setLastActionMessage(u"Publication "_s + publication + u": "_s + result.message);
 }

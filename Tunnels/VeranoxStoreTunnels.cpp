@@ -1,6 +1,4 @@
 // What a person does with tunnels, and where their passwords go.
-#include "Base/Failures/VeranoxFailure.h"
-#include "Base/Failures/VeranoxOutcome.h"
 #include "Core/VeranoxStore.h"
 #include "Profiles/VeranoxGroupedByProfile.h"
 #include "Tunnels/VeranoxTunnelErrorMessage.h"
@@ -45,14 +43,14 @@ jobs::Async<std::optional<QString>> VeranoxStore::deleteTunnel(QString name)
     co_return problem;
 }
 
-// Gives the sentence of what failed.
+// Gives the sentence of what failed; an empty one when it was cancelled.
 jobs::Async<std::optional<QString>> VeranoxStore::applyTunnels(
-    jobs::Async<QList<VeranoxTunnel>> change, QString unavailable)
+    VeranoxAPICall<QList<VeranoxTunnel>> change, QString unavailable)
 {
-    auto fresh = co_await outcomeOf(std::move(change));
+    auto fresh = co_await std::move(change);
     if (!fresh) {
-        if (isCancellation(fresh.error()))
-            std::rethrow_exception(fresh.error());
+        if (fresh.error().isCancellation())
+            co_return QString();
         co_return VeranoxTunnelErrorMessage::message(fresh.error(), unavailable);
     }
     adoptTunnels(*std::move(fresh));
@@ -72,13 +70,13 @@ jobs::Async<> VeranoxStore::setTunnelEnabled(QString name, bool enabled)
     co_await switchTunnel(name, enabled ? m_apiClient->startTunnel(name) : m_apiClient->stopTunnel(name));
 }
 
-jobs::Async<> VeranoxStore::switchTunnel(QString name, jobs::Async<QList<VeranoxTunnel>> change)
+jobs::Async<> VeranoxStore::switchTunnel(QString name, VeranoxAPICall<QList<VeranoxTunnel>> change)
 {
-    auto fresh = co_await outcomeOf(std::move(change));
+    auto fresh = co_await std::move(change);
     if (fresh)
         adoptTunnels(*std::move(fresh));
-    else if (!isCancellation(fresh.error()))
-        setLastActionMessage(u"Tunnel "_s + name + u": "_s + describeFailure(fresh.error()));
+    else if (!fresh.error().isCancellation())
+        setLastActionMessage(u"Tunnel "_s + name + u": "_s + fresh.error().localizedDescription());
 }
 
 // Whatever happens to the keyring or on the way to the service, the tunnel is saved.
@@ -102,14 +100,14 @@ jobs::Async<> VeranoxStore::storeTunnelPassword(VeranoxTunnelDraft draft, QStrin
     const bool isStored = co_await m_tunnelSecrets->setPassword(password, saved);
     if (isStored && isRenamed)
         co_await m_tunnelSecrets->deletePassword(previous);
-    co_await failureOf(m_apiClient->setTunnelSecret(saved, password));
+    std::ignore = co_await m_apiClient->setTunnelSecret(saved, password);
 }
 
 // A failure on the way is nobody's news: the next refresh tries again.
 jobs::Async<> VeranoxStore::sendStoredPassword(QString tunnelName, Unlocking unlocking)
 {
     if (const auto password = co_await m_tunnelSecrets->password(tunnelName, unlocking))
-        co_await failureOf(m_apiClient->setTunnelSecret(tunnelName, *password));
+        std::ignore = co_await m_apiClient->setTunnelSecret(tunnelName, *password);
 }
 
 // A service that has restarted knows no password: it is told each of them with every refresh.

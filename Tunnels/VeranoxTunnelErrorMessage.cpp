@@ -18,7 +18,7 @@ constexpr std::array<VeranoxServerErrorTable::Row, 3> rows{{
 
 namespace VeranoxTunnelErrorMessage {
 
-QString message(const std::exception_ptr &failure, const QString &serviceUnavailable)
+QString message(const VeranoxAPIFailure &failure, const QString &serviceUnavailable)
 {
     return VeranoxServerErrorTable::message(failure, serviceUnavailable, messageForServerError);
 }

@@ -1,10 +1,6 @@
 #include "API/Client/VeranoxAPIClient.h"
-#include "API/Client/VeranoxAPIClientError.h"
-#include "API/Client/VeranoxAPIError.h"
-#include "API/Client/VeranoxAPIErrorBody.h"
-#include "API/Client/VeranoxBadServerResponse.h"
-#include "Base/Failures/VeranoxCancellation.h"
 #include "Base/Json/Json.h"
+#include "API/Client/VeranoxAPIErrorBody.h"
 #include "Base/Json/VeranoxDecodingError.h"
 
 using namespace Qt::StringLiterals;
@@ -24,38 +20,24 @@ QString currentCorrelationID()
     return bound ? *bound : makeVeranoxIdentifier();
 }
 
-[[noreturn]] void throwRefusal(const QByteArray &body)
+VeranoxAPIFailure refusalIn(const VeranoxHTTPResponse &response)
 {
-    std::optional<QString> reason;
     try {
-        reason = decodeRecord<VeranoxAPIErrorBody>(body).error;
+        return VeranoxAPIFailure::refused(decodeRecord<VeranoxAPIErrorBody>(response.body).error, response.status);
     } catch (const VeranoxDecodingError &) {
-        throw VeranoxBadServerResponse();
+        return VeranoxAPIFailure::badResponse();
     }
-    throw VeranoxAPIError(*reason);
 }
 
-std::exception_ptr errorOf(VeranoxTransportFailure failure)
+VeranoxAPIFailure failureOf(VeranoxTransportFailure failure)
 {
     switch (failure) {
     case VeranoxTransportFailure::Unreachable:
         break;
     case VeranoxTransportFailure::TooLarge:
-        return std::make_exception_ptr(VeranoxBadServerResponse());
+        return VeranoxAPIFailure::badResponse();
     }
-    return std::make_exception_ptr(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable));
-}
-
-// What work throws, or nothing. The exception is the caller's alone, who may give it to another thread: a handler that
-// answers from inside still holds it afterwards.
-std::exception_ptr failureOf(const std::function<void()> &work)
-{
-    try {
-        work();
-    } catch (...) {
-        return std::current_exception();
-    }
-    return nullptr;
+    return VeranoxAPIFailure::unavailable();
 }
 
 } // namespace
@@ -75,17 +57,13 @@ VeranoxAPIClient::VeranoxAPIClient(jobs::MainQueue &queue, const QUrl &baseURL, 
 jobs::Async<bool> VeranoxAPIClient::healthCheck()
 {
     const Call call{.method = "GET", .path = u"/api/health"_s};
-    const auto discardBody = [](const QByteArray &) { };
-    try {
-        const Answer answer =
-            co_await attempt(makeRequest(call, currentCorrelationID(), {}, 1), discardBody, healthTimeout);
-        co_return isSuccess(answer.status);
-    } catch (const VeranoxError &) { // whatever the reason, the service did not answer well
-    }
-    co_return false;
+    const auto discardBody = [](const QByteArray &) { return VeranoxAPIResult<>(); };
+    const Answer answer =
+        co_await attempt(makeRequest(call, currentCorrelationID(), {}, 1), discardBody, healthTimeout);
+    co_return answer.outcome.has_value();
 }
 
-jobs::Async<void> VeranoxAPIClient::requestData(Call call, BodyReader reader)
+VeranoxAPICall<> VeranoxAPIClient::requestData(Call call, BodyReader reader)
 {
     const bool readOnly = call.method == "GET" || call.method == "HEAD";
     const QString correlationID = currentCorrelationID(); // one for both attempts
@@ -98,15 +76,20 @@ jobs::Async<void> VeranoxAPIClient::requestData(Call call, BodyReader reader)
         token = co_await controlToken();
         answer = co_await attempt(makeRequest(call, correlationID, token, 2), reader, requestTimeout);
     }
-    if (answer.failure)
-        std::rethrow_exception(answer.failure);
+    co_return std::move(answer.outcome);
 }
 
-jobs::Async<QByteArray> VeranoxAPIClient::requestConfigData()
+VeranoxAPICall<QByteArray> VeranoxAPIClient::requestConfigData()
 {
     const auto data = std::make_shared<QByteArray>();
+    const auto keep = [data](QByteArray body) {
+        *data = std::move(body);
+        return VeranoxAPIResult<>();
+    };
     const Call call{.method = "GET", .path = u"/api/config"_s};
-    co_await requestData(call, [data](QByteArray body) { *data = std::move(body); });
+    const auto outcome = co_await requestData(call, keep);
+    if (!outcome)
+        co_return std::unexpected(outcome.error());
     co_return std::move(*data);
 }
 
@@ -114,16 +97,14 @@ jobs::Async<VeranoxAPIClient::Answer> VeranoxAPIClient::attempt(
     VeranoxHTTPRequest request, BodyReader reader, jobs::Clock::Duration timeout)
 {
     if (jobs::this_job::cancelled())
-        throw VeranoxCancellation();
+        co_return Answer{.outcome = std::unexpected(VeranoxAPIFailure::cancelled())};
     auto sending = jobs::fork(exchange(std::move(request), std::move(reader)));
     const jobs::CancelAfter limit(sending, timeout);
-    try {
-        co_return co_await sending;
-    } catch (const VeranoxCancellation &) { // by the caller or by the limit
-    }
-    if (limit.expired() && !jobs::this_job::cancelled())
-        throw VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable);
-    throw VeranoxCancellation();
+    Answer answer = co_await sending;
+    const bool isCancelled = !answer.outcome && answer.outcome.error().isCancellation();
+    if (isCancelled && limit.expired() && !jobs::this_job::cancelled())
+        answer.outcome = std::unexpected(VeranoxAPIFailure::unavailable());
+    co_return answer;
 }
 
 jobs::Async<VeranoxAPIClient::Answer> VeranoxAPIClient::exchange(VeranoxHTTPRequest request, BodyReader reader)
@@ -131,18 +112,15 @@ jobs::Async<VeranoxAPIClient::Answer> VeranoxAPIClient::exchange(VeranoxHTTPRequ
     const jobs::Completion<Answer> answer(m_queue);
     const auto to = answer.resolver();
     const std::stop_callback onCancel(
-        to.stopToken(), [to] { to.fail(std::make_exception_ptr(VeranoxCancellation())); });
+        to.stopToken(), [to] { to.resolve(Answer{.outcome = std::unexpected(VeranoxAPIFailure::cancelled())}); });
     const auto interpret = [to, reader = std::move(reader)](VeranoxLoopbackTransport::Result result) {
         if (to.stopToken().stop_requested())
             return; // onCancel answers: that the connection broke is what the stop did to it
         if (!result)
-            return to.resolve(Answer{.failure = errorOf(result.error())});
-        auto failure = failureOf([&] {
-            if (!isSuccess(result->status))
-                throwRefusal(result->body);
-            reader(std::move(result->body));
-        });
-        to.resolve(Answer{.status = result->status, .failure = std::move(failure)});
+            return to.resolve(Answer{.outcome = std::unexpected(failureOf(result.error()))});
+        const int status = result->status;
+        to.resolve(Answer{.status = status,
+            .outcome = isSuccess(status) ? reader(std::move(result->body)) : std::unexpected(refusalIn(*result))});
     };
     m_transport.send(std::move(request), to.stopToken(), interpret);
     co_return co_await answer;
@@ -163,10 +141,8 @@ jobs::Async<void> VeranoxAPIClient::inTransportThread(std::function<void()> work
 {
     const jobs::Completion<> done(m_queue, jobs::AnswerFrom::Thread);
     m_transport.run([to = done.resolver(), work = std::move(work)] {
-        if (auto failure = failureOf(work))
-            to.fail(std::move(failure));
-        else
-            to.resolve();
+        work();
+        to.resolve();
     });
     co_await done;
 }

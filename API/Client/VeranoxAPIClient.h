@@ -5,7 +5,6 @@
 #include "API/Client/VeranoxDiagnosticSession.h"
 #include "API/Client/VeranoxLoopbackTransport.h"
 #include <QUrl>
-#include <exception>
 
 // What the client tells of the program and the machine beside a user's feedback.
 struct VeranoxClientIdentity {
@@ -24,57 +23,58 @@ public:
         VeranoxClientIdentity identity, QString controlTokenPath = defaultControlTokenPath());
 
     jobs::Async<bool> healthCheck() override;
-    jobs::Async<QList<VeranoxProfile>> fetchProfiles() override;
-    jobs::Async<VeranoxConfig> fetchConfig() override;
-    jobs::Async<VeranoxEditableConfig> fetchEditableConfig() override;
-    jobs::Async<void> saveConfig(VeranoxEditableConfig config) override;
-    jobs::Async<VeranoxProfileAction> login(QString profileName) override;
-    jobs::Async<VeranoxProfileAction> logout(QString profileName) override;
-    jobs::Async<void> shutdown() override;
-    jobs::Async<VeranoxPathReport> diagnose(QString target) override;
-    jobs::Async<QList<VeranoxTunnel>> fetchTunnels() override;
-    jobs::Async<QList<VeranoxTunnel>> saveTunnel(
+    VeranoxAPICall<QList<VeranoxProfile>> fetchProfiles() override;
+    VeranoxAPICall<VeranoxConfig> fetchConfig() override;
+    VeranoxAPICall<VeranoxEditableConfig> fetchEditableConfig() override;
+    VeranoxAPICall<> saveConfig(VeranoxEditableConfig config) override;
+    VeranoxAPICall<VeranoxProfileAction> login(QString profileName) override;
+    VeranoxAPICall<VeranoxProfileAction> logout(QString profileName) override;
+    VeranoxAPICall<> shutdown() override;
+    VeranoxAPICall<VeranoxPathReport> diagnose(QString target) override;
+    VeranoxAPICall<QList<VeranoxTunnel>> fetchTunnels() override;
+    VeranoxAPICall<QList<VeranoxTunnel>> saveTunnel(
         QString name, std::optional<QString> originalName, VeranoxEditableTunnel tunnel) override;
-    jobs::Async<QList<VeranoxTunnel>> deleteTunnel(QString name) override;
-    jobs::Async<QList<VeranoxTunnel>> startTunnel(QString name) override;
-    jobs::Async<QList<VeranoxTunnel>> stopTunnel(QString name) override;
-    jobs::Async<QList<VeranoxTunnel>> restartTunnel(QString name) override;
-    jobs::Async<void> setTunnelSecret(QString name, QString password) override;
-    jobs::Async<QList<VeranoxPublication>> fetchPublications() override;
-    jobs::Async<QList<VeranoxPublication>> savePublication(
+    VeranoxAPICall<QList<VeranoxTunnel>> deleteTunnel(QString name) override;
+    VeranoxAPICall<QList<VeranoxTunnel>> startTunnel(QString name) override;
+    VeranoxAPICall<QList<VeranoxTunnel>> stopTunnel(QString name) override;
+    VeranoxAPICall<QList<VeranoxTunnel>> restartTunnel(QString name) override;
+    VeranoxAPICall<> setTunnelSecret(QString name, QString password) override;
+    VeranoxAPICall<QList<VeranoxPublication>> fetchPublications() override;
+    VeranoxAPICall<QList<VeranoxPublication>> savePublication(
         QString name, std::optional<QString> originalName, VeranoxEditablePublication publication) override;
-    jobs::Async<QList<VeranoxPublication>> deletePublication(QString name) override;
-    jobs::Async<QList<VeranoxPublication>> startPublication(QString name) override;
-    jobs::Async<QList<VeranoxPublication>> stopPublication(QString name) override;
-    jobs::Async<QList<VeranoxPublication>> restartPublication(QString name) override;
-    jobs::Async<VeranoxEnvironment> fetchEnvironment() override;
-    jobs::Async<VeranoxFeedbackResult> submitFeedback(QString message, QString kind, QString contact) override;
+    VeranoxAPICall<QList<VeranoxPublication>> deletePublication(QString name) override;
+    VeranoxAPICall<QList<VeranoxPublication>> startPublication(QString name) override;
+    VeranoxAPICall<QList<VeranoxPublication>> stopPublication(QString name) override;
+    VeranoxAPICall<QList<VeranoxPublication>> restartPublication(QString name) override;
+    VeranoxAPICall<VeranoxEnvironment> fetchEnvironment() override;
+    VeranoxAPICall<VeranoxFeedbackResult> submitFeedback(QString message, QString kind, QString contact) override;
 
 private:
-    // Takes the body of a 2xx answer, in the transport's thread. What it throws is thrown to the caller.
-    using BodyReader = std::function<void(QByteArray)>;
+    // Takes the body of a 2xx answer, in the transport's thread. Its failure is the call's.
+    using BodyReader = std::function<VeranoxAPIResult<>(QByteArray)>;
     struct Call {
         QByteArray method;
         QString path; // relative to the base URL, percent-encoded, with its query
         std::optional<QByteArray> body = {}; // JSON
     };
     struct Answer {
-        int status = 0;
-        std::exception_ptr failure = {}; // why it is no 2xx with a good body
+        int status = 0; // 0: none came
+        VeranoxAPIResult<> outcome = {}; // good: a 2xx with a good body
     };
 
     // The operations are written in these: one line each.
-    template <class T> jobs::Async<T> get(QString path);
-    template <class T> jobs::Async<T> getFromConfig();
-    template <class T> jobs::Async<T> write(VeranoxAPIWrite which, Call call);
-    jobs::Async<VeranoxProfileAction> actOnProfile(VeranoxAPIWrite which, const QString &name, const QString &action);
-    jobs::Async<QList<VeranoxTunnel>> actOnTunnel(VeranoxAPIWrite which, const QString &name, const QString &action);
-    jobs::Async<QList<VeranoxPublication>> actOnPublication(
+    template <class T> VeranoxAPICall<T> get(QString path);
+    template <class T> VeranoxAPICall<T> getFromConfig();
+    template <class T> VeranoxAPICall<T> write(VeranoxAPIWrite which, Call call);
+    VeranoxAPICall<VeranoxProfileAction> actOnProfile(
+        VeranoxAPIWrite which, const QString &name, const QString &action);
+    VeranoxAPICall<QList<VeranoxTunnel>> actOnTunnel(VeranoxAPIWrite which, const QString &name, const QString &action);
+    VeranoxAPICall<QList<VeranoxPublication>> actOnPublication(
         VeranoxAPIWrite which, const QString &name, const QString &action);
 
     // One request with its token and, for a write that was refused with 403, its second attempt.
-    jobs::Async<void> requestData(Call call, BodyReader reader);
-    jobs::Async<QByteArray> requestConfigData();
+    VeranoxAPICall<> requestData(Call call, BodyReader reader);
+    VeranoxAPICall<QByteArray> requestConfigData();
     jobs::Async<Answer> attempt(VeranoxHTTPRequest request, BodyReader reader, jobs::Clock::Duration timeout);
     jobs::Async<Answer> exchange(VeranoxHTTPRequest request, BodyReader reader);
     jobs::Async<std::optional<QString>> controlToken();

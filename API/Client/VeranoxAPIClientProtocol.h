@@ -1,5 +1,5 @@
 #pragma once
-#include "Base/Jobs/Job.h"
+#include "API/Client/VeranoxAPIFailure.h"
 #include <QList>
 #include <QString>
 #include <optional>
@@ -18,12 +18,7 @@ struct VeranoxTunnel;
 
 // The operations through which the application reaches the local service. Main thread only, from within a job.
 //
-// Every operation but healthCheck() fails with one of
-//   VeranoxAPIClientError     the service cannot be reached, or did not answer in time
-//   VeranoxAPIError           the service refused, and says why
-//   VeranoxBadServerResponse  the answer is not one that the service gives
-//   VeranoxDecodingError      a successful answer whose body is not the record it should be
-//   VeranoxCancellation       the calling job was cancelled meanwhile; never shown
+// Each but healthCheck() gives its answer or the failure, and throws nothing.
 class VeranoxAPIClientProtocol {
 public:
     VeranoxAPIClientProtocol() = default;
@@ -34,31 +29,31 @@ public:
     // Writes to tunnels and publications answer with the complete new list.
 
     virtual jobs::Async<bool> healthCheck() = 0; // true when the service answers well within 2 s; never fails
-    virtual jobs::Async<QList<VeranoxProfile>> fetchProfiles() = 0;
-    virtual jobs::Async<VeranoxConfig> fetchConfig() = 0; // shares one request with fetchEditableConfig()
-    virtual jobs::Async<VeranoxEditableConfig> fetchEditableConfig() = 0;
+    virtual VeranoxAPICall<QList<VeranoxProfile>> fetchProfiles() = 0;
+    virtual VeranoxAPICall<VeranoxConfig> fetchConfig() = 0; // shares one request with fetchEditableConfig()
+    virtual VeranoxAPICall<VeranoxEditableConfig> fetchEditableConfig() = 0;
     // The whole document, as the user's current truth.
-    virtual jobs::Async<void> saveConfig(VeranoxEditableConfig config) = 0;
-    virtual jobs::Async<VeranoxProfileAction> login(QString profileName) = 0;
-    virtual jobs::Async<VeranoxProfileAction> logout(QString profileName) = 0;
-    virtual jobs::Async<void> shutdown() = 0; // asks the service to stop; may fail although it stops
+    virtual VeranoxAPICall<> saveConfig(VeranoxEditableConfig config) = 0;
+    virtual VeranoxAPICall<VeranoxProfileAction> login(QString profileName) = 0;
+    virtual VeranoxAPICall<VeranoxProfileAction> logout(QString profileName) = 0;
+    virtual VeranoxAPICall<> shutdown() = 0; // asks the service to stop; may fail although it stops
     // An "&" in the target splits the query, and the service sees what stands before it.
-    virtual jobs::Async<VeranoxPathReport> diagnose(QString target) = 0;
-    virtual jobs::Async<QList<VeranoxTunnel>> fetchTunnels() = 0;
-    virtual jobs::Async<QList<VeranoxTunnel>> saveTunnel(
+    virtual VeranoxAPICall<VeranoxPathReport> diagnose(QString target) = 0;
+    virtual VeranoxAPICall<QList<VeranoxTunnel>> fetchTunnels() = 0;
+    virtual VeranoxAPICall<QList<VeranoxTunnel>> saveTunnel(
         QString name, std::optional<QString> originalName, VeranoxEditableTunnel tunnel) = 0;
-    virtual jobs::Async<QList<VeranoxTunnel>> deleteTunnel(QString name) = 0;
-    virtual jobs::Async<QList<VeranoxTunnel>> startTunnel(QString name) = 0;
-    virtual jobs::Async<QList<VeranoxTunnel>> stopTunnel(QString name) = 0;
-    virtual jobs::Async<QList<VeranoxTunnel>> restartTunnel(QString name) = 0;
-    virtual jobs::Async<void> setTunnelSecret(QString name, QString password) = 0;
-    virtual jobs::Async<QList<VeranoxPublication>> fetchPublications() = 0;
-    virtual jobs::Async<QList<VeranoxPublication>> savePublication(
+    virtual VeranoxAPICall<QList<VeranoxTunnel>> deleteTunnel(QString name) = 0;
+    virtual VeranoxAPICall<QList<VeranoxTunnel>> startTunnel(QString name) = 0;
+    virtual VeranoxAPICall<QList<VeranoxTunnel>> stopTunnel(QString name) = 0;
+    virtual VeranoxAPICall<QList<VeranoxTunnel>> restartTunnel(QString name) = 0;
+    virtual VeranoxAPICall<> setTunnelSecret(QString name, QString password) = 0;
+    virtual VeranoxAPICall<QList<VeranoxPublication>> fetchPublications() = 0;
+    virtual VeranoxAPICall<QList<VeranoxPublication>> savePublication(
         QString name, std::optional<QString> originalName, VeranoxEditablePublication publication) = 0;
-    virtual jobs::Async<QList<VeranoxPublication>> deletePublication(QString name) = 0;
-    virtual jobs::Async<QList<VeranoxPublication>> startPublication(QString name) = 0;
-    virtual jobs::Async<QList<VeranoxPublication>> stopPublication(QString name) = 0;
-    virtual jobs::Async<QList<VeranoxPublication>> restartPublication(QString name) = 0;
-    virtual jobs::Async<VeranoxEnvironment> fetchEnvironment() = 0;
-    virtual jobs::Async<VeranoxFeedbackResult> submitFeedback(QString message, QString kind, QString contact) = 0;
+    virtual VeranoxAPICall<QList<VeranoxPublication>> deletePublication(QString name) = 0;
+    virtual VeranoxAPICall<QList<VeranoxPublication>> startPublication(QString name) = 0;
+    virtual VeranoxAPICall<QList<VeranoxPublication>> stopPublication(QString name) = 0;
+    virtual VeranoxAPICall<QList<VeranoxPublication>> restartPublication(QString name) = 0;
+    virtual VeranoxAPICall<VeranoxEnvironment> fetchEnvironment() = 0;
+    virtual VeranoxAPICall<VeranoxFeedbackResult> submitFeedback(QString message, QString kind, QString contact) = 0;
 };

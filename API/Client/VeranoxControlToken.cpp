@@ -27,7 +27,8 @@ std::optional<QString> readControlToken(const QString &path)
     const QByteArray content = file.read(maximumTokenFileSize + 1);
     if (content.size() > maximumTokenFileSize)
         return std::nullopt;
-    QStringDecoder decoder(QStringDecoder::Utf8);
+    // Stateless: the file is all there is, and a character that it cuts is no beginning of another one.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(content);
     if (decoder.hasError())
         return std::nullopt;

@@ -73,16 +73,30 @@ asio::awaitable<error_code> readFinalAnswer(tcp::socket &socket, std::optional<P
     co_return error;
 }
 
-asio::awaitable<VeranoxLoopbackTransport::Result> exchange(tcp::socket &socket, tcp::endpoint endpoint, Request message)
+struct Exchange {
+    tcp::socket socket;
+    Request message;
+};
+
+// That it failed needs no word: what breaks the connection ends the reading too, behind the answer that came before.
+asio::awaitable<void> writeRequest(std::shared_ptr<Exchange> exchange)
 {
+    co_await http::async_write(exchange->socket, exchange->message, answer);
+}
+
+// Writes and reads side by side: a service may refuse a request before it has come whole, and take no more of it.
+asio::awaitable<VeranoxLoopbackTransport::Result> run(std::shared_ptr<Exchange> exchange, tcp::endpoint endpoint)
+{
+    tcp::socket &socket = exchange->socket;
     auto [connectError] = co_await socket.async_connect(endpoint, answer);
     if (connectError)
         co_return std::unexpected(failureOf(connectError));
-    auto [writeError, written] = co_await http::async_write(socket, message, answer);
-    if (writeError)
-        co_return std::unexpected(failureOf(writeError));
+    asio::co_spawn(socket.get_executor(), writeRequest(exchange), asio::detached);
     std::optional<Parser> parser;
-    const error_code readError = co_await readFinalAnswer(socket, parser, message.method() != http::verb::head);
+    const error_code readError =
+        co_await readFinalAnswer(socket, parser, exchange->message.method() != http::verb::head);
+    error_code ignored;
+    socket.close(ignored); // what is not yet written will not be wanted
     if (readError)
         co_return std::unexpected(failureOf(readError));
     co_return VeranoxHTTPResponse{
@@ -94,16 +108,16 @@ asio::awaitable<void> stoppableExchange(
     tcp::endpoint endpoint, Request message, std::stop_token stop, VeranoxLoopbackTransport::Handler handler)
 {
     const auto executor = co_await asio::this_coro::executor;
-    const auto socket = std::make_shared<tcp::socket>(executor);
-    const auto closeInItsThread = [executor, weak = std::weak_ptr(socket)] {
+    const auto exchange = std::make_shared<Exchange>(tcp::socket(executor), std::move(message));
+    const auto closeInItsThread = [executor, weak = std::weak_ptr(exchange)] {
         asio::post(executor, [weak] {
             error_code ignored;
             if (const auto live = weak.lock())
-                live->close(ignored);
+                live->socket.close(ignored);
         });
     };
     const std::stop_callback onStop(stop, closeInItsThread);
-    handler(co_await exchange(*socket, endpoint, std::move(message)));
+    handler(co_await run(exchange, endpoint));
 }
 
 } // namespace

@@ -28,8 +28,9 @@ enum class VeranoxTransportFailure {
 // HTTP/1.1 to a service of this computer, in one thread of its own that sleeps while nothing is on its way.
 //
 // Each exchange has a fresh connection, so that none can fail, or be sent twice, because of a connection that the
-// service closed meanwhile. Nothing stands between: no proxy, redirect, cookie, cache, decompression or upgrade. There
-// is no time limit here; the caller stops what takes too long.
+// service closed meanwhile. An answer counts whenever it comes, also before the request is sent whole. Nothing stands
+// between: no proxy, redirect, cookie, cache, decompression or upgrade. There is no time limit here; the caller stops
+// what takes too long.
 class VeranoxLoopbackTransport {
 public:
     static constexpr qsizetype maximumBodySize = 64 * 1024 * 1024; // bytes; far above any document of the service

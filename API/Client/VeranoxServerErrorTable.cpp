@@ -1,6 +1,4 @@
 #include "API/Client/VeranoxServerErrorTable.h"
-#include "API/Client/VeranoxAPIClientError.h"
-#include "API/Client/VeranoxAPIError.h"
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -20,18 +18,14 @@ QString firstLine(const QString &text)
     return text.trimmed().section(u'\n', 0, 0, QString::SectionSkipEmpty);
 }
 
-QString message(const std::exception_ptr &failure, const QString &serviceUnavailable,
+QString message(const VeranoxAPIFailure &failure, const QString &serviceUnavailable,
     const std::function<QString(const QString &)> &forServerError)
 {
-    try {
-        std::rethrow_exception(failure);
-    } catch (const VeranoxAPIClientError &) {
+    if (failure.kind == VeranoxAPIFailure::Kind::unavailable)
         return serviceUnavailable;
-    } catch (const VeranoxAPIError &refusal) {
-        return forServerError(refusal.error);
-    } catch (...) {
-        return u"Veranox couldn't read the response from its local service. Restart Veranox and try again."_s;
-    }
+    if (failure.kind == VeranoxAPIFailure::Kind::refused)
+        return forServerError(failure.text);
+    return u"Veranox couldn't read the response from its local service. Restart Veranox and try again."_s;
 }
 
 } // namespace VeranoxServerErrorTable

@@ -1,7 +1,7 @@
 #pragma once
+#include "API/Client/VeranoxAPIFailure.h"
 #include <QLatin1StringView>
 #include <QString>
-#include <exception>
 #include <functional>
 #include <span>
 
@@ -24,7 +24,7 @@ QString firstLine(const QString &text);
 
 // The sentence for any failure of an operation: `serviceUnavailable` when the service could not be reached, what
 // `forServerError` makes of the service's own words, else that its reply could not be read.
-QString message(const std::exception_ptr &failure, const QString &serviceUnavailable,
+QString message(const VeranoxAPIFailure &failure, const QString &serviceUnavailable,
     const std::function<QString(const QString &)> &forServerError);
 
 } // namespace VeranoxServerErrorTable

@@ -41,6 +41,21 @@ std::optional<SplitEndpoint> splitPlain(const QString &text)
     return SplitEndpoint{text.first(colon), text.sliced(colon + 1)};
 }
 
+// The host as it stands in the text: a parser of addresses takes many other spellings for the same one.
+QString typedHost(const QString &address)
+{
+    constexpr QStringView authorityMark = u"://";
+    const auto mark = address.indexOf(authorityMark);
+    QStringView authority = QStringView(address).sliced(mark < 0 ? address.size() : mark + authorityMark.size());
+    const auto end = std::ranges::find_if(authority, [](QChar c) { return c == u'/' || c == u'?' || c == u'#'; });
+    authority = QStringView(authority.begin(), end);
+    const QStringView endpoint = authority.sliced(authority.lastIndexOf(u'@') + 1);
+    const bool isBracketed = endpoint.startsWith(u'[');
+    const auto hostEnd = endpoint.indexOf(isBracketed ? u']' : u':');
+    const QStringView host = hostEnd < 0 ? endpoint : endpoint.first(hostEnd);
+    return host.sliced(isBracketed ? 1 : 0).toString();
+}
+
 } // namespace
 
 namespace VeranoxLoopback {
@@ -95,12 +110,14 @@ VeranoxDraftResult<QString> normalizedAddress(const QString &text, const QString
 
 VeranoxDraftResult<QUrl> validatedURL(const QString &text, const QString &label)
 {
-    QUrl url(text.trimmed(), QUrl::StrictMode);
+    const QString address = text.trimmed();
+    QUrl url(address, QUrl::StrictMode);
     if (!url.isValid())
         return draftError(label + u" is not a valid URL."_s);
     if (std::ranges::find(schemes, url.scheme().toLower()) == schemes.end())
         return draftError(label + u" must use an http or https URL."_s);
-    if (!isLoopback(url.host().toLower()))
+    const QString host = url.host().toLower();
+    if (!isLoopback(host) || typedHost(address).toLower() != host)
         return draftError(label + u" must point at a loopback host."_s);
     return url;
 }

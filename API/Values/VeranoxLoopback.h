@@ -26,7 +26,7 @@ VeranoxDraftResult<Endpoint> endpoint(const QString &text, const QString &label)
 // host:port with the host 127.0.0.1, localhost or ::1, in lower case and without surrounding blanks.
 VeranoxDraftResult<QString> normalizedAddress(const QString &text, const QString &label);
 
-// An http or https address whose host is 127.0.0.1, localhost or ::1.
+// An http or https address whose host is 127.0.0.1, localhost or ::1, typed so and in no other spelling.
 VeranoxDraftResult<QUrl> validatedURL(const QString &text, const QString &label);
 
 } // namespace VeranoxLoopback

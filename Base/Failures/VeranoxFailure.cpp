@@ -22,13 +22,3 @@ bool isCancellation(const std::exception_ptr &failure)
         return false;
     }
 }
-
-jobs::Async<std::exception_ptr> failureOf(jobs::Async<> work)
-{
-    try {
-        co_await std::move(work);
-        co_return nullptr;
-    } catch (...) {
-        co_return std::current_exception();
-    }
-}

@@ -1,4 +1,5 @@
 #include "Base/Json/Node.h"
+#include "Base/Json/HugeNumbers.h"
 #include "Base/Json/VeranoxDecodingError.h"
 #include <bit>
 #include <cmath>
@@ -40,7 +41,8 @@ QString toText(std::string_view utf8)
 std::optional<qint64> exactly(double number)
 {
     constexpr double limit = 0x1p63;
-    const bool fits = number >= -limit && number < limit && std::trunc(number) == number;
+    // The lowest is left out: what lies beyond it has been rounded to it.
+    const bool fits = number > -limit && number < limit && std::trunc(number) == number;
     return fits ? std::optional(static_cast<qint64>(number)) : std::nullopt;
 }
 
@@ -147,15 +149,33 @@ struct Document::Parser {
     simdjson::dom::element root;
 };
 
+namespace {
+
+// Newer parsers tell a whole number that is too large from one that is malformed.
+template <class Fault> bool mayBeAHugeNumber(Fault fault)
+{
+    if constexpr (requires { Fault::BIGINT_ERROR; })
+        return fault == Fault::BIGINT_ERROR || fault == Fault::NUMBER_ERROR;
+    else
+        return fault == Fault::NUMBER_ERROR;
+}
+
+} // namespace
+
 Document::Document(const QByteArray &text) : m_parser(std::make_unique<Parser>())
 {
-    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-    std::string_view json(text.constData(), static_cast<std::size_t>(text.size()));
-    if (json.starts_with(byteOrderMark))
-        json.remove_prefix(byteOrderMark.size());
-    // The parser reads past the end in whole vectors: it is told to copy the text into a buffer of its own.
-    constexpr bool copies = true;
-    const auto fault = m_parser->parser.parse(json.data(), json.size(), copies).get(m_parser->root);
+    const auto parse = [this](const QByteArray &source) {
+        constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+        std::string_view json(source.constData(), static_cast<std::size_t>(source.size()));
+        if (json.starts_with(byteOrderMark))
+            json.remove_prefix(byteOrderMark.size());
+        // The parser reads past the end in whole vectors: it is told to copy the text into a buffer of its own.
+        constexpr bool copies = true;
+        return m_parser->parser.parse(json.data(), json.size(), copies).get(m_parser->root);
+    };
+    auto fault = parse(text);
+    if (mayBeAHugeNumber(fault))
+        fault = parse(withNumbersInBounds(text));
     if (fault)
         throw VeranoxDecodingError(
             {}, u"JSON"_s, u"a fault ("_s + QString::fromUtf8(simdjson::error_message(fault)) + u')');

@@ -41,8 +41,8 @@ private:
     std::size_t m_index = 0;
 };
 
-// A parsed JSON text. Nesting is bounded at 1024 and parsing does not recurse. A whole number that fits neither 64 bits
-// with a sign nor without is refused wherever it stands.
+// A parsed JSON text. Nesting is bounded at 1024 and parsing does not recurse. Numbers have no bound: one that neither
+// 64 bits nor a double holds stands for some number that is not whole.
 class Document {
 public:
     // Throws VeranoxDecodingError for what is no JSON.

@@ -1,17 +1,11 @@
 // A client in virtual time before a scripted server.
 #pragma once
 #include "API/Client/VeranoxAPIClient.h"
-#include "API/Client/VeranoxAPIClientError.h"
-#include "API/Client/VeranoxAPIError.h"
-#include "API/Client/VeranoxBadServerResponse.h"
 #include "API/Records/VeranoxConfig.h"
 #include "API/Records/VeranoxEditableConfig.h"
 #include "API/Records/VeranoxEnvironment.h"
 #include "API/Records/VeranoxProfile.h"
 #include "API/Records/VeranoxPublication.h"
-#include "API/Records/VeranoxTunnel.h"
-#include "Base/Failures/VeranoxCancellation.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include "Tests/Support/HostileServer.h"
 #include "Tests/Support/MainThreadHeartbeat.h"
 #include "Tests/Support/QtPrinters.h"
@@ -21,7 +15,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-// How a call ended: Good, or which failure it threw.
+// How a call ended: Good, or with which failure.
 enum class Ending { None, Good, Unavailable, Refused, BadResponse, Undecodable, Cancelled };
 
 inline void PrintTo(Ending ending, std::ostream *out)
@@ -31,10 +25,28 @@ inline void PrintTo(Ending ending, std::ostream *out)
     *out << names[static_cast<std::size_t>(ending)];
 }
 
+inline Ending endingOf(VeranoxAPIFailure::Kind kind)
+{
+    switch (kind) {
+    case VeranoxAPIFailure::Kind::cancelled:
+        return Ending::Cancelled;
+    case VeranoxAPIFailure::Kind::unavailable:
+        return Ending::Unavailable;
+    case VeranoxAPIFailure::Kind::refused:
+        return Ending::Refused;
+    case VeranoxAPIFailure::Kind::badResponse:
+        return Ending::BadResponse;
+    case VeranoxAPIFailure::Kind::undecodable:
+        return Ending::Undecodable;
+    }
+    Q_UNREACHABLE();
+}
+
 template <class T> struct Outcome {
     Ending ending = Ending::None;
     std::optional<T> value;
     QString text; // of the failure
+    int status = 0; // of a refusal
 
     bool ended() const { return ending != Ending::None; }
 };
@@ -42,14 +54,15 @@ template <class T> struct Outcome {
 class ApiClientTest : public testing::Test {
 protected:
     // Begins the call as a job of its own, without waiting.
-    template <class T> std::shared_ptr<Outcome<T>> begin(jobs::Async<T> call)
+    template <class T> std::shared_ptr<Outcome<T>> begin(VeranoxAPICall<T> call)
     {
         const auto outcome = std::make_shared<Outcome<T>>();
         m_lastJob = jobs.start(collect(outcome, std::move(call)));
         return outcome;
     }
+    std::shared_ptr<Outcome<bool>> begin(jobs::Async<bool> health) { return begin(asCall(std::move(health))); }
     // Makes the call and waits for its end, in which no virtual time passes.
-    template <class T> Outcome<T> complete(jobs::Async<T> call)
+    template <class T> auto complete(jobs::Async<T> call)
     {
         const auto outcome = begin(std::move(call));
         EXPECT_TRUE(waitUntil([&] { return outcome->ended(); }));
@@ -83,30 +96,19 @@ protected:
     VeranoxAPIClient client{world.queue, server.url(), session, identity(), tokenPath()};
 
 private:
-    template <class T> static jobs::Async<> collect(std::shared_ptr<Outcome<T>> outcome, jobs::Async<T> call)
+    static VeranoxAPICall<bool> asCall(jobs::Async<bool> health) { co_return co_await std::move(health); }
+    template <class T> static jobs::Async<> collect(std::shared_ptr<Outcome<T>> outcome, VeranoxAPICall<T> call)
     {
-        try {
-            if constexpr (std::is_void_v<T>)
-                co_await std::move(call);
-            else
-                outcome->value = co_await std::move(call);
-            outcome->ending = Ending::Good;
-        } catch (const VeranoxAPIClientError &e) {
-            finish(*outcome, Ending::Unavailable, e);
-        } catch (const VeranoxAPIError &e) {
-            finish(*outcome, Ending::Refused, e);
-        } catch (const VeranoxBadServerResponse &e) {
-            finish(*outcome, Ending::BadResponse, e);
-        } catch (const VeranoxDecodingError &e) {
-            finish(*outcome, Ending::Undecodable, e);
-        } catch (const VeranoxCancellation &e) {
-            finish(*outcome, Ending::Cancelled, e);
+        auto result = co_await std::move(call);
+        if (!result) {
+            outcome->ending = endingOf(result.error().kind);
+            outcome->text = result.error().localizedDescription();
+            outcome->status = result.error().status;
+            co_return;
         }
-    }
-    template <class T> static void finish(Outcome<T> &outcome, Ending ending, const VeranoxError &error)
-    {
-        outcome.ending = ending;
-        outcome.text = error.localizedDescription();
+        if constexpr (!std::is_void_v<T>)
+            outcome->value = *std::move(result);
+        outcome->ending = Ending::Good;
     }
     jobs::Job<> m_lastJob;
 
@@ -117,6 +119,7 @@ protected:
 template <> struct Outcome<void> {
     Ending ending = Ending::None;
     QString text;
+    int status = 0;
 
     bool ended() const { return ending != Ending::None; }
 };

@@ -9,24 +9,22 @@ namespace {
 // A cache whose fetches take three seconds, count themselves, and note the ambient text.
 class ConfigCache : public testing::Test {
 protected:
-    struct Unreachable { };
-
-    jobs::Async<QByteArray> fetch()
+    VeranoxAPICall<QByteArray> fetch()
     {
         const int number = ++fetches;
         correlations.append(jobs::ambient().value_or(u"none"_s));
         cancelled = cancelled || co_await jobs::sleep(3s) == jobs::Sleep::Cut;
         if (failing)
-            throw Unreachable();
+            co_return std::unexpected(VeranoxAPIFailure::unavailable());
         co_return QByteArray::number(number);
     }
     jobs::Async<> read(QByteArray *into)
     {
-        try {
-            *into = co_await cache.data();
-        } catch (const Unreachable &) {
-            *into = "failed";
-        }
+        const auto result = co_await cache.data();
+        if (result)
+            *into = *result;
+        else
+            *into = result.error().isCancellation() ? "cancelled" : "failed";
     }
     jobs::Async<> invalidate()
     {
@@ -152,7 +150,7 @@ TEST_F(ConfigCache, AnInvalidationRightAfterTheReadIsNotLost)
     EXPECT_EQ(readNow(), "2");
 }
 
-TEST_F(ConfigCache, CancellingAWaiterOrTheStarterDoesNotCancelTheFetch)
+TEST_F(ConfigCache, ACancelledWaiterLeavesAtOnceAndTheFetchGoesOnForTheOthers)
 {
     QByteArray starter, waiter, other;
     const auto a = scope.start(read(&starter));
@@ -161,11 +159,35 @@ TEST_F(ConfigCache, CancellingAWaiterOrTheStarterDoesNotCancelTheFetch)
     world.run(1s);
     a.cancel();
     b.cancel();
+    world.run();
+    EXPECT_EQ(starter, "cancelled");
+    EXPECT_EQ(waiter, "cancelled");
+    EXPECT_EQ(other, "");
     world.run(2s);
     EXPECT_FALSE(cancelled);
     EXPECT_EQ(other, "1");
-    EXPECT_EQ(starter, "1");
-    EXPECT_EQ(waiter, "1");
+    EXPECT_EQ(fetches, 1);
+}
+
+TEST_F(ConfigCache, AFetchThatEveryoneHasLeftIsKeptAllTheSame)
+{
+    QByteArray starter;
+    const auto job = scope.start(read(&starter));
+    world.run(1s);
+    job.cancel();
+    world.run(2s);
+    EXPECT_EQ(starter, "cancelled");
+    EXPECT_EQ(readNow(), "1");
+    EXPECT_EQ(fetches, 1);
+}
+
+TEST_F(ConfigCache, WhoIsCancelledBeforeAskingAsksNothing)
+{
+    QByteArray result;
+    scope.start(read(&result)).cancel();
+    world.run(5s);
+    EXPECT_EQ(result, "cancelled");
+    EXPECT_EQ(fetches, 0);
 }
 
 TEST_F(ConfigCache, AStarterThatIsDestroyedLeavesTheFetchToTheOthers)
@@ -313,8 +335,24 @@ TEST_F(ApiConfig, TheSharedRequestOutlivesTheCancelledCallThatBeganIt)
     const auto editable = begin(client.fetchEditableConfig());
     ASSERT_TRUE(waitForRequests(1));
     starter.cancel();
+    world.run();
+    EXPECT_EQ(config->ending, Ending::Cancelled);
+    EXPECT_FALSE(editable->ended());
     gate->open();
-    ASSERT_TRUE(waitUntil([&] { return editable->ended() && config->ended(); }));
+    ASSERT_TRUE(waitUntil([&] { return editable->ended(); }));
     EXPECT_EQ(editable->ending, Ending::Good);
     EXPECT_EQ(server.received().at(0).headers.value("x-correlation-id"), "of-the-starter");
+}
+
+TEST_F(ApiConfig, ACancelledReadingDoesNotWaitForAServiceThatNeverAnswers)
+{
+    server.expect("GET /api/config", hostile::hang());
+    const auto config = begin(client.fetchConfig());
+    const auto editable = begin(client.fetchEditableConfig());
+    ASSERT_TRUE(waitForRequests(1));
+    jobs.cancelAll();
+    world.run();
+    EXPECT_EQ(config->ending, Ending::Cancelled);
+    EXPECT_EQ(editable->ending, Ending::Cancelled);
+    EXPECT_EQ(world.seconds(), 0);
 }

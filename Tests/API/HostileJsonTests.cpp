@@ -7,6 +7,22 @@
 using namespace Qt::StringLiterals;
 using Tunnels = QList<VeranoxTunnel>;
 
+namespace {
+
+// Numbers that are JSON and fit neither 64 bits nor a double.
+QByteArrayList hugeNumbers()
+{
+    return {"1e400", "-1e400", "1e999", "2.5E+999", "1e99999999999999999999", "1.7976931348623159e308",
+        "99999999999999999999999", "-99999999999999999999999", "18446744073709551616", "-9223372036854775809",
+        "-9223372036854775808.5", '-' + QByteArray(400, '9'), QByteArray(100'000, '9'),
+        "1" + QByteArray(400, '0') + ".5"};
+}
+
+constexpr const char *malformedNumbers[] = {"01", "+1", "0x10", "NaN", "Infinity", "--1", ".5", "1.", "1e", "1e+",
+    "+1e999", "1e999e1", "1e999x", "1.5.5", "-", "01e999", "1.e999", "0199999999999999999999999"};
+
+} // namespace
+
 TEST(HostileJson, WhatIsNoJSONFails)
 {
     const QByteArrayList faults{"", " ", "\0"_ba, "nonsense", "[", "[{]", "[{}]]", "[{},]", "{\"Name\"}", "[{}] x",
@@ -60,9 +76,38 @@ TEST(HostileJson, NumbersAreWholeAndOf64Bits)
         ASSERT_TRUE(error) << number.toStdString();
         EXPECT_EQ(error->place(), u"ActiveConns");
     }
-    for (const QByteArray number : {"1e400", "01", "+1", "0x10", "NaN", "Infinity", "--1", ".5", "1.",
-             "-9223372036854775809", "18446744073709551616"})
+    for (const QByteArray &number : hugeNumbers()) {
+        const auto error = checks::failure<VeranoxTunnel>("{\"ActiveConns\":" + number + "}");
+        ASSERT_TRUE(error) << number.left(30).toStdString();
+        EXPECT_EQ(error->place(), u"ActiveConns") << number.left(30).toStdString();
+        EXPECT_TRUE(error->found().startsWith("the number "_L1)) << number.left(30).toStdString();
+    }
+    for (const QByteArray number : malformedNumbers)
         EXPECT_TRUE(checks::failure<VeranoxTunnel>("{\"ActiveConns\":" + number + "}")) << number.toStdString();
+}
+
+TEST(HostileJson, AnUnknownKeyMayHoldAnyNumber)
+{
+    const QByteArray known = R"("Name": "1e999 \\\" 99999999999999999999999", "ActiveConns": 9223372036854775807)";
+    for (const QByteArray &number : hugeNumbers()) {
+        for (const QByteArray &unknown : {number, "[1, " + number + "]", R"({"deep": [{"er": )" + number + "}]}"}) {
+            for (const QByteArray &text :
+                {R"({"new": )" + unknown + ", " + known + '}', '{' + known + R"(, "new":)" + unknown + '}'}) {
+                const auto tunnel = decodeRecord<VeranoxTunnel>(text);
+                EXPECT_EQ(tunnel.name, u"1e999 \\\" 99999999999999999999999") << text.left(99).toStdString();
+                EXPECT_EQ(tunnel.activeConns, std::numeric_limits<qint64>::max()) << text.left(99).toStdString();
+            }
+        }
+    }
+}
+
+TEST(HostileJson, WhatIsNoNumberFailsUnderAnyKey)
+{
+    for (const QByteArray number : malformedNumbers) {
+        const auto error = checks::failure<VeranoxTunnel>(R"({"huge": 1e999, "new": )" + number + "}");
+        ASSERT_TRUE(error) << number.toStdString();
+        EXPECT_EQ(error->expected(), u"JSON") << number.toStdString();
+    }
 }
 
 TEST(HostileJson, TheFirstOfDuplicateKeysHolds)

@@ -47,16 +47,19 @@ struct Operation {
     QByteArray body; // empty: none
     QByteArray answer; // a good one
     Invalidates invalidates;
-    std::function<jobs::Async<>(VeranoxAPIClient &)> call;
+    std::function<VeranoxAPICall<>(VeranoxAPIClient &)> call;
 };
 
-template <class T> jobs::Async<> dropping(jobs::Async<T> call)
+template <class T> VeranoxAPICall<> dropping(VeranoxAPICall<T> call)
 {
-    co_await std::move(call);
+    const auto result = co_await std::move(call);
+    if (!result)
+        co_return std::unexpected(result.error());
+    co_return VeranoxAPIResult<>();
 }
 
 template <class T, class... Parameters, class... Arguments>
-auto calling(jobs::Async<T> (VeranoxAPIClient::*operation)(Parameters...), Arguments... arguments)
+auto calling(VeranoxAPICall<T> (VeranoxAPIClient::*operation)(Parameters...), Arguments... arguments)
 {
     return [=](VeranoxAPIClient &client) { return dropping((client.*operation)(arguments...)); };
 }

@@ -28,6 +28,28 @@ VeranoxPathReport report(const QByteArray &json)
     return decodeRecord<VeranoxPathReport>(json);
 }
 
+// The report with this at a path such as {"status", "self", "online"}.
+QJsonObject with(QJsonObject report, const QStringList &path, const QJsonValue &value)
+{
+    if (path.size() == 1)
+        return checks::with(report, path.first(), value);
+    const QJsonObject part = report.value(path.first()).toObject();
+    return checks::with(report, path.first(), with(part, path.sliced(1), value));
+}
+
+void expectWrongTypesFail(const QJsonObject &report, const QStringList &part, const QByteArray &full)
+{
+    const QJsonObject fields = checks::object(full);
+    for (const QString &key : fields.keys()) {
+        for (const QJsonValue &wrong : checks::valuesOfOtherTypes(fields.value(key))) {
+            const QStringList path = part + QStringList{key};
+            const auto error = checks::failure<VeranoxPathReport>(checks::text(with(report, path, wrong)));
+            ASSERT_TRUE(error) << path.join(u'.').toStdString();
+            EXPECT_EQ(error->place(), path.join(u'.'));
+        }
+    }
+}
+
 // The report's own failure for a part in which one key is left out.
 std::optional<VeranoxDecodingError> withoutKey(const QString &part, const QByteArray &full, const QString &key)
 {
@@ -98,7 +120,7 @@ TEST(PathReport, EachKeyMayBeMissingButNotOfAnotherType)
 {
     const QJsonObject full = checks::object(fullReport);
     checks::expectAbsentAndNullAreTheSame<VeranoxPathReport>(full);
-    checks::expectWrongTypesFail<VeranoxPathReport>(checks::without(full, u"recommendations"_s));
+    checks::expectWrongTypesFail<VeranoxPathReport>(full);
     checks::expectUnknownAndMiscasedKeysAreIgnored<VeranoxPathReport>(full);
 }
 
@@ -152,7 +174,29 @@ TEST(PathReport, TheOtherPartsReadWhatIsMissingAsNothing)
 {
     for (const QString &key : checks::object(fullHTTP).keys())
         EXPECT_FALSE(withoutKey(u"http"_s, fullHTTP, key)) << key.toStdString();
-    EXPECT_FALSE(report(R"({"http":{}})").http.value().ok);
+    for (const QString &key : checks::object(fullDNS).keys())
+        EXPECT_FALSE(withoutKey(u"dns"_s, fullDNS, key)) << key.toStdString();
+    for (const QString &key : checks::object(fullNetcheck).keys())
+        EXPECT_FALSE(withoutKey(u"netcheck"_s, fullNetcheck, key)) << key.toStdString();
+    EXPECT_EQ(report(R"({"http":{}})").http, VeranoxHTTPReport());
     EXPECT_EQ(report(R"({"dns":{},"netcheck":{}})").dns, VeranoxDNSReport());
     EXPECT_EQ(report(R"({"dns":{},"netcheck":{}})").netcheck, VeranoxNetcheckReport());
+}
+
+TEST(PathReport, NoKeyOfAPartMayBeOfAnotherType)
+{
+    const QJsonObject full = checks::object(fullReport);
+    expectWrongTypesFail(full, {u"status"_s}, fullStatus);
+    expectWrongTypesFail(full, {u"status"_s, u"self"_s}, fullNode);
+    expectWrongTypesFail(full, {u"dns"_s}, fullDNS);
+    expectWrongTypesFail(full, {u"ping"_s}, fullPing);
+    expectWrongTypesFail(full, {u"http"_s}, fullHTTP);
+    expectWrongTypesFail(full, {u"netcheck"_s}, fullNetcheck);
+    const auto error = [&](const QStringList &list) {
+        const QByteArray text = checks::text(with(full, list, QJsonArray{u"a"_s, 7}));
+        return checks::failure<VeranoxPathReport>(text).value().place();
+    };
+    EXPECT_EQ(error({u"recommendations"_s}), u"recommendations[1]");
+    EXPECT_EQ(error({u"dns"_s, u"addresses"_s}), u"dns.addresses[1]");
+    EXPECT_EQ(error({u"status"_s, u"self"_s, u"tailscale_ips"_s}), u"status.self.tailscale_ips[1]");
 }

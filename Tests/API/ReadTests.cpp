@@ -41,13 +41,18 @@ TEST_F(ApiReads, EachReadHasItsPathAndGivesItsRecords)
 TEST_F(ApiReads, AReadCarriesSessionCorrelationAndAttemptButNoTokenAndNoContentType)
 {
     writeToken("secret");
+    server.expect("POST /api/shutdown", reply(200, R"({"status":"stopping"})"));
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good); // the client has the token from here on
     server.expect("GET /api/profiles", reply(200, "[]"));
     EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::Good);
-    const auto headers = server.received().at(0).headers;
+    const auto headers = server.received().at(1).headers;
     EXPECT_EQ(headers.value("x-veranox-session-id"), session.sessionID.toUtf8());
     EXPECT_EQ(headers.value("x-veranox-attempt"), "1");
     EXPECT_FALSE(headers.contains("x-veranox-token"));
     EXPECT_FALSE(headers.contains("content-type"));
+    EXPECT_EQ(headers.value("host"), server.url().authority().toLatin1());
+    EXPECT_EQ(headers.value("connection"), "close");
+    EXPECT_EQ(headers.value("accept"), "application/json");
     const QByteArray correlation = headers.value("x-correlation-id");
     EXPECT_EQ(QUuid::fromString(QString::fromUtf8(correlation)).toByteArray(QUuid::WithoutBraces), correlation);
 }
@@ -82,9 +87,20 @@ TEST_F(ApiReads, ARefusedReadIsSentOnce)
     const auto refused = complete(client.fetchProfiles());
     EXPECT_EQ(refused.ending, Ending::Refused);
     EXPECT_EQ(refused.text, u"No entry.");
+    EXPECT_EQ(refused.status, 403);
     server.expect("GET /api/profiles", reply(403, "no"));
     EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::BadResponse);
     EXPECT_EQ(server.received().size(), 2);
+}
+
+TEST_F(ApiReads, ARefusalsTextSurvivesWhateverStandsBesideIt)
+{
+    for (const QByteArray &beside : {"1e999", "99999999999999999999999", "[{\"a\":-1e999}]", "{\"error\":7}"}) {
+        server.expect("GET /api/profiles", reply(409, R"({"code":)" + beside + R"(,"error":"No entry."})"));
+        const auto refused = complete(client.fetchProfiles());
+        EXPECT_EQ(refused.ending, Ending::Refused) << beside.toStdString();
+        EXPECT_EQ(refused.text, u"No entry.");
+    }
 }
 
 TEST_F(ApiReads, AFailureWithoutAReasonIsABadResponse)
@@ -121,11 +137,14 @@ TEST_F(ApiReads, AnInterimAnswerIsPassedOver)
 
 TEST_F(ApiReads, TextsOfTheFailures)
 {
-    EXPECT_EQ(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable).localizedDescription(),
-        u"Veranox's local service is unavailable.");
-    EXPECT_EQ(VeranoxAPIError(u"As sent"_s).localizedDescription(), u"As sent");
-    EXPECT_TRUE(VeranoxBadServerResponse().localizedDescription().endsWith(u'.'));
-    EXPECT_STREQ(VeranoxAPIError(u"Grün"_s).what(), "Grün");
+    EXPECT_EQ(VeranoxAPIFailure::unavailable().localizedDescription(), u"Veranox's local service is unavailable.");
+    EXPECT_EQ(VeranoxAPIFailure::refused(u"As sent"_s, 409).localizedDescription(), u"As sent");
+    EXPECT_EQ(VeranoxAPIFailure::badResponse().localizedDescription(),
+        u"Veranox's local service gave an answer that could not be understood.");
+    EXPECT_EQ(VeranoxAPIFailure::cancelled().localizedDescription(), u"The request was cancelled.");
+    server.expect("GET /api/profiles", reply(200, R"([{"name":3}])"));
+    EXPECT_EQ(complete(client.fetchProfiles()).text,
+        u"The answer of Veranox's local service could not be read: expected text at [0].name, found the number 3.");
 }
 
 TEST_F(ApiReads, NoProxyOfTheEnvironmentIsAsked)

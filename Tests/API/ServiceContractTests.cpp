@@ -3,16 +3,13 @@
 #include "API/Client/VeranoxAPIClient.h"
 #include "API/Records/VeranoxConfig.h"
 #include "API/Records/VeranoxEditableConfig.h"
-#include "API/Records/VeranoxEditablePublication.h"
-#include "API/Records/VeranoxEditableTunnel.h"
 #include "API/Records/VeranoxEnvironment.h"
 #include "API/Records/VeranoxFeedback.h"
 #include "API/Records/VeranoxPathReport.h"
 #include "API/Records/VeranoxProfile.h"
 #include "API/Records/VeranoxProfileAction.h"
+#include "API/Records/VeranoxEditablePublication.h"
 #include "API/Records/VeranoxPublication.h"
-#include "API/Records/VeranoxTunnel.h"
-#include "Base/Failures/VeranoxError.h"
 #include "Publications/VeranoxPublicationErrorMessage.h"
 #include "Tests/Service/Support/ServiceProcess.h"
 #include "Tests/Support/Eventually.h"
@@ -53,20 +50,9 @@ QString freeEndpoint()
     return u"127.0.0.1:"_s + QString::number(server.serverPort());
 }
 
-template <class T>
-jobs::Async<> keepValue(std::shared_ptr<std::expected<T, std::exception_ptr>> into, jobs::Async<T> call)
+template <class R> jobs::Async<> keepValue(std::shared_ptr<std::optional<R>> into, jobs::Async<R> call)
 {
-    try {
-        *into = co_await std::move(call);
-    } catch (...) {
-        *into = std::unexpected(std::current_exception());
-    }
-}
-
-jobs::Async<bool> succeeding(jobs::Async<void> call)
-{
-    co_await std::move(call);
-    co_return true;
+    into->emplace(co_await std::move(call));
 }
 
 template <class Record> QStringList namesOf(const QList<Record> &records)
@@ -94,14 +80,14 @@ protected:
             QString::fromStdString(home / ".local/share/Veranox/control.token"));
     }
 
-    template <class T> std::expected<T, std::exception_ptr> outcome(jobs::Async<T> call)
+    template <class R> R outcome(jobs::Async<R> call)
     {
-        const auto kept = std::make_shared<std::expected<T, std::exception_ptr>>(std::unexpected(nullptr));
-        const auto job = jobs.start(keepValue(kept, std::move(call)));
-        EXPECT_TRUE(world.runUntil([&] { return job.finished(); }));
-        return *kept;
+        const auto kept = std::make_shared<std::optional<R>>();
+        jobs.start(keepValue(kept, std::move(call)));
+        EXPECT_TRUE(world.runUntil([&] { return kept->has_value(); }));
+        return kept->value();
     }
-    template <class T> T value(jobs::Async<T> call)
+    template <class T> T value(VeranoxAPICall<T> call)
     {
         const auto result = outcome(std::move(call));
         if (!result) {
@@ -110,31 +96,29 @@ protected:
         }
         return *result;
     }
-    bool succeeds(jobs::Async<void> call) { return value(succeeding(std::move(call))); }
+    bool succeeds(VeranoxAPICall<> call)
+    {
+        const auto result = outcome(std::move(call));
+        EXPECT_TRUE(result) << reason(result.error()).toStdString();
+        return result.has_value();
+    }
 
     // What the service says, in its own words.
-    static QString reason(const std::exception_ptr &failure)
-    {
-        try {
-            std::rethrow_exception(failure);
-        } catch (const VeranoxError &error) {
-            return error.localizedDescription();
-        }
-    }
+    static QString reason(const VeranoxAPIFailure &failure) { return failure.localizedDescription(); }
     // Expects a refusal that leaves the configuration file as it was, and gives it.
-    template <class T> std::exception_ptr refusal(jobs::Async<T> call)
+    template <class T> VeranoxAPIFailure refusal(VeranoxAPICall<T> call)
     {
         const std::string before = configFile();
         const auto result = outcome(std::move(call));
         EXPECT_EQ(configFile(), before);
         EXPECT_FALSE(result);
-        return result ? nullptr : result.error();
+        return result ? VeranoxAPIFailure() : result.error();
     }
-    template <class T> QString tunnelRefusal(jobs::Async<T> call)
+    template <class T> QString tunnelRefusal(VeranoxAPICall<T> call)
     {
         return VeranoxTunnelErrorMessage::message(refusal(std::move(call)), u"unavailable"_s);
     }
-    template <class T> QString publicationRefusal(jobs::Async<T> call)
+    template <class T> QString publicationRefusal(VeranoxAPICall<T> call)
     {
         return VeranoxPublicationErrorMessage::message(refusal(std::move(call)), u"unavailable"_s);
     }
@@ -171,7 +155,7 @@ protected:
 
 TEST_F(ClientAndService, reads)
 {
-    EXPECT_TRUE(value(client->healthCheck()));
+    EXPECT_TRUE(outcome(client->healthCheck()));
     EXPECT_THAT(
         namesOf(value(client->fetchProfiles())), ElementsAre(u"office"_s, u"annex"_s, u"broken"_s, u"daemon"_s));
     EXPECT_EQ(value(client->fetchConfig()).router.httpProxy, u"127.0.0.1:43100");
@@ -200,7 +184,7 @@ TEST_F(ClientAndService, aDocumentThatCannotBeIsRefused)
     const auto refused = [&](auto change) {
         VeranoxEditableConfig document = good;
         change(document);
-        return reason(refusal(succeeding(client->saveConfig(document))));
+        return reason(refusal(client->saveConfig(document)));
     };
     EXPECT_THAT(refused([](auto &d) { d.profiles[u"Bad Name"_s] = d.profiles[u"office"_s]; }).toStdString(),
         testing::HasSubstr("Bad Name"));
@@ -211,6 +195,13 @@ TEST_F(ClientAndService, aDocumentThatCannotBeIsRefused)
     EXPECT_THAT(
         refused([](auto &d) { d.router.pacListen = d.router.httpProxy; }).toStdString(), testing::HasSubstr("43100"));
     EXPECT_EQ(value(client->fetchEditableConfig()), good);
+}
+
+TEST_F(ClientAndService, aDocumentThatIsTooLargeIsRefusedInTheServicesWords)
+{
+    VeranoxEditableConfig document = value(client->fetchEditableConfig());
+    document.profiles[u"office"_s].displayName = QString(16 * 1024 * 1024, u'x');
+    EXPECT_EQ(reason(refusal(client->saveConfig(document))), u"The body of the request is too large.");
 }
 
 TEST_F(ClientAndService, aLoginGivesAnAddressAndIsApproved)
@@ -275,7 +266,7 @@ TEST_F(ClientAndService, refusedTunnelsAreExplained)
     EXPECT_EQ(tunnelRefusal(client->startTunnel(u"gone"_s)), gone);
     EXPECT_EQ(tunnelRefusal(client->stopTunnel(u"gone"_s)), gone);
     EXPECT_EQ(tunnelRefusal(client->restartTunnel(u"gone"_s)), gone);
-    EXPECT_EQ(tunnelRefusal(succeeding(client->setTunnelSecret(u"gone"_s, u"p"_s))), gone);
+    EXPECT_EQ(tunnelRefusal(client->setTunnelSecret(u"gone"_s, u"p"_s)), gone);
     VeranoxEditableTunnel wide = tunnel();
     wide.listen = u"0.0.0.0:50001"_s;
     EXPECT_THAT(tunnelRefusal(client->saveTunnel(u"wide"_s, {}, wide)).toStdString(), testing::HasSubstr("loopback"));
@@ -393,15 +384,31 @@ TEST_F(ClientAndService, aShutdownEndsIt)
 {
     EXPECT_TRUE(succeeds(client->shutdown()));
     EXPECT_EQ(service->awaitEnd(), 0);
-    EXPECT_FALSE(value(client->healthCheck()));
+    EXPECT_FALSE(outcome(client->healthCheck()));
     const auto after = outcome(client->fetchProfiles());
     ASSERT_FALSE(after);
     EXPECT_EQ(VeranoxTunnelErrorMessage::message(after.error(), u"unavailable"_s), u"unavailable");
 }
 
+TEST_F(ClientAndService, theTokenLiesWhereTheClientLooksForIt)
+{
+    const QByteArray before = qgetenv("HOME");
+    qputenv("HOME", QByteArray::fromStdString(home.path().string()));
+    const QString place = defaultControlTokenPath();
+    qputenv("HOME", before);
+    EXPECT_EQ(place, QString::fromStdString(home / ".local/share/Veranox/control.token"));
+    EXPECT_TRUE(readControlToken(place));
+}
+
 TEST_F(ClientAndService, aNewTokenIsFoundByItself)
 {
-    EXPECT_EQ(value(client->stopTunnel(u"db"_s)).size(), 1); // the client keeps the token from here on
-    home.write(".local/share/Veranox/control.token", "stale");
-    EXPECT_EQ(value(client->startTunnel(u"db"_s)).size(), 1) << "the kept one is still good";
+    const std::string place = ".local/share/Veranox/control.token";
+    const std::string current = home.read(place);
+    home.write(place, "stale");
+    EXPECT_FALSE(outcome(client->stopTunnel(u"db"_s))); // the client keeps the stale token from here on
+    EXPECT_FALSE(value(client->fetchTunnels()).value(0).disabled);
+    home.write(place, current);
+    EXPECT_TRUE(value(client->stopTunnel(u"db"_s)).value(0).disabled);
+    home.write(place, "stale again");
+    EXPECT_FALSE(value(client->startTunnel(u"db"_s)).value(0).disabled) << "the good one is kept";
 }

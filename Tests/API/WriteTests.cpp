@@ -1,4 +1,5 @@
 #include "Tests/API/ApiClientTest.h"
+#include <QDir>
 #include <sys/stat.h>
 
 using namespace std::chrono_literals;
@@ -11,6 +12,20 @@ const QByteArray refusal = R"({"error":"wrong token"})";
 
 using ApiWrites = ApiClientTest;
 
+TEST(ControlToken, LiesInTheUsersDataFolder)
+{
+    const QTemporaryDir home;
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    const bool wasSet = qEnvironmentVariableIsSet("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
+    EXPECT_EQ(defaultControlTokenPath(), home.filePath(u"Veranox/control.token"_s));
+    EXPECT_TRUE(QDir(home.path()).isEmpty()) << "asking creates nothing";
+    qunsetenv("XDG_DATA_HOME");
+    EXPECT_EQ(defaultControlTokenPath(), QDir::homePath() + u"/.local/share/Veranox/control.token"_s);
+    if (wasSet)
+        qputenv("XDG_DATA_HOME", before);
+}
+
 TEST_F(ApiWrites, AWriteCarriesTheTrimmedTokenAndNoContentTypeWithoutABody)
 {
     writeToken(" \t\r\n tök en \n");
@@ -21,6 +36,14 @@ TEST_F(ApiWrites, AWriteCarriesTheTrimmedTokenAndNoContentTypeWithoutABody)
     EXPECT_EQ(request.headers.value("content-length"), "0");
     EXPECT_FALSE(request.headers.contains("content-type"));
     EXPECT_EQ(request.body, "");
+}
+
+TEST_F(ApiWrites, ATokenMayHaveFourKibibytes)
+{
+    writeToken(QByteArray(4096, 'x'));
+    server.expect("POST /api/shutdown", reply(200, stopping));
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(server.received().at(0).headers.value("x-veranox-token"), QByteArray(4096, 'x'));
 }
 
 TEST_F(ApiWrites, TheTokenIsReadOnceAndKept)
@@ -93,11 +116,12 @@ TEST_F(ApiWrites, WithoutAUsableTokenTheWriteGoesOutWithoutOne)
         EXPECT_FALSE(server.received().last().headers.contains("x-veranox-token"));
     };
     sendsNoToken(); // no file
-    for (const QByteArray content : {"", " \n\t", "\xff\xfe", "two\nlines", "a\rb", "a\x01"}) {
+    for (const QByteArray content :
+        {"", " \n\t", "\xff\xfe", "two\nlines", "a\rb", "a\x01", "cut\xc3", "cut\xe2\x82", "cut\xf0\x9f\x98"}) {
         writeToken(content);
         sendsNoToken();
     }
-    writeToken(QByteArray(5000, 'x'));
+    writeToken(QByteArray(4097, 'x'));
     sendsNoToken();
     ASSERT_TRUE(QFile::remove(tokenPath()));
     ASSERT_EQ(::mkfifo(tokenPath().toUtf8().constData(), 0600), 0); // reading it would wait for a writer
@@ -160,6 +184,64 @@ TEST_F(ApiWrites, EachAttemptHasTwelveSeconds)
     EXPECT_EQ(outcome->ending, Ending::Unavailable);
 }
 
+// A service may refuse a request by its head, and need not take the rest.
+class ApiLargeWrites : public ApiClientTest {
+protected:
+    static VeranoxEditableConfig largeDocument()
+    {
+        auto document = VeranoxEditableConfig::emptyForFirstProfile();
+        document.router.profileHostnameBase = QString(16 * 1024 * 1024, u'x'); // more than the sockets hold
+        return document;
+    }
+    void SetUp() override { server.answerBeforeTheBody(); }
+
+    const QByteArray tooLarge = R"({"error":"too large"})";
+};
+
+TEST_F(ApiLargeWrites, TheAnswerCountsWhenTheConnectionBreaksBehindIt)
+{
+    for (int i = 0; i < 5; ++i) { // often: the break and the answer race
+        server.expect("POST /api/config?force=true", reply(413, tooLarge));
+        const auto outcome = complete(client.saveConfig(largeDocument()));
+        ASSERT_EQ(outcome.ending, Ending::Refused) << i;
+        EXPECT_EQ(outcome.text, u"too large");
+    }
+}
+
+TEST_F(ApiLargeWrites, TheAnswerIsReadThoughNobodyTakesTheRest)
+{
+    const auto gate = std::make_shared<Gate>();
+    server.expect("POST /api/config?force=true", [this, gate](ServerConnection &connection) {
+        connection.reply(413, tooLarge);
+        gate->pass(connection.stopToken());
+    });
+    const auto outcome = complete(client.saveConfig(largeDocument()));
+    gate->open();
+    EXPECT_EQ(outcome.ending, Ending::Refused);
+    EXPECT_EQ(outcome.text, u"too large");
+}
+
+TEST_F(ApiLargeWrites, ABreakWithoutAnAnswerIsNone)
+{
+    for (const Behaviour &behaviour : {hostile::closeAtOnce(), hostile::sendRaw("HTTP/1.1 413 Too La")}) {
+        server.expect("POST /api/config?force=true", behaviour);
+        EXPECT_EQ(complete(client.saveConfig(largeDocument())).ending, Ending::Unavailable);
+    }
+}
+
+TEST_F(ApiLargeWrites, ACancelledOneEndsAtOnce)
+{
+    const auto gate = std::make_shared<Gate>();
+    server.expect(
+        "POST /api/config?force=true", [gate](ServerConnection &connection) { gate->pass(connection.stopToken()); });
+    const auto outcome = begin(client.saveConfig(largeDocument()));
+    ASSERT_TRUE(waitForRequests(1));
+    lastJob().cancel();
+    world.run();
+    EXPECT_EQ(outcome->ending, Ending::Cancelled);
+    gate->open();
+}
+
 using ApiCancel = ApiClientTest;
 
 TEST_F(ApiCancel, EndsASendingCallAtOnceAndDropsItsConnection)
@@ -180,10 +262,16 @@ TEST_F(ApiCancel, SendsNothingForACallThatWasCancelledBefore)
 {
     const auto outcome = begin(client.fetchProfiles());
     const auto health = begin(client.healthCheck());
+    const auto config = begin(client.fetchConfig());
+    const auto editable = begin(client.fetchEditableConfig());
+    const auto shutdown = begin(client.shutdown());
     jobs.cancelAll();
     world.run();
     EXPECT_EQ(outcome->ending, Ending::Cancelled);
     EXPECT_EQ(health->value, false);
+    EXPECT_EQ(config->ending, Ending::Cancelled);
+    EXPECT_EQ(editable->ending, Ending::Cancelled);
+    EXPECT_EQ(shutdown->ending, Ending::Cancelled);
     EXPECT_EQ(server.received().size(), 0);
 }
 

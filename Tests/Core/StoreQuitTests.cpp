@@ -1,4 +1,3 @@
-#include "API/Client/VeranoxAPIError.h"
 #include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;
@@ -60,7 +59,7 @@ TEST_F(StoreQuit, sendsNothingUnlessOnline)
 TEST_F(StoreQuit, aRefusedShutdownIsLoggedAndTheQuitGoesOnWithoutAWait)
 {
     refresh();
-    service->shutdownRequest.fail(VeranoxAPIError(u"busy"_s));
+    service->shutdownRequest.fail(VeranoxAPIFailure::refused(u"busy"_s, 409));
     const auto quit = scope.start(store->quitAndShutdown());
     world.run();
     EXPECT_TRUE(quit.finished());

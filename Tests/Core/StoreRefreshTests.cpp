@@ -1,4 +1,3 @@
-#include "API/Client/VeranoxAPIError.h"
 #include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;
@@ -84,8 +83,8 @@ TEST_F(StoreRefresh, aFaultInAnOptionalReadKeepsItsOldValueAndStaysOnline)
     service->publications.answer({publication(u"wiki"_s, u"listening"_s)});
     refresh();
     service->environment.fail(unavailable());
-    service->tunnels.fail(VeranoxAPIError(u"no"_s));
-    service->publications.fail(VeranoxAPIError(u"no"_s));
+    service->tunnels.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
+    service->publications.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
     refresh();
     EXPECT_EQ(store->serviceState(), ServiceState::online());
     EXPECT_EQ(store->tunnels().size(), 1);
@@ -97,7 +96,7 @@ TEST_F(StoreRefresh, aFaultInAnOptionalReadKeepsItsOldValueAndStaysOnline)
 
 struct RequiredRead {
     const char *name;
-    std::function<void(FakeAPIClient &, const VeranoxAPIError &)> fail;
+    std::function<void(FakeAPIClient &, const VeranoxAPIFailure &)> fail;
 };
 
 class StoreRequiredRead : public StoreRefresh, public ::testing::WithParamInterface<RequiredRead> { };
@@ -106,7 +105,7 @@ TEST_P(StoreRequiredRead, failsTheRefreshAndEmptiesNothing)
 {
     service->tunnels.answer({tunnel(u"db"_s, u"listening"_s)});
     refresh();
-    GetParam().fail(*service, VeranoxAPIError(u"The disk is full."_s));
+    GetParam().fail(*service, VeranoxAPIFailure::refused(u"The disk is full."_s, 409));
     service->tunnels.answer({});
     refresh();
     EXPECT_EQ(store->serviceState(), ServiceState::error(u"The disk is full."_s));
@@ -129,7 +128,7 @@ TEST_F(StoreRefresh, logsALastingFailureOnceAndAnotherOneAgain)
     refresh();
     refresh();
     EXPECT_EQ(log().size(), 1);
-    service->profiles.fail(VeranoxAPIError(u"Another one."_s));
+    service->profiles.fail(VeranoxAPIFailure::refused(u"Another one."_s, 409));
     refresh();
     service->profiles.fail(unavailable());
     refresh();

@@ -1,5 +1,3 @@
-#include "API/Client/VeranoxAPIError.h"
-#include "Base/Failures/VeranoxCancellation.h"
 #include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;
@@ -52,7 +50,7 @@ TEST_F(StoreRestart, waitsForTheStopBeforeItShowsTheStart)
 
 TEST_F(StoreRestart, goesOnWhenTheRequestFails)
 {
-    service->shutdownRequest.fail(VeranoxAPIError(u"busy"_s));
+    service->shutdownRequest.fail(VeranoxAPIFailure::refused(u"busy"_s, 409));
     const auto job = restart();
     world.run(); // and does not wait for a service to let go
     EXPECT_TRUE(job.finished());
@@ -64,7 +62,7 @@ TEST_F(StoreRestart, goesOnWhenTheRequestFails)
 
 TEST_F(StoreRestart, goesOnWithoutAWordWhenTheRequestIsCancelled)
 {
-    service->shutdownRequest.fail(VeranoxCancellation());
+    service->shutdownRequest.fail(VeranoxAPIFailure::cancelled());
     const auto job = restart();
     world.run();
     EXPECT_TRUE(job.finished());

@@ -1,4 +1,3 @@
-#include "API/Client/VeranoxAPIClientError.h"
 #include "Core/VeranoxStore.h"
 #include "MenuBar/Popover/VeranoxMenuView.h"
 #include "MenuBar/Popover/VeranoxQuitConfirmation.h"
@@ -210,7 +209,7 @@ void drawPopover(Gallery &gallery)
     {
         World stage;
         stage.refresh();
-        stage.service->profiles.fail(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable));
+        stage.service->profiles.fail(VeranoxAPIFailure::unavailable());
         stage.refresh();
         draw(gallery, u"error"_s, stage);
     }

@@ -11,22 +11,28 @@ public:
     jobs::Async<QList<VeranoxRuntimeLogEntry>> loadRecent(int limit) override
     {
         limits.append(limit);
-        return loading.call();
+        co_return valueOf(co_await loading.call());
     }
     jobs::Async<> append(QList<VeranoxRuntimeLogEntry> entries) override
     {
         EXPECT_FALSE(std::exchange(m_busy, true)) << "two writes at once";
         const auto idle = qScopeGuard([this] { m_busy = false; });
-        co_await appending.call();
+        valueOf(co_await appending.call());
         written.append(std::move(entries));
     }
 
-    FakeOperation<Nothing> appending;
-    FakeOperation<QList<VeranoxRuntimeLogEntry>> loading;
+    FakeOperation<Nothing, std::exception_ptr> appending;
+    FakeOperation<QList<VeranoxRuntimeLogEntry>, std::exception_ptr> loading;
     QList<int> limits;
     QList<VeranoxRuntimeLogEntry> written;
 
 private:
+    template <class T> static T valueOf(std::expected<T, std::exception_ptr> answer)
+    {
+        if (!answer)
+            std::rethrow_exception(answer.error());
+        return *std::move(answer);
+    }
     bool m_busy = false;
 };
 

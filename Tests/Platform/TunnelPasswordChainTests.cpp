@@ -185,7 +185,7 @@ protected:
         VeranoxTunnel last;
         const QDeadlineTimer patience(std::chrono::seconds(30));
         while (!patience.hasExpired()) {
-            for (const VeranoxTunnel &tunnel : resultOf(watcher->fetchTunnels()))
+            for (const VeranoxTunnel &tunnel : resultOf(watcher->fetchTunnels()).value_or(QList<VeranoxTunnel>()))
                 if (tunnel.name == name)
                     last = tunnel;
             if (condition(last))

@@ -221,9 +221,11 @@ TEST(VeranoxProfileDraft, AnUntouchedDraftMakesItsProfile)
 TEST(VeranoxProfileDraft, TheTitleFallsBackOnTheName)
 {
     EXPECT_EQ(made(with(&Draft::displayName, u"  "_s)).displayName, u"tailnet3");
-    const Draft work = with(&Draft::name, u" work "_s, with(&Draft::displayName, u" "_s, with(&Draft::icon, u"?"_s)));
+    Draft work = with(&Draft::name, u" work "_s, with(&Draft::displayName, u" "_s));
+    work.icon = work.color = u"?"_s;
     EXPECT_EQ(made(work).displayName, u"work");
     EXPECT_EQ(made(work).icon, u"briefcase.fill");
+    EXPECT_EQ(made(work).color, u"green");
 }
 
 TEST(VeranoxProfileDraft, AnUnknownIconOrColourIsGuessedFromTheTitle)

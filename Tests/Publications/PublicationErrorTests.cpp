@@ -1,6 +1,3 @@
-#include "API/Client/VeranoxAPIClientError.h"
-#include "API/Client/VeranoxAPIError.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include "Publications/VeranoxPublicationErrorMessage.h"
 #include "Publications/VeranoxPublicationOverview.h"
 #include "Tests/Support/QtPrinters.h"
@@ -121,12 +118,12 @@ TEST(VeranoxPublicationErrorMessage, TheMissingProfileNeedsBothOfItsWords)
 
 TEST(VeranoxPublicationErrorMessage, OfAnyFailure)
 {
-    const auto message = [](auto failure) {
-        return VeranoxPublicationErrorMessage::message(std::make_exception_ptr(failure), u"Not running."_s);
+    const auto message = [](const VeranoxAPIFailure &failure) {
+        return VeranoxPublicationErrorMessage::message(failure, u"Not running."_s);
     };
-    EXPECT_EQ(message(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable)), u"Not running.");
-    EXPECT_EQ(message(VeranoxAPIError(u"publication already exists"_s)), exists);
-    EXPECT_EQ(message(VeranoxDecodingError({}, u"a list"_s, u"text"_s)),
+    EXPECT_EQ(message(VeranoxAPIFailure::unavailable()), u"Not running.");
+    EXPECT_EQ(message(VeranoxAPIFailure::refused(u"publication already exists"_s, 409)), exists);
+    EXPECT_EQ(message(VeranoxAPIFailure::undecodable(u"It is no list."_s)),
         u"Veranox couldn't read the response from its local service. Restart Veranox and try again.");
 }
 

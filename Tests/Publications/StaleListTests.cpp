@@ -1,5 +1,4 @@
 // Changes and refreshes that overlap in every order: a list that is older than what stands there never replaces it.
-#include "API/Client/VeranoxAPIError.h"
 #include "Tests/Support/StoreWorld.h"
 #include <random>
 
@@ -143,7 +142,7 @@ private:
                     m_scope.start(store->setTunnelEnabled(u"a"_s, true));
                 },
             .serveChange = [this](qint64 count) { service->tunnelStart.answer(counted<VeranoxTunnel>(count)); },
-            .serveRefusal = [this] { service->tunnelStart.fail(VeranoxAPIError(u"refused"_s)); },
+            .serveRefusal = [this] { service->tunnelStart.fail(VeranoxAPIFailure::refused(u"refused"_s, 409)); },
             .releaseChange = [this] { service->tunnelStart.release(); },
             .shown = [this] { return countOf(store->tunnels()); }};
     }
@@ -160,7 +159,7 @@ private:
                 },
             .serveChange = [this](
                                qint64 count) { service->publicationStart.answer(counted<VeranoxPublication>(count)); },
-            .serveRefusal = [this] { service->publicationStart.fail(VeranoxAPIError(u"refused"_s)); },
+            .serveRefusal = [this] { service->publicationStart.fail(VeranoxAPIFailure::refused(u"refused"_s, 409)); },
             .releaseChange = [this] { service->publicationStart.release(); },
             .shown = [this] { return countOf(store->publications()); }};
     }

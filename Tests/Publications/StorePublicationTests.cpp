@@ -1,6 +1,4 @@
 // What the store does with publications and the service.
-#include "API/Client/VeranoxAPIError.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include "Tests/Support/JobResult.h"
 #include "Tests/Support/StoreWorld.h"
 
@@ -99,10 +97,10 @@ TEST_F(StorePublicationTests, EachFailureIsOneSentence)
         };
         change.operation->fail(unavailable());
         expectFailure(notRunning + change.undone);
-        change.operation->fail(VeranoxAPIError(u"publication \"web\" does not exist"_s));
+        change.operation->fail(VeranoxAPIFailure::refused(u"publication \"web\" does not exist"_s, 409));
         expectFailure(u"This publication no longer exists — it was removed while you were editing it. Close the editor "
                       "and create it again."_s);
-        change.operation->fail(VeranoxDecodingError({}, u"a list"_s, u"text"_s));
+        change.operation->fail(VeranoxAPIFailure::undecodable(u"It is no list."_s));
         expectFailure(u"Veranox couldn't read the response from its local service. Restart Veranox and try again."_s);
     }
 }
@@ -124,7 +122,8 @@ TEST_F(StorePublicationTests, OnlyAFailedSwitchReadsTheListAgain)
 TEST_F(StorePublicationTests, AStartThatCannotBindShowsWhatIsTrue)
 {
     service->publications.answer(list(u"web"_s, u"error"_s));
-    service->publicationStart.fail(VeranoxAPIError(u"publication \"web\" could not be started: bind failed\nmore"_s));
+    service->publicationStart.fail(
+        VeranoxAPIFailure::refused(u"publication \"web\" could not be started: bind failed\nmore"_s, 409));
     EXPECT_EQ(run(store->setPublicationEnabled(u"web"_s, true)),
         Result::failure(u"The publication was switched on and saved, but it could not be started: bind failed"_s));
     EXPECT_EQ(store->publications(), list(u"web"_s, u"error"_s));
@@ -253,7 +252,9 @@ TEST_F(StorePublicationTests, ARefreshThatBeganBeforeADeletionDoesNotUndoIt)
 
 TEST_F(StorePublicationTests, ACancelledOperationIsNobodysNews)
 {
-    service->publicationStart.fail(VeranoxCancellation());
-    EXPECT_THROW(run(store->setPublicationEnabled(u"web"_s, true)), VeranoxCancellation);
+    service->publicationStart.fail(VeranoxAPIFailure::cancelled());
+    const int reads = service->publications.calls;
+    EXPECT_EQ(run(store->setPublicationEnabled(u"web"_s, true)), Result::cancelled());
+    EXPECT_EQ(service->publications.calls, reads);
     EXPECT_EQ(store->lastActionMessage(), QString());
 }

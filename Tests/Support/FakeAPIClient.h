@@ -13,9 +13,10 @@
 #include <expected>
 #include <functional>
 
-template <class T> class FakeOperation {
+// An operation that fails with exceptions names std::exception_ptr as its failure.
+template <class T, class Failure = VeranoxAPIFailure> class FakeOperation {
 public:
-    using Answer = std::expected<T, std::exception_ptr>;
+    using Answer = std::expected<T, Failure>;
 
     explicit FakeOperation(jobs::MainQueue &queue, T answer = T()) : m_queue(queue), m_answer(std::move(answer)) { }
 
@@ -36,7 +37,10 @@ public:
     template <class E> void fail(E error)
     {
         m_announced = true;
-        m_answer = std::unexpected(std::make_exception_ptr(std::move(error)));
+        if constexpr (std::is_same_v<E, Failure>)
+            m_answer = std::unexpected(std::move(error));
+        else
+            m_answer = std::unexpected(std::make_exception_ptr(std::move(error)));
     }
     void hold() { m_announced = m_holding = true; }
 
@@ -48,24 +52,24 @@ public:
             call.resolve(m_answer);
     }
 
-    jobs::Async<T> call()
+    jobs::Async<Answer> call()
     {
         ++calls;
         correlationIDs.append(jobs::ambient().value_or(QString()));
         if (jobs::this_job::cancelled())
-            throw VeranoxCancellation();
+            co_return std::unexpected(cancellation());
         if (!m_holding)
-            co_return value(m_answer);
+            co_return m_answer;
         const jobs::Completion<Answer> completion(m_queue);
         const auto resolver = completion.resolver();
         m_held.append(resolver);
-        const std::stop_callback cancelled(resolver.stopToken(),
-            [resolver] { resolver.resolve(std::unexpected(std::make_exception_ptr(VeranoxCancellation()))); });
-        co_return value(co_await completion);
+        const std::stop_callback cancelled(
+            resolver.stopToken(), [resolver] { resolver.resolve(std::unexpected(cancellation())); });
+        co_return co_await completion;
     }
 
     // The same, and remembers with what it was called.
-    jobs::Async<T> callWith(QString argument)
+    jobs::Async<Answer> callWith(QString argument)
     {
         if (!m_announced)
             qFatal("%s(%s) was called, which the test did not announce", qPrintable(m_name), qPrintable(argument));
@@ -78,11 +82,12 @@ public:
     QStringList correlationIDs;
 
 private:
-    static T value(const Answer &answer)
+    static Failure cancellation()
     {
-        if (!answer)
-            std::rethrow_exception(answer.error());
-        return *answer;
+        if constexpr (std::is_same_v<Failure, VeranoxAPIFailure>)
+            return VeranoxAPIFailure::cancelled();
+        else
+            return std::make_exception_ptr(VeranoxCancellation());
     }
 
     jobs::MainQueue &m_queue;
@@ -129,67 +134,66 @@ public:
 
     jobs::Async<bool> healthCheck() override
     {
-        try {
-            co_return co_await health.call();
-        } catch (const VeranoxCancellation &) { // this operation never fails
-            co_return false;
-        }
+        co_return (co_await health.call()).value_or(false); // this operation never fails
     }
-    jobs::Async<QList<VeranoxProfile>> fetchProfiles() override { return profiles.call(); }
-    jobs::Async<VeranoxConfig> fetchConfig() override { return config.call(); }
-    jobs::Async<VeranoxEditableConfig> fetchEditableConfig() override { return editableConfig.call(); }
-    jobs::Async<VeranoxEnvironment> fetchEnvironment() override { return environment.call(); }
-    jobs::Async<QList<VeranoxTunnel>> fetchTunnels() override { return tunnels.call(); }
-    jobs::Async<QList<VeranoxPublication>> fetchPublications() override { return publications.call(); }
-    jobs::Async<void> shutdown() override { co_await shutdownRequest.call(); }
+    VeranoxAPICall<QList<VeranoxProfile>> fetchProfiles() override { return profiles.call(); }
+    VeranoxAPICall<VeranoxConfig> fetchConfig() override { return config.call(); }
+    VeranoxAPICall<VeranoxEditableConfig> fetchEditableConfig() override { return editableConfig.call(); }
+    VeranoxAPICall<VeranoxEnvironment> fetchEnvironment() override { return environment.call(); }
+    VeranoxAPICall<QList<VeranoxTunnel>> fetchTunnels() override { return tunnels.call(); }
+    VeranoxAPICall<QList<VeranoxPublication>> fetchPublications() override { return publications.call(); }
+    VeranoxAPICall<> shutdown() override { return dropping(shutdownRequest.call()); }
 
-    jobs::Async<void> saveConfig(VeranoxEditableConfig document) override
+    VeranoxAPICall<> saveConfig(VeranoxEditableConfig document) override
     {
-        co_await configSave.callWith(QString::fromUtf8(encodeRecord(document)));
+        return dropping(configSave.callWith(QString::fromUtf8(encodeRecord(document))));
     }
-    jobs::Async<VeranoxProfileAction> login(QString profileName) override { return loginRequest.callWith(profileName); }
-    jobs::Async<VeranoxProfileAction> logout(QString profileName) override
+    VeranoxAPICall<VeranoxProfileAction> login(QString profileName) override
+    {
+        return loginRequest.callWith(profileName);
+    }
+    VeranoxAPICall<VeranoxProfileAction> logout(QString profileName) override
     {
         return logoutRequest.callWith(profileName);
     }
-    jobs::Async<VeranoxPathReport> diagnose(QString target) override { return diagnosis.callWith(target); }
-    jobs::Async<QList<VeranoxTunnel>> saveTunnel(
+    VeranoxAPICall<VeranoxPathReport> diagnose(QString target) override { return diagnosis.callWith(target); }
+    VeranoxAPICall<QList<VeranoxTunnel>> saveTunnel(
         QString name, std::optional<QString> originalName, VeranoxEditableTunnel tunnel) override
     {
         return tunnelSave.callWith(
             QString::fromUtf8(encodeRecord(VeranoxTunnelSaveRequest{name, originalName, tunnel})));
     }
-    jobs::Async<QList<VeranoxTunnel>> deleteTunnel(QString name) override { return tunnelDeletion.callWith(name); }
-    jobs::Async<QList<VeranoxTunnel>> startTunnel(QString name) override { return tunnelStart.callWith(name); }
-    jobs::Async<QList<VeranoxTunnel>> stopTunnel(QString name) override { return tunnelStop.callWith(name); }
-    jobs::Async<QList<VeranoxTunnel>> restartTunnel(QString name) override { return tunnelRestart.callWith(name); }
-    jobs::Async<void> setTunnelSecret(QString name, QString password) override
+    VeranoxAPICall<QList<VeranoxTunnel>> deleteTunnel(QString name) override { return tunnelDeletion.callWith(name); }
+    VeranoxAPICall<QList<VeranoxTunnel>> startTunnel(QString name) override { return tunnelStart.callWith(name); }
+    VeranoxAPICall<QList<VeranoxTunnel>> stopTunnel(QString name) override { return tunnelStop.callWith(name); }
+    VeranoxAPICall<QList<VeranoxTunnel>> restartTunnel(QString name) override { return tunnelRestart.callWith(name); }
+    VeranoxAPICall<> setTunnelSecret(QString name, QString password) override
     {
-        co_await tunnelSecret.callWith(name + u' ' + password);
+        return dropping(tunnelSecret.callWith(name + u' ' + password));
     }
-    jobs::Async<QList<VeranoxPublication>> savePublication(
+    VeranoxAPICall<QList<VeranoxPublication>> savePublication(
         QString name, std::optional<QString> originalName, VeranoxEditablePublication publication) override
     {
         return publicationSave.callWith(
             QString::fromUtf8(encodeRecord(VeranoxPublicationSaveRequest{name, originalName, publication})));
     }
-    jobs::Async<QList<VeranoxPublication>> deletePublication(QString name) override
+    VeranoxAPICall<QList<VeranoxPublication>> deletePublication(QString name) override
     {
         return publicationDeletion.callWith(name);
     }
-    jobs::Async<QList<VeranoxPublication>> startPublication(QString name) override
+    VeranoxAPICall<QList<VeranoxPublication>> startPublication(QString name) override
     {
         return publicationStart.callWith(name);
     }
-    jobs::Async<QList<VeranoxPublication>> stopPublication(QString name) override
+    VeranoxAPICall<QList<VeranoxPublication>> stopPublication(QString name) override
     {
         return publicationStop.callWith(name);
     }
-    jobs::Async<QList<VeranoxPublication>> restartPublication(QString name) override
+    VeranoxAPICall<QList<VeranoxPublication>> restartPublication(QString name) override
     {
         return publicationRestart.callWith(name);
     }
-    jobs::Async<VeranoxFeedbackResult> submitFeedback(QString message, QString kind, QString contact) override
+    VeranoxAPICall<VeranoxFeedbackResult> submitFeedback(QString message, QString kind, QString contact) override
     {
         return feedback.callWith(kind + u' ' + message + u' ' + contact);
     }
@@ -225,5 +229,14 @@ public:
     {
         return {
             profiles.calls, config.calls, editableConfig.calls, environment.calls, tunnels.calls, publications.calls};
+    }
+
+private:
+    static VeranoxAPICall<> dropping(VeranoxAPICall<Nothing> call)
+    {
+        const auto result = co_await std::move(call);
+        if (!result)
+            co_return std::unexpected(result.error());
+        co_return VeranoxAPIResult<>();
     }
 };

@@ -46,7 +46,8 @@ public:
     void waitUntilClientCloses();
     std::stop_token stopToken() const { return m_stop; }
 
-    std::optional<ReceivedRequest> receive(); // nothing when the client closes before the end of its request
+    enum class Part { Head, Whole };
+    std::optional<ReceivedRequest> receive(Part part); // nothing when the client closes before the end of that part
 
 private:
     QByteArray receiveUntil(const std::function<bool(const QByteArray &)> &complete);
@@ -72,6 +73,9 @@ public:
     // next request of that kind.
     void expect(const QByteArray &requestLine, Behaviour behaviour);
 
+    // From now on a request is answered when its head has come, and the rest of its body is never read.
+    void answerBeforeTheBody() { m_awaited = ServerConnection::Part::Head; }
+
     QList<ReceivedRequest> received() const;
     int connectionsClosed() const { return m_closed; } // behaviours that came to their end
 
@@ -87,6 +91,7 @@ private:
     QList<std::pair<QByteArray, Behaviour>> m_expected;
     QList<ReceivedRequest> m_received;
     std::atomic<int> m_closed = 0;
+    std::atomic<ServerConnection::Part> m_awaited = ServerConnection::Part::Whole;
     std::list<std::jthread> m_connections; // touched by the accepting thread, then by the destructor
     std::jthread m_acceptor;
 };

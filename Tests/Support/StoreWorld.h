@@ -1,6 +1,5 @@
 // A store over a scripted service, in virtual time.
 #pragma once
-#include "API/Client/VeranoxAPIClientError.h"
 #include "Core/VeranoxStore.h"
 #include "Tests/Support/FakeAPIClient.h"
 #include "Tests/Support/FakeRuntimeClient.h"
@@ -81,10 +80,7 @@ protected:
         return record;
     }
 
-    static VeranoxAPIClientError unavailable()
-    {
-        return VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable);
-    }
+    static VeranoxAPIFailure unavailable() { return VeranoxAPIFailure::unavailable(); }
 
     void refresh()
     {

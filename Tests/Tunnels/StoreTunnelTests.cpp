@@ -1,6 +1,4 @@
 // What the store does with tunnels and the service.
-#include "API/Client/VeranoxAPIError.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include "Tests/Support/JobResult.h"
 #include "Tests/Support/StoreWorld.h"
 
@@ -76,6 +74,10 @@ TEST_F(StoreTunnelTests, SendsNothingThatCannotBeSaved)
     store->adoptTunnels(list(u"db"_s));
     EXPECT_EQ(save(draftNamed(u" "_s)), u"Tunnel name is required."_s);
     EXPECT_EQ(save(draftNamed(u"DB"_s)), u"A tunnel named \"db\" already exists."_s);
+    VeranoxTunnelDraft both = draftNamed(u"DB"_s);
+    both.target.clear();
+    EXPECT_EQ(save(both), u"Target must be host:port (for example db.internal.example:5432)."_s)
+        << "what is wrong with the draft itself comes before what it collides with";
     EXPECT_EQ(service->tunnelSave.calls, 0);
     EXPECT_EQ(secrets->calls, QStringList());
 }
@@ -86,9 +88,9 @@ TEST_F(StoreTunnelTests, EachFailureOfAChangeIsASentenceAndKeepsTheList)
     for (const Change &change : changes()) {
         change.operation->fail(unavailable());
         EXPECT_EQ(change.run(), u"The Veranox service is not running, so the tunnel was not %1."_s.arg(change.undone));
-        change.operation->fail(VeranoxAPIError(u"tunnel already exists"_s));
+        change.operation->fail(VeranoxAPIFailure::refused(u"tunnel already exists"_s, 409));
         EXPECT_EQ(change.run(), u"A tunnel with that name already exists. Choose a different name."_s);
-        change.operation->fail(VeranoxDecodingError({}, u"a list"_s, u"text"_s));
+        change.operation->fail(VeranoxAPIFailure::undecodable(u"It is no list."_s));
         EXPECT_EQ(change.run(), unreadable);
         EXPECT_EQ(store->tunnels(), list(u"old"_s));
     }
@@ -115,7 +117,7 @@ TEST_F(StoreTunnelTests, AFailedSwitchSpeaksInTheErrorsOwnWords)
 {
     store->adoptTunnels(list(u"db"_s));
     for (const Switch &change : switches()) {
-        change.operation->fail(VeranoxAPIError(u"tunnel \"db\" is not configured"_s));
+        change.operation->fail(VeranoxAPIFailure::refused(u"tunnel \"db\" is not configured"_s, 409));
         change.run();
         EXPECT_EQ(store->lastActionMessage(), u"Tunnel db: tunnel \"db\" is not configured");
         change.operation->fail(unavailable());
@@ -128,11 +130,13 @@ TEST_F(StoreTunnelTests, AFailedSwitchSpeaksInTheErrorsOwnWords)
 
 TEST_F(StoreTunnelTests, ACancelledOperationIsNobodysNews)
 {
-    service->tunnelStart.fail(VeranoxCancellation());
+    service->tunnelStart.fail(VeranoxAPIFailure::cancelled());
     run(store->setTunnelEnabled(u"db"_s, true));
     EXPECT_EQ(store->lastActionMessage(), QString());
-    service->tunnelDeletion.fail(VeranoxCancellation());
-    EXPECT_THROW(resultOf(world, store->deleteTunnel(u"db"_s)), VeranoxCancellation);
+    service->tunnelDeletion.fail(VeranoxAPIFailure::cancelled());
+    EXPECT_EQ(resultOf(world, store->deleteTunnel(u"db"_s)), Sentence(QString()));
+    service->tunnelSave.fail(VeranoxAPIFailure::cancelled());
+    EXPECT_EQ(save(draftNamed(u"db"_s)), Sentence(QString()));
     EXPECT_EQ(secrets->calls, QStringList());
 }
 
@@ -149,15 +153,18 @@ TEST_F(StoreTunnelTests, GroupsTunnelsByProfileWithWorkFirst)
         return record;
     };
     service->profiles.answer({titled(u"a"_s, u"alpha"_s), titled(u"b"_s, u"Beta"_s), titled(u"z"_s, u"Zum WORK"_s),
-        titled(u"homework"_s, u"Ypsilon"_s), titled(u"empty"_s, u"Empty"_s)});
+        titled(u"homework"_s, u"Ypsilon"_s), titled(u"empty"_s, u"Empty"_s), titled(u"twin2"_s, u"Twin"_s),
+        titled(u"twin1"_s, u"TWIN"_s)});
     service->tunnels.answer({of(u"b"_s, u"3"_s), of(u"a"_s, u"1"_s), of(u"z"_s, u"2"_s), of(u"gone"_s, u"x"_s),
-        of(u"homework"_s, u"4"_s), of(u"a"_s, u"0"_s)});
+        of(u"twin1"_s, u"6"_s), of(u"twin2"_s, u"5"_s), of(u"homework"_s, u"4"_s), of(u"a"_s, u"0"_s)});
     refresh();
     QStringList groups;
     for (const auto &[owner, tunnels] : store->tunnelsByProfile())
         for (const VeranoxTunnel &each : tunnels)
             groups.append(owner.name + u' ' + each.name);
-    EXPECT_EQ(groups, QStringList({u"homework 4"_s, u"z 2"_s, u"a 1"_s, u"a 0"_s, u"b 3"_s}));
+    EXPECT_EQ(
+        groups, QStringList({u"homework 4"_s, u"z 2"_s, u"a 1"_s, u"a 0"_s, u"b 3"_s, u"twin2 5"_s, u"twin1 6"_s}))
+        << "equal titles stay as they came";
 }
 
 TEST_F(StoreTunnelTests, ARefreshThatBeganBeforeASaveDoesNotUndoIt)

@@ -1,5 +1,4 @@
 // Where the passwords of SSH tunnels go.
-#include "API/Client/VeranoxAPIError.h"
 #include "Tests/Support/JobResult.h"
 #include "Tests/Support/StoreWorld.h"
 #include "Tunnels/VeranoxNoTunnelSecrets.h"
@@ -99,7 +98,7 @@ TEST_F(TunnelPasswordTests, AWriteThatFailsKeepsTheOldItemAndStillSends)
 
 TEST_F(TunnelPasswordTests, AServiceThatDoesNotTakeItIsNobodysNews)
 {
-    service->tunnelSecret.fail(VeranoxAPIError(u"no"_s));
+    service->tunnelSecret.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
     save(draft(std::nullopt, u"a"_s, u"new"_s));
     EXPECT_EQ(secrets->items, Items({{u"a"_s, u"new"_s}}));
     EXPECT_EQ(store->lastActionMessage(), QString());
@@ -134,8 +133,8 @@ TEST_F(TunnelPasswordTests, ARestartSendsThePasswordFirst)
 {
     secrets->items = {{u"a"_s, u"kept"_s}};
     store->adoptTunnels({sshTunnel(u"a"_s)});
-    service->tunnelSecret.fail(VeranoxAPIError(u"no"_s));
-    service->tunnelRestart.fail(VeranoxAPIError(u"refused"_s));
+    service->tunnelSecret.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
+    service->tunnelRestart.fail(VeranoxAPIFailure::refused(u"refused"_s, 409));
     finish(world, store->restartTunnel(u"a"_s));
     EXPECT_EQ(sent(), QStringList({u"a kept"_s}));
     EXPECT_EQ(service->tunnelRestart.calls, 1) << "whether it was taken or not";
@@ -146,7 +145,10 @@ TEST_F(TunnelPasswordTests, ARestartSendsThePasswordFirst)
 TEST_F(TunnelPasswordTests, ARestartThatNeedsNoPasswordSendsNone)
 {
     secrets->items = {{u"a"_s, u"kept"_s}, {u"b"_s, u"kept"_s}};
-    store->adoptTunnels({sshTunnel(u"a"_s, u"key"_s), {.name = u"b"_s, .mode = u"native"_s, .sshAuth = u"password"_s}});
+    const QList<VeranoxTunnel> tunnels{
+        sshTunnel(u"a"_s, u"key"_s), {.name = u"b"_s, .mode = u"native"_s, .sshAuth = u"password"_s}};
+    store->adoptTunnels(tunnels);
+    service->tunnelRestart.answer(tunnels); // each restart brings the list anew
     for (const QString &name : {u"a"_s, u"b"_s, u"unknown"_s})
         finish(world, store->restartTunnel(name));
     EXPECT_EQ(service->tunnelRestart.arguments, QStringList({u"a"_s, u"b"_s, u"unknown"_s}));
@@ -159,7 +161,7 @@ TEST_F(TunnelPasswordTests, EveryRefreshTellsTheServiceEachPasswordAgain)
     secrets->items = {{u"a"_s, u"1"_s}, {u"c"_s, u"3"_s}, {u"key"_s, u"x"_s}};
     service->tunnels.answer(
         {sshTunnel(u"c"_s), sshTunnel(u"none"_s), sshTunnel(u"key"_s, u"key"_s), sshTunnel(u"a"_s)});
-    service->tunnelSecret.fail(VeranoxAPIError(u"no"_s)); // the walk goes on
+    service->tunnelSecret.fail(VeranoxAPIFailure::refused(u"no"_s, 409)); // the walk goes on
     refresh();
     EXPECT_EQ(sent(), QStringList({u"c 3"_s, u"a 1"_s}));
     EXPECT_EQ(secrets->calls, QStringList({u"read quietly c"_s, u"read quietly none"_s, u"read quietly a"_s}));
@@ -173,7 +175,7 @@ TEST_F(TunnelPasswordTests, AListThatCouldNotBeReadTellsNothing)
 {
     secrets->items = {{u"a"_s, u"1"_s}};
     store->adoptTunnels({sshTunnel(u"a"_s)});
-    service->tunnels.fail(VeranoxAPIError(u"no"_s));
+    service->tunnels.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
     refresh();
     EXPECT_EQ(sent(), QStringList());
 }
@@ -200,6 +202,20 @@ TEST_F(TunnelPasswordTests, TheWalkIsOverTheListAtItsBeginning)
     world.run(2s);
     EXPECT_EQ(sent(), QStringList({u"a 1"_s, u"b 2"_s}));
     EXPECT_FALSE(store->isRefreshing());
+}
+
+TEST_F(TunnelPasswordTests, ACancelledWalkGoesNoFurther)
+{
+    secrets->items = {{u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}};
+    secrets->delay = 1s;
+    service->tunnels.answer({sshTunnel(u"a"_s), sshTunnel(u"b"_s)});
+    jobs::JobScope scope(world.queue);
+    const auto job = scope.start(store->refresh());
+    world.run(500ms);
+    job.cancel();
+    world.run(5s);
+    EXPECT_TRUE(job.finished());
+    EXPECT_EQ(secrets->calls, QStringList({u"read quietly a"_s}));
 }
 
 TEST_F(TunnelPasswordTests, ADraftAsksTheKeyringOnlyWhereAPasswordMayBeKept)

@@ -1,7 +1,3 @@
-#include "API/Client/VeranoxAPIClientError.h"
-#include "API/Client/VeranoxAPIError.h"
-#include "API/Client/VeranoxBadServerResponse.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include "Tests/Support/QtPrinters.h"
 #include "Tunnels/VeranoxTunnelErrorMessage.h"
 #include "Tunnels/VeranoxTunnelOverview.h"
@@ -16,9 +12,9 @@ VeranoxTunnel tunnel(const QString &state, const QString &lastError = {}, bool d
     return {.disabled = disabled, .state = state, .lastError = lastError};
 }
 
-template <class Failure> QString message(Failure failure)
+QString message(const VeranoxAPIFailure &failure)
 {
-    return VeranoxTunnelErrorMessage::message(std::make_exception_ptr(std::move(failure)), u"Not running."_s);
+    return VeranoxTunnelErrorMessage::message(failure, u"Not running."_s);
 }
 
 } // namespace
@@ -86,10 +82,8 @@ TEST(VeranoxTunnelErrorMessage, OfAnyFailure)
 {
     const QString unreadable =
         u"Veranox couldn't read the response from its local service. Restart Veranox and try again."_s;
-    EXPECT_EQ(message(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable)), u"Not running.");
-    EXPECT_EQ(message(VeranoxAPIError(u"tunnel exists\nmore"_s)), u"tunnel exists");
-    EXPECT_EQ(message(VeranoxDecodingError({}, u"a list"_s, u"text"_s)), unreadable);
-    EXPECT_EQ(message(VeranoxBadServerResponse()), unreadable);
-    EXPECT_EQ(message(std::bad_alloc()), unreadable);
-    EXPECT_EQ(message(3), unreadable);
+    EXPECT_EQ(message(VeranoxAPIFailure::unavailable()), u"Not running.");
+    EXPECT_EQ(message(VeranoxAPIFailure::refused(u"tunnel exists\nmore"_s, 409)), u"tunnel exists");
+    EXPECT_EQ(message(VeranoxAPIFailure::undecodable(u"It is no list."_s)), unreadable);
+    EXPECT_EQ(message(VeranoxAPIFailure::badResponse()), unreadable);
 }

@@ -1,23 +1,20 @@
 #pragma once
-#include <QDateTime>
 #include <QObject>
-#include <QUuid>
+#include <QTextStream>
+#include <cstdio>
 
 class VeranoxStore;
 
-// Repeats on standard error what is logged from now on, for a person who started the program in a terminal and for the
-// journal of a desktop session. Main thread only; the store outlives it.
+// Repeats what is logged from now on, for a person who started the program in a terminal and for the journal of a
+// desktop session: every line, however many come at once, in one piece after the turn of the event loop that logged
+// them. Main thread only; the store and the file outlive it.
 class VeranoxLogEcho final : public QObject {
     Q_OBJECT
 
 public:
-    explicit VeranoxLogEcho(VeranoxStore &store);
+    VeranoxLogEcho(const VeranoxStore &store, std::FILE *file);
     ~VeranoxLogEcho() override; // prints what the last turn of the event loop has logged
 
 private:
-    void printNewLines();
-
-    VeranoxStore &m_store;
-    const QDateTime m_beginning = QDateTime::currentDateTimeUtc();
-    QUuid m_lastPrinted;
+    QTextStream m_out;
 };

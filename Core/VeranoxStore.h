@@ -251,6 +251,7 @@ Q_SIGNALS:
     void lastActionMessageChanged();
     void pathReportChanged();
     void runtimeLogChanged();
+    void runtimeLogAdded(const VeranoxRuntimeLogEntry &entry); // at once, for each new entry
     void runtimeLogPersistenceErrorChanged();
     void isCreatingProfileChanged();
     void isQuittingChanged();

@@ -59,11 +59,34 @@ bool exists(int folder, const QByteArray &name)
     return ::fstatat(folder, name.constData(), &found, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
+// Opens something of ours. When it is refused, the rights of the owner may be missing: then grants them, if it can, and
+// tries again.
+template <class Open, class Grant> FileDescriptor openOwn(const Open &open, const Grant &grant)
+{
+    const int number = uninterrupted(open);
+    if (number >= 0 || errno != EACCES)
+        return FileDescriptor(number);
+    if (grant())
+        return FileDescriptor(uninterrupted(open));
+    errno = EACCES;
+    return FileDescriptor();
+}
+
+bool isPlainFile(int folder, const QByteArray &name)
+{
+    struct stat found{};
+    return ::fstatat(folder, name.constData(), &found, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(found.st_mode);
+}
+
 // Never waits for a partner (a pipe), never follows a link.
 FileDescriptor openPlainFile(int folder, const QByteArray &name, const QString &path, int flags)
 {
-    FileDescriptor file(uninterrupted(
-        [&] { return ::openat(folder, name.constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, fileMode); }));
+    FileDescriptor file = openOwn(
+        [&] { return ::openat(folder, name.constData(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, fileMode); },
+        [&] {
+            return isPlainFile(folder, name)
+                && ::fchmodat(folder, name.constData(), fileMode, AT_SYMLINK_NOFOLLOW) == 0;
+        });
     if (!file)
         fail(path, u"opened");
     struct stat found{};
@@ -165,8 +188,9 @@ FileDescriptor RotatingLineFile::openFolder() const
 {
     const QString path = QFileInfo(m_path).path();
     makeFolders(path);
-    FileDescriptor folder(
-        uninterrupted([&] { return ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    const QByteArray name = QFile::encodeName(path);
+    FileDescriptor folder = openOwn([&] { return ::open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); },
+        [&] { return ::chmod(name.constData(), folderMode) == 0; });
     if (!folder)
         fail(path, u"opened");
     if (::fchmod(folder.number(), folderMode) != 0)

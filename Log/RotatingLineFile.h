@@ -6,7 +6,8 @@
 #include <cstdint>
 
 // A file of lines that never grows beyond a size: it is then moved aside as path.1, what was path.1 becomes path.2, and
-// so on up to a number of backups. Only its owner can read it: the folder is kept at 0700, the file at 0600.
+// so on up to a number of backups. Only its owner can read it: the folder is kept at 0700, the file at 0600, also where
+// the owner lacked a right.
 //
 // The file is opened for each call, so that others may move or delete it at any time. A symbolic link, a folder or
 // anything else that is no plain file in its place is an error and is neither read nor written.

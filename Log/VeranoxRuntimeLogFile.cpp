@@ -68,6 +68,6 @@ jobs::Async<> VeranoxRuntimeLogFile::append(QList<VeranoxRuntimeLogEntry> entrie
 VeranoxRuntimeLogFile::Thread &VeranoxRuntimeLogFile::thread()
 {
     if (!m_thread)
-        m_thread.emplace(m_queue, u"activity log"_s, *m_fileURL, m_maxBytes, m_backupCount);
+        m_thread.emplace(m_queue, jobs::ThreadOfItsOwn{u"activity log"_s}, *m_fileURL, m_maxBytes, m_backupCount);
     return *m_thread;
 }

@@ -4,7 +4,7 @@
 
 // Keeps the activity log as JSON lines in a rotating file. Works in a thread of its own, which starts at the first call
 // and sleeps between calls. Made, called and destroyed in the main thread; the destructor waits for the calls made so
-// far.
+// far, some seconds at most.
 class VeranoxRuntimeLogFile final : public VeranoxRuntimeLogPersisting {
 public:
     static constexpr std::int64_t defaultMaxBytes = 2'097'152; // of one file

@@ -1,7 +1,6 @@
 #include "Log/VeranoxRuntimeLogLine.h"
-#include <QTextBoundaryFinder>
+#include "Base/Text/Characters.h"
 #include <algorithm>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -11,21 +10,6 @@ bool endsLine(QChar c)
 {
     const char16_t code = c.unicode();
     return (code >= u'\n' && code <= u'\r') || code == u'\u0085' || code == u'\u2028' || code == u'\u2029';
-}
-
-// Where the character number `count` ends and another begins, looking at no more than the first `window` code units;
-// nothing when they do not tell.
-std::optional<qsizetype> endOfCharacter(qsizetype count, const QString &text, qsizetype window)
-{
-    const qsizetype firstUnknown = window < text.size() ? window - 1 : window; // the window may split its last one
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.constData(), window);
-    qsizetype end = 0;
-    while (count-- > 0) {
-        end = finder.toNextBoundary();
-        if (end < 0 || end >= firstUnknown)
-            return std::nullopt;
-    }
-    return end;
 }
 
 } // namespace
@@ -44,16 +28,8 @@ QList<QStringView> VeranoxRuntimeLogLine::split(QStringView text)
 
 QString VeranoxRuntimeLogLine::truncated(const QString &text)
 {
-    if (text.size() <= maximumCharacters)
-        return text;
-    // A character may be any number of code units, so the window grows until the cut lies well inside of it.
-    for (qsizetype window = 2 * maximumCharacters;; window *= 2) {
-        const qsizetype looked = std::min(window, text.size());
-        if (const auto cut = endOfCharacter(maximumCharacters, text, looked))
-            return text.first(*cut) + u" \u2026 [truncated]"_s;
-        if (looked == text.size())
-            return text;
-    }
+    const qsizetype end = characters::endOfFirst(maximumCharacters, text);
+    return end == text.size() ? text : text.first(end) + u" \u2026 [truncated]"_s;
 }
 
 QString VeranoxRuntimeLogLine::component(QStringView line)

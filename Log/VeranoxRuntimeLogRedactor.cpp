@@ -86,7 +86,8 @@ const std::array<Rule, 4> &rules()
     return all;
 }
 
-// The regular expressions refuse a text with half a surrogate pair, and a secret beside it would stay.
+// The regular expressions refuse a text with half a surrogate pair, and a secret beside it would stay; and the log's
+// file would not be Unicode any more.
 QString wellFormed(const QString &text)
 {
     return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
@@ -96,10 +97,10 @@ QString wellFormed(const QString &text)
 
 QString VeranoxRuntimeLogRedactor::redact(const QString &text)
 {
-    QString redacted = text;
+    QString redacted = wellFormed(text);
     for (const Rule &rule : rules()) {
         if (rule.possible(redacted))
-            redacted = wellFormed(redacted).replace(rule.pattern, rule.replacement);
+            redacted.replace(rule.pattern, rule.replacement);
     }
     return redacted;
 }

@@ -80,6 +80,7 @@ std::optional<QString> VeranoxStore::inferredProfileName(const QString &line) co
 
 void VeranoxStore::keepLogEntry(VeranoxRuntimeLogEntry entry)
 {
+    Q_EMIT runtimeLogAdded(entry);
     m_unwrittenLog.append(entry);
     if (!m_runtimeLogWriteTask.running())
         m_runtimeLogWriteTask = m_jobs.start(writeRuntimeLog());

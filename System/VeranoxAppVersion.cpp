@@ -1,5 +1,7 @@
 #include "System/VeranoxAppVersion.h"
+#include "Base/Text/Characters.h"
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -7,13 +9,15 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1StringView dirtySuffix("-dirty");
+constexpr qsizetype noLimit = std::numeric_limits<qsizetype>::max();
 
-// The trimmed text under a key; empty when there is none, when it is no text, or when it is longer than the limit.
-QString text(const QVariantMap &dictionary, const QString &key, qsizetype limit = -1)
+// The trimmed text under a key; empty when there is none, when it is no text, or when it has more characters than the
+// limit allows.
+QString text(const QVariantMap &dictionary, const QString &key, qsizetype limit = noLimit)
 {
     const QVariant value = dictionary.value(key);
     const QString trimmed = value.typeId() == QMetaType::QString ? value.toString().trimmed() : QString();
-    return limit >= 0 && trimmed.size() > limit ? QString() : trimmed;
+    return characters::exceed(limit, trimmed) ? QString() : trimmed;
 }
 
 QString orUnknown(const QString &value)

@@ -10,7 +10,9 @@
 #include "System/VeranoxAppPreferences.h"
 #include <QCoreApplication>
 #include <QtGlobal>
+#include <chrono>
 #include <cstdlib>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -23,8 +25,17 @@ bool isHostOfUnitTests()
     return qEnvironmentVariableIsSet("XCTestConfigurationFilePath");
 }
 
-// After the reply the event loop ends by itself; if something keeps it alive, the process ends all the same.
-constexpr jobs::Clock::Duration exitBackstop = 250ms;
+// After the reply the process ends by itself; if something keeps it alive, it ends all the same.
+constexpr auto exitBackstop = 250ms;
+
+// Whatever the main thread does by then: its event loop may have ended, and a destructor may be waiting for a disk.
+void endProcessAfter(std::chrono::milliseconds time)
+{
+    std::thread([time] {
+        std::this_thread::sleep_for(time);
+        std::_Exit(EXIT_SUCCESS);
+    }).detach();
+}
 
 } // namespace
 
@@ -88,9 +99,8 @@ jobs::Async<> VeranoxMenuAppDelegate::completeTermination()
 {
     co_await m_store->quitAndShutdown();
     m_isCompletingTerminateRequest = true;
+    endProcessAfter(exitBackstop);
     Q_EMIT terminationReplied();
-    co_await jobs::sleep(exitBackstop);
-    std::exit(0);
 }
 
 void VeranoxMenuAppDelegate::applicationWillTerminate()

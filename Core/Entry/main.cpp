@@ -50,7 +50,7 @@ int runApplication(int &argc, char **argv)
         &VeranoxMenuAppDelegate::applicationShouldHandleReopen);
     const auto termination = platform::makeTermination();
     QObject::connect(termination.get(), &Termination::terminationRequested, &application, &QCoreApplication::quit);
-    const VeranoxLogEcho logEcho(delegate.store());
+    const VeranoxLogEcho logEcho(delegate.store(), stderr);
     const VeranoxStore &store = delegate.store();
     const auto statusService = StatusService::publish([&store] { return describeStatus(store); });
     return application.run(delegate);

@@ -1,8 +1,10 @@
 """Every way to end the application stops the service in order, and asks it once."""
+import pathlib
 import signal
 import unittest
 
 from support.case import EndToEndTestCase
+from support.paths import HANGING_LOG
 from support.polling import eventually
 from support.programs import HANGING_STOP_BOUND, STOP_BOUND
 
@@ -77,6 +79,23 @@ class Quit(EndToEndTestCase):
         self.application.signal(signal.SIGTERM)
         self.assertEqual(self.application.wait(STOP_BOUND), 0)
         self.assertEqual(self.front.count(SHUTDOWN), 0)
+
+
+class QuitWithoutADisk(EndToEndTestCase):
+    def test_while_a_write_of_the_log_never_returns(self):
+        panel = self.start_panel()
+        service, front = self.start_service_behind_front("settled")
+        application = self.start_application(LD_PRELOAD=str(HANGING_LOG))
+        panel.await_item()
+        application.await_state("online")
+        log = pathlib.Path(self.desktop.environment["XDG_DATA_HOME"]) / "Veranox" / "logs" / "activity.jsonl"
+        eventually(log.exists, "the file of the log")
+        self.assertIn("session started", application.output())
+        application.signal(signal.SIGTERM)
+        self.assertEqual(application.wait(STOP_BOUND), 0)
+        self.assertEqual(front.count(SHUTDOWN), 1)
+        self.assertEqual(service.wait(STOP_BOUND), 0)
+        self.assertEqual(log.read_bytes(), b"")  # or nothing has hung
 
 
 class EndOfSession(EndToEndTestCase):

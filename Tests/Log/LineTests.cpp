@@ -1,5 +1,7 @@
 #include "Log/VeranoxRuntimeLogLine.h"
+#include "Log/VeranoxRuntimeLogRedactor.h"
 #include "Tests/Support/QtPrinters.h"
+#include "Tests/Support/RandomText.h"
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -51,6 +53,36 @@ TEST(LogLine, CountsCharactersAsAPersonDoes)
         EXPECT_EQ(Line::truncated(whole + u'x'), whole + mark) << qPrintable(character);
         EXPECT_EQ(Line::truncated(whole + character), whole + mark) << qPrintable(character);
     }
+}
+
+TEST(LogLine, CutsMixedScriptsBetweenTwoCharacters)
+{
+    const QString piece = u"नमस्ते👩"_s; // four of them
+    EXPECT_EQ(Line::truncated(piece.repeated(4096)), piece.repeated(4096));
+    EXPECT_EQ(Line::truncated(piece.repeated(5000)), piece.repeated(4096) + mark);
+    QString before;
+    for (const QString &rest : {u"नमस्ते"_s, u"नम"_s, u"न"_s}) {
+        before += u'x';
+        EXPECT_EQ(Line::truncated(before + piece.repeated(5000)), before + piece.repeated(4095) + rest + mark);
+    }
+}
+
+TEST(LogLine, LetsNoHalfOfASurrogatePairThrough)
+{
+    const QStringList pieces{u"नमस्ते"_s, u"👩"_s, u"👩‍👩‍👧‍👦"_s, u"🇩🇪"_s, u"e\u0301"_s, u"각"_s,
+        u"กำ"_s, u"plain"_s, u"中文"_s, u"𝄞"_s, u"\U000110BDa"_s, QString(QChar(0xD83D)), QString(QChar(0xDC69))};
+    RandomText random(7);
+    int cut = 0;
+    for (int round = 0; round < 40; ++round) {
+        QString text;
+        while (text.size() < 50'000)
+            text += random.oneOf(pieces).repeated(1 + random.below(50));
+        const QString shown = Line::truncated(VeranoxRuntimeLogRedactor::redact(text));
+        ASSERT_TRUE(shown.isValidUtf16()) << round;
+        ASSERT_EQ(QString::fromUtf8(shown.toUtf8()), shown) << round;
+        cut += shown.endsWith(mark);
+    }
+    EXPECT_GT(cut, 20);
 }
 
 TEST(LogLine, DoesNotCutOneEndlessCharacter)

@@ -19,16 +19,35 @@ protected:
     }
 };
 
+constexpr uid_t ordinaryUser = 65534;
+
 // The rights of a user whom folders can refuse, for a test that runs as root.
 class OrdinaryRights {
 public:
-    OrdinaryRights() { EXPECT_TRUE(m_before != 0 || ::seteuid(65534) == 0); }
+    OrdinaryRights() { EXPECT_TRUE(m_before != 0 || ::seteuid(ordinaryUser) == 0); }
     ~OrdinaryRights() { EXPECT_EQ(::seteuid(m_before), 0); }
     OrdinaryRights(const OrdinaryRights &) = delete;
     OrdinaryRights &operator=(const OrdinaryRights &) = delete;
 
 private:
     uid_t m_before = ::geteuid();
+};
+
+// Makes the user of OrdinaryRights the owner of what a test that runs as root has made.
+class OrdinaryOwner {
+public:
+    explicit OrdinaryOwner(QStringList paths) : m_paths(std::move(paths)) { give(ordinaryUser); }
+    ~OrdinaryOwner() { give(::geteuid()); }
+    OrdinaryOwner(const OrdinaryOwner &) = delete;
+    OrdinaryOwner &operator=(const OrdinaryOwner &) = delete;
+
+private:
+    void give(uid_t user)
+    {
+        for (const QString &path : std::as_const(m_paths))
+            EXPECT_TRUE(::geteuid() != 0 || ::chown(QFile::encodeName(path).constData(), user, gid_t(-1)) == 0);
+    }
+    QStringList m_paths;
 };
 
 TEST_F(LogFileFailure, NeverWritesOrReadsThroughASymbolicLink)
@@ -142,6 +161,53 @@ TEST_F(LogFileFailure, TellsOfAFolderThatRefuses)
     }
     ::chmod(refusing.constData(), 0700);
     EXPECT_EQ(append(entry(u"b"_s)), std::nullopt);
+}
+
+TEST_F(LogFileFailure, GivesTheOwnerBackTheRightsThatAreMissing)
+{
+    write(path, "");
+    write(backup(1), entry(u"old"_s).toJson() + '\n');
+    const OrdinaryOwner owner({home.path(), home.filePath(u"a"_s), home.filePath(u"a/b"_s), folder, path, backup(1)});
+    const QList<std::pair<mode_t, mode_t>> modes{
+        {0700, 0400}, {0700, 0200}, {0700, 0000}, {0100, 0600}, {0300, 0600}, {0000, 0600}, {0000, 0000}};
+    for (const bool loading : {false, true}) {
+        for (const auto &[folderMode, fileMode] : modes) {
+            ::chmod(QFile::encodeName(path).constData(), fileMode);
+            ::chmod(QFile::encodeName(backup(1)).constData(), fileMode);
+            ::chmod(QFile::encodeName(folder).constData(), folderMode);
+            open();
+            const OrdinaryRights rights;
+            EXPECT_EQ(loading ? loadError() : append(entry(u"a"_s)), std::nullopt) << folderMode << ' ' << fileMode;
+            EXPECT_EQ(mode(folder), 0700U);
+            EXPECT_EQ(mode(path), 0600U);
+        }
+    }
+    EXPECT_EQ(messages().size(), 1 + modes.size());
+}
+
+TEST_F(LogFileFailure, ChangesNoRightsOfWhatIsNoFile)
+{
+    QDir().mkpath(folder);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0000), 0);
+    const OrdinaryOwner owner({home.path(), home.filePath(u"a"_s), home.filePath(u"a/b"_s), folder, path});
+    open();
+    {
+        const OrdinaryRights rights;
+        expectError(append(entry(u"a"_s)), u"activity.jsonl” could not be opened: Permission denied"_s);
+    }
+    EXPECT_EQ(mode(path), 0000U);
+}
+
+TEST_F(LogFileFailure, TellsOfAFileThatIsSomebodyElses)
+{
+    write(path, "");
+    const OrdinaryOwner owner({home.path(), home.filePath(u"a"_s), home.filePath(u"a/b"_s), folder});
+    ::chmod(QFile::encodeName(path).constData(), 0600);
+    open();
+    const OrdinaryRights rights;
+    if (::geteuid() == QFileInfo(path).ownerId())
+        GTEST_SKIP() << "only root can be somebody else";
+    expectError(append(entry(u"a"_s)), u"activity.jsonl” could not be opened: Permission denied"_s);
 }
 
 TEST_F(LogFileFailure, TakesBackHalfALineThatCouldNotBeFinished)

@@ -1,6 +1,5 @@
 #include "Log/VeranoxRuntimeLogDiscarder.h"
 #include "Tests/Log/LogFileWorld.h"
-#include <QStandardPaths>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -174,23 +173,85 @@ TEST_F(LogFile, FinishesTheCallsMadeSoFarWhenItGoes)
     EXPECT_EQ(messages(), QStringList{u"a"_s});
 }
 
+// A variable of the environment for the length of a test.
+class Variable {
+public:
+    Variable(const char *name, const QByteArray &value) : m_name(name), m_before(qgetenv(name))
+    {
+        qputenv(name, value);
+    }
+    ~Variable() { m_before.isNull() ? qunsetenv(m_name) : qputenv(m_name, m_before); }
+    Variable(const Variable &) = delete;
+    Variable &operator=(const Variable &) = delete;
+
+private:
+    const char *m_name;
+    QByteArray m_before;
+};
+
 TEST(LogDefaultFile, LiesInTheFolderForApplicationData)
 {
-    EXPECT_EQ(VeranoxRuntimeLogFile::defaultFileURL(),
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Veranox/logs/activity.jsonl"_s);
+    const Variable home("HOME", "/home/somebody");
+    {
+        const Variable data("XDG_DATA_HOME", "/data/of somebody");
+        EXPECT_EQ(VeranoxRuntimeLogFile::defaultFileURL(), u"/data/of somebody/Veranox/logs/activity.jsonl"_s);
+    }
+    const Variable none("XDG_DATA_HOME", "");
+    EXPECT_EQ(VeranoxRuntimeLogFile::defaultFileURL(), u"/home/somebody/.local/share/Veranox/logs/activity.jsonl"_s);
 }
 
-TEST(LogDiscarder, KeepsNothing)
+TEST_F(LogFile, LoadsFilesOfAnySizeWhole)
 {
-    jobs::World world;
-    jobs::JobScope scope(world.queue);
-    VeranoxRuntimeLogDiscarder discarder(u"/x"_s);
-    EXPECT_EQ(discarder.fileURL(), u"/x"_s);
+    QStringList expected;
+    QByteArray bytes;
+    while (bytes.size() < VeranoxRuntimeLogFile::defaultMaxBytes) {
+        expected.append(QString::number(expected.size()) + u' ' + QString(5'000, u'x'));
+        bytes += entry(expected.last()).toJson() + '\n';
+    }
+    write(backup(1), bytes);
+    write(path, bytes);
+    open();
+    EXPECT_EQ(messages(10'000), expected + expected);
+}
+
+TEST_F(LogFile, LoadsOnlyTheEndOfAFileThatIsFarTooLarge)
+{
+    write(path, entry(u"lost"_s).toJson() + '\n');
+    ASSERT_TRUE(QFile::resize(path, qint64{70} << 20));
+    QFile writer(path);
+    ASSERT_TRUE(writer.open(QIODevice::Append));
+    writer.write('\n' + entry(u"kept"_s).toJson() + '\n');
+    writer.close();
+    open();
+    EXPECT_EQ(messages(), QStringList{u"kept"_s});
+}
+
+class LogDiscarder : public LogFileWorld {
+protected:
+    static jobs::Async<> keep(VeranoxRuntimeLogDiscarder *discarder, QList<VeranoxRuntimeLogEntry> entries)
+    {
+        co_await discarder->append(std::move(entries));
+    }
+    static jobs::Async<> load(VeranoxRuntimeLogDiscarder *discarder, std::optional<qsizetype> *count)
+    {
+        *count = (co_await discarder->loadRecent(500)).size();
+    }
+};
+
+TEST_F(LogDiscarder, KeepsNothing)
+{
+    VeranoxRuntimeLogDiscarder discarder(path);
+    EXPECT_EQ(discarder.fileURL(), path);
     EXPECT_EQ(VeranoxRuntimeLogDiscarder().fileURL(), std::nullopt);
-    const auto appended = scope.start(discarder.append({}));
-    const auto loaded = scope.start(discarder.loadRecent(500));
+    const auto appended = jobs.start(keep(&discarder, {entry(u"a"_s)}));
     world.run();
-    EXPECT_TRUE(appended.finished() && loaded.finished());
+    EXPECT_TRUE(appended.finished());
+    EXPECT_FALSE(QFileInfo::exists(home.filePath(u"a"_s)));
+    write(path, entry(u"of somebody else"_s).toJson() + '\n');
+    std::optional<qsizetype> count;
+    jobs.start(load(&discarder, &count));
+    world.run();
+    EXPECT_EQ(count, 0);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #include "Tests/Log/LogFileWorld.h"
-#include "Tests/Log/RandomText.h"
+#include "Tests/Support/RandomText.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
 #include "Log/VeranoxRuntimeLogMetadataParser.h"
-#include "Tests/Log/RandomText.h"
 #include "Tests/Support/QtPrinters.h"
+#include "Tests/Support/RandomText.h"
 #include <QHash>
 #include <QRegularExpression>
 #include <gtest/gtest.h>

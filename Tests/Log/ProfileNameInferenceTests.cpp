@@ -1,6 +1,6 @@
 #include "Log/VeranoxProfileNameInference.h"
-#include "Tests/Log/RandomText.h"
 #include "Tests/Support/QtPrinters.h"
+#include "Tests/Support/RandomText.h"
 #include <algorithm>
 #include <gtest/gtest.h>
 

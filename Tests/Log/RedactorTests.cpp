@@ -1,6 +1,6 @@
 #include "Log/VeranoxRuntimeLogRedactor.h"
-#include "Tests/Log/RandomText.h"
 #include "Tests/Support/QtPrinters.h"
+#include "Tests/Support/RandomText.h"
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
@@ -112,6 +112,8 @@ TEST(LogRedactor, IsNotPutOffByHalfASurrogatePair)
     const QString redacted = redact(QChar(0xDC00) + u"?token=abc control_token="_s + secret + QChar(0xD800));
     EXPECT_FALSE(redacted.contains(u"abc"_s));
     EXPECT_FALSE(redacted.contains(secret));
+    EXPECT_TRUE(redacted.isValidUtf16());
+    EXPECT_EQ(redact(u"a"_s + QChar(0xD83D) + u"b\U0001F469"_s), u"a?b\U0001F469"_s);
 }
 
 TEST(LogRedactor, SeesThroughLettersThatFoldToAsciiOnes)

@@ -1,5 +1,7 @@
 // From entries to the file and back.
 #include "Tests/Log/StoreLogWorld.h"
+#include <QRegularExpression>
+#include <sys/utsname.h>
 
 using namespace Qt::StringLiterals;
 
@@ -40,17 +42,27 @@ TEST_F(StoreLogPersistence, JoinsWhatWaitsIntoOneWrite)
     EXPECT_EQ(file->written, store->runtimeLog());
 }
 
+// The first line is on its way to the disk; those behind it take the place of one another.
 TEST_F(StoreLogPersistence, HoldsNoMoreForADiskThatHangsThanItsFilesWould)
 {
     file->appending.hold();
+    store->appendLog(u"on its way"_s);
+    world.run();
+    ASSERT_EQ(file->appending.calls, 1);
     const QString line(16'000, u'x');
-    for (int number = 0; number < 2'000; ++number)
+    for (int number = 0; number < 2'000; ++number) {
         store->appendLog(line);
+        world.run();
+    }
+    EXPECT_EQ(file->appending.calls, 1);
     file->appending.release();
     world.run();
+    ASSERT_GT(file->written.size(), 1);
+    EXPECT_EQ(file->written.takeFirst().message, u"on its way"_s);
     EXPECT_GE(file->written.size(), 8 * 1024 * 1024 / 17'000);
     EXPECT_LE(file->written.size(), 8 * 1024 * 1024 / 16'000 + 2);
-    EXPECT_EQ(file->written.last(), store->runtimeLog().last());
+    for (qsizetype index = 0; index < file->written.size(); ++index) // the newest, without a gap
+        ASSERT_EQ(file->written[index].sequence, static_cast<std::uint64_t>(2'001 - file->written.size() + index + 1));
     EXPECT_EQ(store->runtimeLogPersistenceError(), std::nullopt);
 }
 
@@ -167,11 +179,29 @@ TEST_F(StoreLogPersistence, GoesOnWhenTheHistoryCannotBeLoaded)
 
 TEST(SessionIdentity, NamesTheMachineAndWhatTheBundleLeavesOut)
 {
+    struct utsname machine{};
+    ASSERT_EQ(::uname(&machine), 0);
+    const auto release = QString::fromLatin1(machine.release);
+    static const QRegularExpression numbers(u"^([0-9]+)\\.([0-9]+)(?:\\.([0-9]+))?"_s);
+    const auto parts = numbers.match(release);
+    ASSERT_TRUE(parts.hasMatch()) << qPrintable(release);
+    const QString patch = parts.captured(3).isEmpty() ? u"0"_s : parts.captured(3);
+    const auto processor = QString::fromLatin1(machine.machine);
+
     const auto identity = VeranoxSessionIdentity::of({});
     EXPECT_EQ(identity.bundleIdentifier, u"unknown"_s);
     EXPECT_EQ(identity.build.version, u"unknown"_s);
-    EXPECT_THAT(identity.systemVersion.toStdString(), ::testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
-    EXPECT_FALSE(identity.architecture.isEmpty());
+    EXPECT_EQ(identity.systemVersion, parts.captured(1) + u'.' + parts.captured(2) + u'.' + patch);
+    EXPECT_EQ(identity.systemName, QString::fromLatin1(machine.sysname));
+    EXPECT_EQ(identity.architecture, processor == u"aarch64" ? u"arm64"_s : processor);
+}
+
+TEST(SessionIdentity, TakesTheBundleAtItsWord)
+{
+    const auto identity = VeranoxSessionIdentity::of(
+        {{u"CFBundleIdentifier"_s, u"app.veranox"_s}, {u"CFBundleShortVersionString"_s, u"1.2"_s}});
+    EXPECT_EQ(identity.bundleIdentifier, u"app.veranox"_s);
+    EXPECT_EQ(identity.build.version, u"1.2"_s);
 }
 
 } // namespace

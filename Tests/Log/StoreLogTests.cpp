@@ -107,6 +107,24 @@ TEST_F(StoreLog, CutsLongLinesAndLosesWhatStandsBehindTheCut)
     EXPECT_EQ(entry.outcome, std::nullopt);
 }
 
+// A secret that the cut would shorten is gone before.
+TEST_F(StoreLog, RedactsBeforeItCuts)
+{
+    const QString name = u"control_token="_s;
+    const QString before(16'384 - name.size() - 8, u'x');
+    const auto entry = logged(before + name + u"0123456789abcdef0123456789abcdef"_s);
+    EXPECT_EQ(entry.message, before + name + u"[REDACTE … [truncated]"_s);
+}
+
+TEST_F(StoreLog, TellsOfEachEntryAtOnce)
+{
+    QList<VeranoxRuntimeLogEntry> told;
+    QObject::connect(store.get(), &VeranoxStore::runtimeLogAdded, store.get(),
+        [&told](const VeranoxRuntimeLogEntry &entry) { told.append(entry); });
+    store->appendLog(u"a\nb"_s);
+    EXPECT_EQ(told, store->runtimeLog());
+}
+
 TEST_F(StoreLog, InfersTheProfileFromTheServiceAndTheConfiguration)
 {
     EXPECT_EQ(logged(u"[home] a"_s).profileName, std::nullopt);

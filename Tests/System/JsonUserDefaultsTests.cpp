@@ -45,7 +45,9 @@ TEST_F(JsonDefaults, keepsEachTypeOverARestart)
     EXPECT_EQ(second.value(u"flag"_s), QVariant(false));
     EXPECT_EQ(second.value(u"number"_s), QVariant(qint64(4294967295)));
     EXPECT_EQ(second.value(u"text"_s), QVariant(u"⌥⌘,"_s));
-    EXPECT_EQ(QFile(path()).permissions() & QFileDevice::Permissions(0x0077), QFileDevice::Permissions());
+    struct stat kept{};
+    ASSERT_EQ(::stat(QFile::encodeName(path()).constData(), &kept), 0);
+    EXPECT_EQ(kept.st_mode & 07777, 0600U);
 }
 
 TEST_F(JsonDefaults, keepsKeysThatItDoesNotKnow)
@@ -72,6 +74,18 @@ TEST_F(JsonDefaults, setsADamagedFileAsideAndNeverEmptiesIt)
         EXPECT_EQ(files().size(), 2);
         EXPECT_TRUE(defaults.problem().isEmpty());
     }
+}
+
+TEST_F(JsonDefaults, aFileOfMoreThanAMebibyteIsNotOurs)
+{
+    const QByteArray sound = "{\"a\": true}";
+    const QByteArray largest = sound + QByteArray(1024 * 1024 - sound.size(), ' ');
+    put(largest);
+    EXPECT_EQ(JsonUserDefaults(path()).value(u"a"_s), QVariant(true));
+    put(largest + ' ');
+    const JsonUserDefaults defaults(path());
+    EXPECT_FALSE(defaults.value(u"a"_s).isValid());
+    EXPECT_TRUE(defaults.problem().contains(u"it is larger than 1 MiB"_s)) << qPrintable(defaults.problem());
 }
 
 TEST_F(JsonDefaults, doesNotWaitAtAPipe)

@@ -99,6 +99,75 @@ TEST_F(AppPreferences, eachChangeIsKeptAtOnceAndToldOnce)
     EXPECT_FALSE(preferences->autoConfigurePAC());
 }
 
+TEST_F(AppPreferences, areKeptUnderTheirKeys)
+{
+    const QHash<QString, QVariant> expected{{u"veranox.startServiceOnLaunch"_s, false},
+        {u"veranox.autoConfigurePAC"_s, false}, {u"veranox.settingsShortcut"_s, u"custom"_s},
+        {u"veranox.customSettingsShortcutTitle"_s, u"⌃⌥⌘←"_s},
+        {u"veranox.customSettingsShortcutKeyCode"_s, qint64(123)},
+        {u"veranox.customSettingsShortcutModifiers"_s, qint64(6400)}};
+    load();
+    preferences->setStartServiceOnLaunch(false);
+    preferences->setAutoConfigurePAC(false);
+    preferences->setCustomSettingsShortcut(u"⌃⌥⌘←"_s, 123, 6400);
+    preferences->setSettingsShortcutID(u"custom"_s);
+    EXPECT_EQ(values, expected);
+}
+
+TEST_F(AppPreferences, areReadFromTheirKeys)
+{
+    values = {{u"veranox.startServiceOnLaunch"_s, false}, {u"veranox.customSettingsShortcutTitle"_s, u"⇧F1"_s},
+        {u"veranox.customSettingsShortcutKeyCode"_s, qint64(0xFFFFFFFF)},
+        {u"veranox.customSettingsShortcutModifiers"_s, qint64(512)}, {u"veranox.settingsShortcut"_s, u"custom"_s}};
+    load();
+    EXPECT_FALSE(preferences->startServiceOnLaunch());
+    EXPECT_TRUE(preferences->autoConfigurePAC());
+    EXPECT_EQ(preferences->settingsShortcutID(), u"custom"_s);
+    EXPECT_EQ(preferences->customSettingsShortcutTitle(), u"⇧F1"_s);
+    EXPECT_EQ(preferences->customSettingsShortcutKeyCode(), 0xFFFFFFFFU);
+    EXPECT_EQ(preferences->customSettingsShortcutModifiers(), 512U);
+    values = {{u"veranox.autoConfigurePAC"_s, false}};
+    load();
+    EXPECT_TRUE(preferences->startServiceOnLaunch());
+    EXPECT_FALSE(preferences->autoConfigurePAC());
+}
+
+TEST_F(AppPreferences, tellOfEachChange)
+{
+    load();
+    QSignalSpy start(preferences.get(), &VeranoxAppPreferences::startServiceOnLaunchChanged);
+    QSignalSpy pac(preferences.get(), &VeranoxAppPreferences::autoConfigurePACChanged);
+    QSignalSpy shortcut(preferences.get(), &VeranoxAppPreferences::settingsShortcutIDChanged);
+    QSignalSpy login(preferences.get(), &VeranoxAppPreferences::launchAtLoginChanged);
+    QSignalSpy error(preferences.get(), &VeranoxAppPreferences::lastErrorChanged);
+    const auto told = [&] {
+        return QList<qsizetype>{start.count(), pac.count(), shortcut.count(), login.count(), error.count()};
+    };
+    preferences->setStartServiceOnLaunch(true); // as it is
+    preferences->setAutoConfigurePAC(true);
+    preferences->setLaunchAtLogin(false);
+    EXPECT_EQ(told(), (QList<qsizetype>{0, 0, 0, 0, 0}));
+    preferences->setStartServiceOnLaunch(false);
+    EXPECT_EQ(told(), (QList<qsizetype>{1, 0, 0, 0, 0}));
+    preferences->setAutoConfigurePAC(false);
+    preferences->setAutoConfigurePAC(false);
+    EXPECT_EQ(told(), (QList<qsizetype>{1, 1, 0, 0, 0}));
+    preferences->setCustomSettingsShortcut(u"⌥A"_s, 12, 2048); // takes effect with the id
+    EXPECT_EQ(told(), (QList<qsizetype>{1, 1, 0, 0, 0}));
+    preferences->setSettingsShortcutID(u"custom"_s);
+    preferences->setSettingsShortcutID(u"custom"_s); // perhaps another combination
+    EXPECT_EQ(told(), (QList<qsizetype>{1, 1, 2, 0, 0}));
+    preferences->setLaunchAtLogin(true);
+    EXPECT_EQ(told(), (QList<qsizetype>{1, 1, 2, 1, 0}));
+    loginItem.refusal = u"Not allowed here."_s;
+    preferences->setLaunchAtLogin(false);
+    EXPECT_EQ(told(), (QList<qsizetype>{1, 1, 2, 1, 1}));
+    loginItem.enabled = false; // by the person, in the system's settings
+    preferences->mirrorLaunchAtLogin();
+    EXPECT_EQ(told(), (QList<qsizetype>{1, 1, 2, 2, 1}));
+    EXPECT_FALSE(preferences->launchAtLogin());
+}
+
 TEST(GlobalShortcut, presetsAreATable)
 {
     const QList<VeranoxGlobalShortcut> expected{{u"option-command-comma"_s, u"⌥⌘,"_s, 43, 2304},

@@ -65,7 +65,9 @@ TEST(AppVersion, takesTheIdentifierOrDerivesIt)
         {u"abcdef123456-dirty "_s, {}, u"abcdef123456-dirty"_s},
         {u"abcdef1234567-dirty"_s, u"fedcba9876543210"_s, u"fedcba987654"_s},
         {{}, u"abcdef123456789-dirty"_s, u"abcdef123456-dirty"_s},
-        {{}, u"abcdef1234"_s, u"unknown"_s}, // a valid commit, too short to derive from
+        {{}, u"abcdef12345"_s, u"unknown"_s}, // a valid commit, too short to derive from
+        {{}, u"abcdef12345-dirty"_s, u"unknown"_s},
+        {{}, u"abcdef123456"_s, u"abcdef123456"_s},
         {{}, {}, u"unknown"_s},
     };
     for (const Row &row : rows)
@@ -79,4 +81,16 @@ TEST(AppVersion, limitsDateAndChannel)
     EXPECT_EQ(of(u"VeranoxBuildDate"_s, QString(65, u'9')).buildDate, u"unknown"_s);
     EXPECT_EQ(of(u"VeranoxBuildChannel"_s, QString(32, u'c')).buildChannel, QString(32, u'c'));
     EXPECT_EQ(of(u"VeranoxBuildChannel"_s, QString(33, u'c')).buildChannel, u"unknown"_s);
+}
+
+TEST(AppVersion, limitsCharactersAsAPersonCountsThem)
+{
+    for (const QString &character : {u"e\u0301"_s, u"🙂"_s, u"🇩🇪"_s}) {
+        const QString date = character.repeated(64);
+        EXPECT_EQ(of(u"VeranoxBuildDate"_s, date).buildDate, date);
+        EXPECT_EQ(of(u"VeranoxBuildDate"_s, date + u'x').buildDate, u"unknown"_s);
+        const QString channel = character.repeated(32);
+        EXPECT_EQ(of(u"VeranoxBuildChannel"_s, channel).buildChannel, channel);
+        EXPECT_EQ(of(u"VeranoxBuildChannel"_s, channel + character).buildChannel, u"unknown"_s);
+    }
 }

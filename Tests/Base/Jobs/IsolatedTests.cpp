@@ -1,7 +1,9 @@
 #include "Tests/Base/Jobs/JobOwner.h"
 #include <QCoreApplication>
+#include <QPointer>
 #include <QThread>
 #include <QTimer>
+#include <latch>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -11,19 +13,27 @@ namespace {
 // A list of lines, and what became of it after its end.
 class Lines {
 public:
-    explicit Lines(Notes *after) : m_after(after), m_thread(QThread::currentThread()) { }
+    explicit Lines(Notes *after, std::latch *ended = nullptr)
+        : m_after(after),
+          m_ended(ended),
+          m_thread(QThread::currentThread())
+    {
+    }
     Lines(const Lines &) = delete;
     Lines &operator=(const Lines &) = delete;
     ~Lines()
     {
         m_lines.emplace_back(m_thread == QThread::currentThread() ? "died at home" : "died abroad");
         *m_after = m_lines;
+        if (m_ended)
+            m_ended->count_down();
     }
     void write(const std::string &text) { m_lines.push_back(ambient().value_or(u"-"_s).toStdString() + ": " + text); }
     std::size_t count() const { return m_lines.size(); }
 
 private:
     Notes *m_after;
+    std::latch *m_ended;
     QThread *m_thread;
     Notes m_lines;
 };
@@ -42,7 +52,7 @@ TEST(Isolated, CallsKeepTheirOrderAndCarryTheAmbientText)
     JobOwner o(w);
     Notes after;
     {
-        Isolated<Lines> lines(w.queue, u"lines"_s, &after);
+        Isolated<Lines> lines(w.queue, {u"lines"_s}, &after);
         for (int i = 0; i < 200; ++i) {
             const AmbientScope id(u"r%1"_s.arg(i));
             lines.post([i](Lines &l) { l.write(std::to_string(i)); });
@@ -80,7 +90,7 @@ TEST(Isolated, ACallThatThrowsAndARequestThatIsDroppedReachTheJob)
     World w;
     JobOwner o(w);
     Notes after;
-    Isolated<Lines> lines(w.queue, u"lines"_s, &after);
+    Isolated<Lines> lines(w.queue, {u"lines"_s}, &after);
     o.jobs.start(L::go(&o, &lines));
     w.run();
     EXPECT_EQ(o.log, (Notes{"full@0", "dropped@0", "8@0"}));
@@ -102,7 +112,7 @@ TEST(Isolated, MayDieWhileAnAnswerIsOnItsWay)
     JobOwner o(w);
     Notes after;
     {
-        Isolated<Lines> lines(w.queue, u"lines"_s, &after);
+        Isolated<Lines> lines(w.queue, {u"lines"_s}, &after);
         auto job = o.jobs.start(L::go(&o, &lines));
         while (w.queue.inbox()->outstanding == 0)
             QCoreApplication::sendPostedEvents();
@@ -110,6 +120,40 @@ TEST(Isolated, MayDieWhileAnAnswerIsOnItsWay)
     }
     w.run();
     EXPECT_EQ(o.log, (Notes{"4@0"}));
+}
+
+TEST(Isolated, IsLeftToItselfByAnEndThatHasWaitedLongEnough)
+{
+    struct L {
+        static Async<> go(Isolated<Lines> *lines, std::latch *atWork, std::latch *release)
+        {
+            co_await lines->call([atWork, release](Lines &l) {
+                atWork->count_down();
+                release->wait();
+                l.write("came back");
+            });
+        }
+    };
+    World w;
+    std::latch atWork(1);
+    std::latch release(1);
+    std::latch ended(1);
+    Notes after;
+    QPointer<QThread> thread;
+    {
+        JobScope jobs(w.queue);
+        Isolated<Lines> lines(w.queue, {.name = u"lines"_s, .patience = 1ms}, &after, &ended);
+        thread = lines.context()->thread();
+        jobs.start(L::go(&lines, &atWork, &release));
+        while (!atWork.try_wait())
+            QCoreApplication::sendPostedEvents();
+    }
+    EXPECT_FALSE(ended.try_wait()); // or we would still be waiting above
+    release.count_down();
+    ended.wait();
+    EXPECT_EQ(after, (Notes{"-: came back", "died at home"}));
+    while (thread) // it leaves nothing behind
+        w.queue.settle();
 }
 
 TEST(Isolated, AnswersThatKeepComingDoNotKeepTheEventLoopFromItsTurn)
@@ -138,7 +182,7 @@ TEST(Isolated, AnswersThatKeepComingDoNotKeepTheEventLoopFromItsTurn)
     QObject::connect(&timer, &QTimer::timeout, &timer, [&turns] { ++turns; });
     timer.start(0);
     {
-        Isolated<Lines> lines(queue, u"lines"_s, &after);
+        Isolated<Lines> lines(queue, {u"lines"_s}, &after);
         JobScope jobs(queue);
         jobs.start(L::ask(&lines, &asked));
         const Job<> work = jobs.start(L::work(20'000)); // 200 ms, so 50 slices

@@ -1,6 +1,6 @@
 #include "API/Client/VeranoxAPIClient.h"
-#include "Base/Json/Json.h"
 #include "API/Client/VeranoxAPIErrorBody.h"
+#include "Base/Json/Json.h"
 #include "Base/Json/VeranoxDecodingError.h"
 
 using namespace Qt::StringLiterals;

@@ -1,21 +1,21 @@
 // What the application asks of the service, in the order of the protocol.
-#include "Base/Json/Json.h"
 #include "API/Client/VeranoxAPIClient.h"
+#include "API/Client/VeranoxURLEncoding.h"
 #include "API/Records/VeranoxConfig.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include "API/Records/VeranoxEditableConfig.h"
+#include "API/Records/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxEditableTunnel.h"
 #include "API/Records/VeranoxEnvironment.h"
 #include "API/Records/VeranoxFeedback.h"
 #include "API/Records/VeranoxPathReport.h"
 #include "API/Records/VeranoxProfile.h"
 #include "API/Records/VeranoxProfileAction.h"
+#include "API/Records/VeranoxPublication.h"
 #include "API/Records/VeranoxSaveConfigResponse.h"
 #include "API/Records/VeranoxShutdownResponse.h"
-#include "API/Client/VeranoxURLEncoding.h"
-#include "API/Records/VeranoxEditablePublication.h"
-#include "API/Records/VeranoxPublication.h"
-#include "API/Records/VeranoxEditableTunnel.h"
 #include "API/Records/VeranoxTunnel.h"
+#include "Base/Json/Json.h"
+#include "Base/Json/VeranoxDecodingError.h"
 
 using namespace Qt::StringLiterals;
 

@@ -15,11 +15,9 @@ VeranoxActivePublicationsView::VeranoxActivePublicationsView(jobs::MainQueue &qu
     : m_store(store),
       m_actions(queue, std::move(operations), std::move(copyText))
 {
-    connect(&m_store, &VeranoxStore::publicationsChanged, this, &VeranoxActivePublicationsView::show);
-    connect(&m_store, &VeranoxStore::profilesChanged, this, &VeranoxActivePublicationsView::show);
-    connect(&m_store, &VeranoxStore::serviceStateChanged, this, &VeranoxActivePublicationsView::show);
-    connect(&m_store, &VeranoxStore::isRestartingRouterChanged, this, &VeranoxActivePublicationsView::show);
-    connect(&m_store, &VeranoxStore::isQuittingChanged, this, &VeranoxActivePublicationsView::show);
+    m_watches.add(
+        [&store] { return std::tuple(store.publications(), store.profiles(), store.publicationsUnavailableReason()); },
+        [this] { show(); });
     connect(&m_actions, &VeranoxMenuRowActions::changed, this, &VeranoxActivePublicationsView::show);
     show();
 }

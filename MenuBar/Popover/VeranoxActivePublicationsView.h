@@ -1,5 +1,6 @@
 #pragma once
 #include "Base/Models/KeyedListModel.h"
+#include "Base/Models/Watches.h"
 #include "MenuBar/Popover/VeranoxMenuPublicationRow.h"
 #include "MenuBar/Popover/VeranoxMenuRowActions.h"
 #include "Publications/VeranoxPublicationOverview.h"
@@ -46,6 +47,7 @@ private:
     void show();
 
     VeranoxStore &m_store;
+    Watches m_watches;
     VeranoxMenuRowActions m_actions;
     VeranoxPublicationOverview m_overview;
     KeyedListModel<VeranoxMenuPublicationRow> m_rows;

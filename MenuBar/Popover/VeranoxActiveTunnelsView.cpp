@@ -15,8 +15,7 @@ VeranoxActiveTunnelsView::VeranoxActiveTunnelsView(jobs::MainQueue &queue, Veran
     : m_store(store),
       m_actions(queue, std::move(operations), std::move(copyText))
 {
-    connect(&m_store, &VeranoxStore::tunnelsChanged, this, &VeranoxActiveTunnelsView::show);
-    connect(&m_store, &VeranoxStore::profilesChanged, this, &VeranoxActiveTunnelsView::show);
+    m_watches.add([&store] { return std::pair(store.tunnels(), store.profiles()); }, [this] { show(); });
     connect(&m_actions, &VeranoxMenuRowActions::changed, this, &VeranoxActiveTunnelsView::show);
     show();
 }

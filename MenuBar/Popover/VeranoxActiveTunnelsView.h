@@ -1,5 +1,6 @@
 #pragma once
 #include "Base/Models/KeyedListModel.h"
+#include "Base/Models/Watches.h"
 #include "MenuBar/Popover/VeranoxMenuRowActions.h"
 #include "MenuBar/Popover/VeranoxMenuTunnelRow.h"
 #include "Tunnels/VeranoxTunnelOverview.h"
@@ -46,6 +47,7 @@ private:
     void show();
 
     VeranoxStore &m_store;
+    Watches m_watches;
     VeranoxMenuRowActions m_actions;
     VeranoxTunnelOverview m_overview;
     KeyedListModel<VeranoxMenuTunnelRow> m_rows;

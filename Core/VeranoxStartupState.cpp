@@ -1,6 +1,7 @@
 #include "Core/VeranoxStartupState.h"
 #include "API/Values/VeranoxRecordClass.h"
 #include "Base/Text/EnumeratorWord.h"
+#include "State/VeranoxState.h"
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -28,4 +29,18 @@ QString startupStateFields(const ServiceState &service, const QList<VeranoxProfi
     return u"service="_s + service.logWord() + countFields(u"profiles", profiles, {ready, starting, failed})
         + countFields(u"tunnels", tunnels, {ready, starting, disabled, failed})
         + countFields(u"publications", publications, {ready, starting, disabled, failed, blocked});
+}
+
+QString startupStateFields(const VeranoxState &state)
+{
+    return startupStateFields(state.serviceState(), state.profiles(), state.tunnels(), state.publications());
+}
+
+VeranoxLogDetails startupEvent(const QString &code, bool isWarning, const QString &correlationID)
+{
+    return {.eventCode = code,
+        .level = isWarning ? u"warn"_s : u"info"_s,
+        .component = u"macos_app"_s,
+        .correlationID = correlationID,
+        .profileName = {}};
 }

@@ -1,176 +1,160 @@
 #include "Core/VeranoxStore.h"
-#include "Log/VeranoxRuntimeLogDiscarder.h"
-#include "Tunnels/VeranoxNoTunnelSecrets.h"
+#include "Core/VeranoxDerivedState.h"
+#include "Core/VeranoxMenuBarPulse.h"
+#include "Core/VeranoxRecoveryBudget.h"
+#include "Core/VeranoxRefresh.h"
+#include "Core/VeranoxRefreshLoop.h"
+#include "Core/VeranoxServiceStart.h"
+#include "Core/VeranoxShutdown.h"
+#include "Core/VeranoxStartup.h"
+#include "Core/VeranoxStartupSettlement.h"
+#include "Core/VeranoxSupervision.h"
+
+// Each after those that it works with, so that its jobs end before theirs.
+struct VeranoxStore::Service {
+    Service(jobs::MainQueue &queue, VeranoxStore &store, Collaborators &with)
+        : recovery(queue.clock()),
+          settlement(queue, store.m_state, store.m_log, with.startupProfileSettlementTimeout),
+          refresh({store.m_state, store.m_editing, *store.m_apiClient, store.m_passwords, store.m_log, recovery,
+              settlement}),
+          loop(queue, store.m_state, refresh),
+          start(queue,
+              {store.m_state, store.m_log, *store.m_apiClient, *store.m_runtimeClient, recovery,
+                  std::move(with.cliCommand), with.serviceReadinessTimeout}),
+          supervision(queue,
+              {store.m_state, store.m_editing, store.m_log, *store.m_apiClient, *store.m_runtimeClient, recovery, start,
+                  refresh, loop}),
+          startup({store.m_state, store.m_log, supervision, loop, settlement}),
+          pulse(queue, store.m_state),
+          shutdown(queue,
+              {store.m_state, store.m_log, *store.m_apiClient, *store.m_runtimeClient, start, loop, settlement, pulse})
+    {
+    }
+
+    VeranoxRecoveryBudget recovery;
+    VeranoxStartupSettlement settlement;
+    VeranoxRefresh refresh;
+    VeranoxRefreshLoop loop;
+    VeranoxServiceStart start;
+    VeranoxSupervision supervision;
+    VeranoxStartup startup;
+    VeranoxMenuBarPulse pulse;
+    VeranoxShutdown shutdown;
+};
 
 VeranoxStore::VeranoxStore(jobs::MainQueue &queue, Collaborators collaborators)
-    : m_apiClient(std::move(collaborators.apiClient)),
+    : m_diagnostics(std::move(collaborators.diagnostics)),
+      m_state(std::move(collaborators.failureNotifier)),
+      m_editing(m_state),
+      m_window(m_state),
+      m_apiClient(std::move(collaborators.apiClient)),
       m_runtimeClient(std::move(collaborators.runtimeClient)),
-      m_cliCommand(std::move(collaborators.cliCommand)),
-      m_serviceReadinessTimeout(collaborators.serviceReadinessTimeout),
-      m_startupProfileSettlementTimeout(collaborators.startupProfileSettlementTimeout),
-      m_diagnostics(std::move(collaborators.diagnostics)),
-      m_failureNotifier(std::move(collaborators.failureNotifier)),
-      m_runtimeLogPersistence(std::move(collaborators.runtimeLogPersistence)),
-      m_sessionIdentity(std::move(collaborators.sessionIdentity)),
-      m_tunnelSecrets(std::move(collaborators.tunnelSecrets)),
-      m_config{.router = VeranoxRouterConfig::defaults()},
-      m_profileDraft(VeranoxProfileDraft::empty(1)),
-      m_routerDraft(VeranoxEditableRouterConfig::defaults()),
+      m_log(queue, m_state, std::move(collaborators.runtimeLogPersistence), m_diagnostics,
+          std::move(collaborators.sessionIdentity)),
+      m_passwords(queue, m_state, *m_apiClient, std::move(collaborators.tunnelSecrets)),
+      m_tunnels(m_state, *m_apiClient, m_passwords),
+      m_publications(m_state, *m_apiClient),
+      m_service(std::make_unique<Service>(queue, *this, collaborators)),
       m_jobs(queue)
 {
-    if (!m_runtimeLogPersistence)
-        m_runtimeLogPersistence = std::make_unique<VeranoxRuntimeLogDiscarder>();
-    if (!m_tunnelSecrets)
-        m_tunnelSecrets = std::make_unique<VeranoxNoTunnelSecrets>(QString());
-    for (const ChangeSignal signal : {&VeranoxStore::profilesChanged, &VeranoxStore::editableConfigChanged})
-        connect(this, signal, this, [this] { m_profileNames.reset(); });
-    for (const ChangeSignal signal : {&VeranoxStore::serviceStateChanged, &VeranoxStore::profilesChanged,
-             &VeranoxStore::tunnelsChanged, &VeranoxStore::publicationsChanged})
-        connect(this, signal, this, &VeranoxStore::followPulseRule);
-    followPulseRule();
-    // The client dies with the store, and its callbacks with the client.
+    connect(&m_state, &VeranoxState::changed, this, &VeranoxStore::changed);
     m_runtimeClient->onOutput = [this](const QString &line) { appendLog(line); };
     m_runtimeClient->onGUIServiceExit = [this](std::int32_t status) { handleGUIServiceExit(status); };
 }
 
-VeranoxStore::~VeranoxStore() = default;
-
-template <class T> bool VeranoxStore::write(T &property, T value, ChangeSignal signal)
+VeranoxStore::~VeranoxStore()
 {
-    if (property == value)
-        return false;
-    property = std::move(value);
-    Q_EMIT(this->*signal)();
-    announceChange();
-    return true;
+    // The client outlives those whom it calls.
+    m_runtimeClient->onOutput = {};
+    m_runtimeClient->onGUIServiceExit = {};
 }
 
-void VeranoxStore::announceChange()
+QString VeranoxStore::statusTitle() const
 {
-    if (std::exchange(m_changeAnnounced, true))
-        return;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_changeAnnounced = false;
-            if (std::exchange(m_runtimeLogChanged, false))
-                Q_EMIT runtimeLogChanged();
-            Q_EMIT changed();
-        },
-        Qt::QueuedConnection);
+    return VeranoxDerivedState::statusTitle(m_state);
 }
 
-void VeranoxStore::observeFailureTransitions()
+QString VeranoxStore::routerStatusDetail() const
 {
-    if (m_failureNotifier)
-        m_failureNotifier->observe({.service = m_serviceState,
-            .isBusy = m_isRestartingRouter || m_isQuitting || m_isSavingSettings,
-            .profiles = m_profiles,
-            .tunnels = m_tunnels,
-            .publications = m_publications});
+    return VeranoxDerivedState::routerStatusDetail(m_state, *m_runtimeClient);
 }
 
-// ---- Writes that can turn into news: each is observed right after.
-
-void VeranoxStore::setServiceState(ServiceState state)
+bool VeranoxStore::statusActionRestartsService() const
 {
-    write(m_serviceState, std::move(state), &VeranoxStore::serviceStateChanged);
-    observeFailureTransitions();
+    return VeranoxDerivedState::statusActionRestartsService(m_state);
 }
 
-void VeranoxStore::setProfiles(QList<VeranoxProfile> profiles)
+MenuBarIcon VeranoxStore::menuBarIcon() const
 {
-    write(m_profiles, std::move(profiles), &VeranoxStore::profilesChanged);
-    observeFailureTransitions();
+    return VeranoxDerivedState::menuBarIcon(m_state);
 }
 
-void VeranoxStore::setTunnels(QList<VeranoxTunnel> tunnels)
+double VeranoxStore::menuBarPulse() const
 {
-    write(m_tunnels, std::move(tunnels), &VeranoxStore::tunnelsChanged);
-    observeFailureTransitions();
+    return m_service->pulse.phase();
 }
 
-void VeranoxStore::setPublications(QList<VeranoxPublication> publications)
+QUrl VeranoxStore::pacURL() const
 {
-    write(m_publications, std::move(publications), &VeranoxStore::publicationsChanged);
-    observeFailureTransitions();
+    return VeranoxDerivedState::pacURL(m_state);
 }
 
-void VeranoxStore::setIsQuitting()
+jobs::Async<> VeranoxStore::start()
 {
-    write(m_isQuitting, true, &VeranoxStore::isQuittingChanged);
-    observeFailureTransitions();
+    return m_service->startup.run();
 }
 
-void VeranoxStore::setIsRestartingRouter(bool on)
+jobs::Async<> VeranoxStore::ensureServiceStarted()
 {
-    write(m_isRestartingRouter, on, &VeranoxStore::isRestartingRouterChanged);
-    observeFailureTransitions();
+    return m_service->start.ensure();
 }
 
-// ---- Plain writes
-
-void VeranoxStore::setConfig(VeranoxConfig config)
+void VeranoxStore::startRouter()
 {
-    write(m_config, std::move(config), &VeranoxStore::configChanged);
+    m_jobs.start(performStartRouter());
 }
 
-void VeranoxStore::setEditableConfig(VeranoxEditableConfig config)
+jobs::Async<> VeranoxStore::performStartRouter()
 {
-    write(m_editableConfig, std::optional(std::move(config)), &VeranoxStore::editableConfigChanged);
+    m_state.conclude(co_await m_service->supervision.startRouter());
 }
 
-void VeranoxStore::setEnvironment(VeranoxEnvironment environment)
+jobs::Async<> VeranoxStore::restartRouterForPendingChangesAsync()
 {
-    write(m_environment, std::move(environment), &VeranoxStore::environmentChanged);
+    m_state.conclude(co_await m_service->supervision.restart());
 }
 
-void VeranoxStore::setRuntimeLogPersistenceError(std::optional<QString> error)
+void VeranoxStore::restartRouterForPendingChanges()
 {
-    write(m_runtimeLogPersistenceError, std::move(error), &VeranoxStore::runtimeLogPersistenceErrorChanged);
+    m_jobs.start(restartRouterForPendingChangesAsync());
 }
 
-void VeranoxStore::setIsRefreshing(bool on)
+void VeranoxStore::handleGUIServiceExit(std::int32_t status)
 {
-    write(m_isRefreshing, on, &VeranoxStore::isRefreshingChanged);
+    m_service->supervision.handleExit(status);
 }
 
-void VeranoxStore::setLastActionMessage(QString message)
+jobs::Async<> VeranoxStore::refresh()
 {
-    write(m_lastActionMessage, std::move(message), &VeranoxStore::lastActionMessageChanged);
+    return m_service->refresh.run();
 }
 
-void VeranoxStore::setRouterRestartPrompt(std::optional<VeranoxRouterRestartPrompt> prompt)
+void VeranoxStore::requestRefresh()
 {
-    write(m_routerRestartPrompt, std::move(prompt), &VeranoxStore::routerRestartPromptChanged);
+    m_jobs.start(refresh());
 }
 
-void VeranoxStore::setRouterNeedsRestart(bool needs)
+void VeranoxStore::startRefreshLoop()
 {
-    write(m_routerNeedsRestart, needs, &VeranoxStore::routerNeedsRestartChanged);
+    m_service->loop.start();
 }
 
-void VeranoxStore::setMenuBarPulse(double phase)
+jobs::Async<> VeranoxStore::quitAndShutdown()
 {
-    write(m_menuBarPulse, phase, &VeranoxStore::menuBarPulseChanged);
+    return m_service->shutdown.quit();
 }
 
-void VeranoxStore::setProfileDraft(VeranoxProfileDraft draft)
+void VeranoxStore::shutdown()
 {
-    write(m_profileDraft, std::move(draft), &VeranoxStore::profileDraftChanged);
-}
-
-void VeranoxStore::setRouterDraft(VeranoxRouterSettingsDraft draft)
-{
-    write(m_routerDraft, std::move(draft), &VeranoxStore::routerDraftChanged);
-}
-
-void VeranoxStore::setDiagnosticTarget(QString target)
-{
-    write(m_diagnosticTarget, std::move(target), &VeranoxStore::diagnosticTargetChanged);
-}
-
-void VeranoxStore::setRequestedSettingsSection(std::optional<VeranoxSettingsSelection> section)
-{
-    write(m_requestedSettingsSection, std::move(section), &VeranoxStore::requestedSettingsSectionChanged);
+    m_service->shutdown.now();
 }

@@ -1,22 +1,5 @@
 #pragma once
-#include <QMetaType>
-#include <QString>
+#include "State/VeranoxActionOutcome.h"
 
-// How an operation on a publication ended, as one sentence for a person, if there is something to say.
-struct VeranoxPublicationActionResult {
-    enum class Kind { success, failure };
-
-    static VeranoxPublicationActionResult success(const QString &message) { return {Kind::success, message}; }
-    static VeranoxPublicationActionResult failure(const QString &message) { return {Kind::failure, message}; }
-    static VeranoxPublicationActionResult cancelled() { return {Kind::failure, {}, true}; }
-
-    Kind kind = Kind::failure;
-    QString message;
-    bool isCancelled = false; // the job that waited was: a failure of which nothing is said
-
-    bool isSuccess() const { return kind == Kind::success; }
-
-    bool operator==(const VeranoxPublicationActionResult &) const = default;
-};
-
-Q_DECLARE_METATYPE(VeranoxPublicationActionResult)
+// How an operation on a publication ended.
+using VeranoxPublicationActionResult = VeranoxActionOutcome;

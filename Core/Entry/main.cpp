@@ -1,9 +1,9 @@
 #include "Base/Jobs/SystemClock.h"
 #include "Core/Entry/CommandLine.h"
 #include "Core/Entry/VeranoxMenuApp.h"
-#include "Core/VeranoxLogEcho.h"
 #include "Core/VeranoxStatusReport.h"
 #include "Core/VeranoxStore.h"
+#include "Log/VeranoxLogEcho.h"
 #include "Platform/Platform.h"
 #include "Platform/ScreenReader.h"
 #include "Platform/StatusService.h"
@@ -50,7 +50,7 @@ int runApplication(int &argc, char **argv)
         &VeranoxMenuAppDelegate::applicationShouldHandleReopen);
     const auto termination = platform::makeTermination();
     QObject::connect(termination.get(), &Termination::terminationRequested, &application, &QCoreApplication::quit);
-    const VeranoxLogEcho logEcho(delegate.store(), stderr);
+    const VeranoxLogEcho logEcho(delegate.store().activityLog(), stderr);
     const VeranoxStore &store = delegate.store();
     const auto statusService = platform::makeStatusService([&store] { return describeStatus(store); });
     return application.run(delegate);

@@ -8,10 +8,8 @@ VeranoxActivePublicationsView::VeranoxActivePublicationsView(jobs::MainQueue &qu
     VeranoxRowOperations operations, std::function<void(const QString &)> copyText)
     : VeranoxActiveRecordsView(queue, store, u"publications"_s, std::move(operations), std::move(copyText))
 {
-    connect(&store, &VeranoxStore::publicationsChanged, this, &VeranoxActivePublicationsView::show);
-    connect(&store, &VeranoxStore::serviceStateChanged, this, &VeranoxActivePublicationsView::show);
-    connect(&store, &VeranoxStore::isRestartingRouterChanged, this, &VeranoxActivePublicationsView::show);
-    connect(&store, &VeranoxStore::isQuittingChanged, this, &VeranoxActivePublicationsView::show);
+    follow(
+        [&store] { return std::tuple(store.publications(), store.profiles(), store.publicationsUnavailableReason()); });
     VeranoxActivePublicationsView::show();
 }
 

@@ -15,7 +15,6 @@ VeranoxActiveRecordsView::VeranoxActiveRecordsView(jobs::MainQueue &queue, Veran
       m_noun(noun),
       m_commands(queue, std::move(operations), std::move(copyText))
 {
-    connect(&m_store, &VeranoxStore::profilesChanged, this, &VeranoxActiveRecordsView::show);
     connect(&m_commands, &VeranoxRowCommands::changed, this, &VeranoxActiveRecordsView::show);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include "API/Values/VeranoxRecordOverview.h"
 #include "Base/Models/KeyedListModel.h"
+#include "Base/Models/Watches.h"
 #include "MenuBar/Popover/VeranoxMenuRow.h"
 #include "MenuBar/Popover/VeranoxRowCommands.h"
 #include <QObject>
@@ -43,8 +44,14 @@ protected:
     VeranoxActiveRecordsView(jobs::MainQueue &queue, VeranoxStore &store, const QString &noun,
         VeranoxRowOperations operations, std::function<void(const QString &)> copyText);
 
-    // Presents what the store holds. Called again whenever the profiles or what is under way in a row have changed.
+    // Presents what the store holds. Called again whenever what follow() reads, or what is under way in a row, has
+    // become another.
     virtual void show() = 0;
+
+    template <class Read> void follow(Read read)
+    {
+        m_watches.add(std::move(read), [this] { show(); });
+    }
 
     void present(const auto &records, const VeranoxRecordOverview &overview, bool isEditable)
     {
@@ -69,4 +76,5 @@ private:
     VeranoxRowCommands m_commands;
     VeranoxRecordOverview m_overview;
     KeyedListModel<VeranoxMenuRow> m_rows;
+    Watches m_watches;
 };

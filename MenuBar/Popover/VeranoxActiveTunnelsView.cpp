@@ -8,7 +8,7 @@ VeranoxActiveTunnelsView::VeranoxActiveTunnelsView(jobs::MainQueue &queue, Veran
     VeranoxRowOperations operations, std::function<void(const QString &)> copyText)
     : VeranoxActiveRecordsView(queue, store, u"tunnels"_s, std::move(operations), std::move(copyText))
 {
-    connect(&store, &VeranoxStore::tunnelsChanged, this, &VeranoxActiveTunnelsView::show);
+    follow([&store] { return std::pair(store.tunnels(), store.profiles()); });
     VeranoxActiveTunnelsView::show();
 }
 

@@ -17,7 +17,7 @@ VeranoxMenuFooter::VeranoxMenuFooter(
       m_actions(std::move(actions)),
       m_jobs(queue)
 {
-    connect(&m_store, &VeranoxStore::serviceStateChanged, this, &VeranoxMenuFooter::changed);
+    m_watches.add([&store] { return store.serviceState(); }, [this] { Q_EMIT changed(); });
 }
 
 bool VeranoxMenuFooter::serviceIsOnline() const

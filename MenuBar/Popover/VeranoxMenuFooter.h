@@ -1,5 +1,6 @@
 #pragma once
 #include "Base/Jobs/Jobs.h"
+#include "Base/Models/Watches.h"
 #include "MenuBar/Popover/VeranoxMenuActions.h"
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -39,6 +40,7 @@ private:
     VeranoxStore &m_store;
     VeranoxMenuActions m_actions;
     bool m_justCopied = false;
+    Watches m_watches;
     jobs::Job<> m_copied;
     jobs::JobScope m_jobs;
 };

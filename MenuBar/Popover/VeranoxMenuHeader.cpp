@@ -5,9 +5,9 @@ using namespace Qt::StringLiterals;
 
 VeranoxMenuHeader::VeranoxMenuHeader(VeranoxStore &store, QObject *parent) : QObject(parent), m_store(store)
 {
-    connect(&m_store, &VeranoxStore::serviceStateChanged, this, &VeranoxMenuHeader::changed);
-    connect(&m_store, &VeranoxStore::routerNeedsRestartChanged, this, &VeranoxMenuHeader::changed);
-    connect(&m_store, &VeranoxStore::isRestartingRouterChanged, this, &VeranoxMenuHeader::changed);
+    m_watches.add(
+        [&store] { return std::tuple(store.serviceState(), store.routerNeedsRestart(), store.isRestartingRouter()); },
+        [this] { Q_EMIT changed(); });
 }
 
 QString VeranoxMenuHeader::statusTitle() const

@@ -1,4 +1,5 @@
 #pragma once
+#include "Base/Models/Watches.h"
 #include "Controls/VeranoxTone.h"
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -34,4 +35,5 @@ Q_SIGNALS:
 
 private:
     VeranoxStore &m_store;
+    Watches m_watches;
 };

@@ -18,7 +18,7 @@ VeranoxMenuView::VeranoxMenuView(
 {
     static std::once_flag typesAreRegistered; // for the whole process
     std::call_once(typesAreRegistered, qml_register_types_Veranox_Popover);
-    connect(&m_store, &VeranoxStore::profilesChanged, this, &VeranoxMenuView::showProfiles);
+    m_watches.add([&store] { return store.profiles(); }, [this] { showProfiles(); });
     follow(m_tunnels.commands());
     follow(m_publications.commands());
     showProfiles();

@@ -1,5 +1,6 @@
 #pragma once
 #include "Base/Models/KeyedListModel.h"
+#include "Base/Models/Watches.h"
 #include "MenuBar/Popover/VeranoxActiveProfileRow.h"
 #include "MenuBar/Popover/VeranoxActivePublicationsView.h"
 #include "MenuBar/Popover/VeranoxActiveTunnelsView.h"
@@ -66,5 +67,6 @@ private:
     VeranoxActivePublicationsView m_publications;
     KeyedListModel<VeranoxActiveProfileRow> m_profiles;
     QString m_failure;
+    Watches m_watches;
     const VeranoxRowCommands *m_failed = nullptr;
 };

@@ -9,7 +9,7 @@ VeranoxQuitConfirmation::VeranoxQuitConfirmation(
       m_confirm(std::move(confirm)),
       m_cancel(std::move(cancel))
 {
-    connect(&m_store, &VeranoxStore::isQuittingChanged, this, &VeranoxQuitConfirmation::changed);
+    m_watches.add([&store] { return store.isQuitting(); }, [this] { Q_EMIT changed(); });
 }
 
 QString VeranoxQuitConfirmation::text() const

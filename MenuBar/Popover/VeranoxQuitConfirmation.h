@@ -1,4 +1,5 @@
 #pragma once
+#include "Base/Models/Watches.h"
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 #include <functional>
@@ -32,6 +33,7 @@ Q_SIGNALS:
 
 private:
     VeranoxStore &m_store;
+    Watches m_watches;
     std::function<void()> m_confirm;
     std::function<void()> m_cancel;
 };

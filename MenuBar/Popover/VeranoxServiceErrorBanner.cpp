@@ -7,8 +7,8 @@ VeranoxServiceErrorBanner::VeranoxServiceErrorBanner(VeranoxStore &store, QObjec
     : QObject(parent),
       m_store(store)
 {
-    connect(&m_store, &VeranoxStore::serviceStateChanged, this, &VeranoxServiceErrorBanner::changed);
-    connect(&m_store, &VeranoxStore::isRestartingRouterChanged, this, &VeranoxServiceErrorBanner::changed);
+    m_watches.add(
+        [&store] { return std::pair(store.serviceState(), store.isRestartingRouter()); }, [this] { Q_EMIT changed(); });
 }
 
 bool VeranoxServiceErrorBanner::visible() const

@@ -155,7 +155,7 @@ TEST_F(StorePulse, walksItsTableWhileTheIconIsStartingAndRestsAtOne)
     service->profiles.answer({profile(u"home"_s, true, u"Running"_s)});
     refresh();
     EXPECT_EQ(store->menuBarPulse(), 1.0);
-    QSignalSpy steps(store.get(), &VeranoxStore::menuBarPulseChanged);
+    const ChangeCount steps([&] { return store->menuBarPulse(); });
     world.run(10s);
     EXPECT_EQ(steps.count(), 0);
 }

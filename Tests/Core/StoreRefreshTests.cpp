@@ -32,10 +32,11 @@ TEST_F(StoreRefresh, appliesResultsInAFixedOrderWhateverTheOrderOfArrival)
     EXPECT_TRUE(store->tunnels().isEmpty());
     EXPECT_TRUE(store->isRefreshing());
     QStringList order;
-    QObject::connect(store.get(), &VeranoxStore::profilesChanged, store.get(), [&] { order << u"profiles"_s; });
-    QObject::connect(store.get(), &VeranoxStore::editableConfigChanged, store.get(), [&] { order << u"document"_s; });
-    QObject::connect(store.get(), &VeranoxStore::tunnelsChanged, store.get(), [&] { order << u"tunnels"_s; });
-    QObject::connect(store.get(), &VeranoxStore::serviceStateChanged, store.get(), [&] { order << u"state"_s; });
+    Watches watches;
+    watches.add([&] { return store->profiles(); }, [&] { order << u"profiles"_s; });
+    watches.add([&] { return store->editableConfig(); }, [&] { order << u"document"_s; });
+    watches.add([&] { return store->tunnels(); }, [&] { order << u"tunnels"_s; });
+    watches.add([&] { return store->serviceState(); }, [&] { order << u"state"_s; });
     service->profiles.release();
     world.run();
     EXPECT_EQ(order, QStringList({u"profiles"_s, u"document"_s, u"tunnels"_s, u"state"_s}));
@@ -233,7 +234,7 @@ TEST_F(StoreRefresh, announcesManyChangesOnceATurnAndNoneWhenNothingChanged)
     EXPECT_EQ(changes.count(), 0); // never inside the write
     world.run();
     EXPECT_EQ(changes.count(), 1);
-    QSignalSpy targets(store.get(), &VeranoxStore::diagnosticTargetChanged);
+    const ChangeCount targets([&] { return store->diagnosticTarget(); });
     store->setDiagnosticTarget(u"b"_s);
     world.run();
     EXPECT_EQ(targets.count(), 0);

@@ -1,4 +1,4 @@
-#include "Core/VeranoxLogEcho.h"
+#include "Log/VeranoxLogEcho.h"
 #include "Tests/Log/StoreLogWorld.h"
 #include <cstdio>
 #include <unistd.h>
@@ -14,7 +14,7 @@ struct CloseFile {
 class LogEcho : public StoreLogWorld {
 protected:
     LogEcho() { start(); }
-    void start() { echo.emplace(*store, terminal.get()); }
+    void start() { echo.emplace(store->activityLog(), terminal.get()); }
 
     // All that was printed so far.
     QStringList printed() const

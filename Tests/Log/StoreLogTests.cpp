@@ -119,7 +119,7 @@ TEST_F(StoreLog, RedactsBeforeItCuts)
 TEST_F(StoreLog, TellsOfEachEntryAtOnce)
 {
     QList<VeranoxRuntimeLogEntry> told;
-    QObject::connect(store.get(), &VeranoxStore::runtimeLogAdded, store.get(),
+    QObject::connect(&store->activityLog(), &VeranoxActivityLog::added, store.get(),
         [&told](const VeranoxRuntimeLogEntry &entry) { told.append(entry); });
     store->appendLog(u"a\nb"_s);
     EXPECT_EQ(told, store->runtimeLog());
@@ -154,7 +154,7 @@ TEST_F(StoreLog, KeepsTheNewestFiveHundredInMemory)
 TEST_F(StoreLog, TellsOfABurstOnce)
 {
     world.run();
-    QSignalSpy logChanges(store.get(), &VeranoxStore::runtimeLogChanged);
+    const ChangeCount logChanges([&] { return store->runtimeLog(); });
     QSignalSpy changes(store.get(), &VeranoxStore::changed);
     for (int number = 0; number < 1000; ++number)
         store->appendLog(u"a\nb"_s);

@@ -1,6 +1,7 @@
 // A store over a scripted service, in virtual time.
 #pragma once
 #include "Core/VeranoxStore.h"
+#include "Tests/Support/ChangeCount.h"
 #include "Tests/Support/FakeAPIClient.h"
 #include "Tests/Support/FakeRuntimeClient.h"
 #include "Tests/Support/FakeTunnelSecrets.h"

@@ -44,16 +44,19 @@ protected:
     // Each operation that tells of a failure in lastActionMessage.
     struct Switch {
         FakeOperation<QList<VeranoxTunnel>> *operation;
-        std::function<void()> run;
+        std::function<VeranoxActionOutcome()> run;
     };
     QList<Switch> switches()
     {
-        return {{&service->tunnelStart, [this] { run(store->setTunnelEnabled(u"db"_s, true)); }},
-            {&service->tunnelStop, [this] { run(store->setTunnelEnabled(u"db"_s, false)); }},
-            {&service->tunnelRestart, [this] { run(store->restartTunnel(u"db"_s)); }}};
+        return {{&service->tunnelStart, [this] { return run(store->setTunnelEnabled(u"db"_s, true)); }},
+            {&service->tunnelStop, [this] { return run(store->setTunnelEnabled(u"db"_s, false)); }},
+            {&service->tunnelRestart, [this] { return run(store->restartTunnel(u"db"_s)); }}};
     }
 
-    void run(jobs::Async<> operation) { finish(world, std::move(operation)); }
+    VeranoxActionOutcome run(jobs::Async<VeranoxActionOutcome> operation)
+    {
+        return resultOf(world, std::move(operation));
+    }
 };
 
 TEST_F(StoreTunnelTests, SavesTheNormalNameAndTheRecord)
@@ -104,7 +107,7 @@ TEST_F(StoreTunnelTests, SwitchesAdoptTheNewList)
         store->adoptTunnels({});
         change.operation->answer(list(u"db"_s));
         const auto seen = observed->snapshots.size();
-        change.run();
+        EXPECT_EQ(change.run(), VeranoxActionOutcome::success());
         EXPECT_EQ(change.operation->arguments, QStringList({u"db"_s}));
         EXPECT_EQ(store->tunnels(), list(u"db"_s));
         EXPECT_EQ(observed->snapshots.size(), seen + 1);

@@ -135,7 +135,7 @@ TEST_F(TunnelPasswordTests, ARestartSendsThePasswordFirst)
     store->adoptTunnels({sshTunnel(u"a"_s)});
     service->tunnelSecret.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
     service->tunnelRestart.fail(VeranoxAPIFailure::refused(u"refused"_s, 409));
-    finish(world, store->restartTunnel(u"a"_s));
+    std::ignore = resultOf(world, store->restartTunnel(u"a"_s));
     EXPECT_EQ(sent(), QStringList({u"a kept"_s}));
     EXPECT_EQ(service->tunnelRestart.calls, 1) << "whether it was taken or not";
     EXPECT_EQ(store->lastActionMessage(), u"Tunnel a: refused");
@@ -150,7 +150,7 @@ TEST_F(TunnelPasswordTests, ARestartThatNeedsNoPasswordSendsNone)
     store->adoptTunnels(tunnels);
     service->tunnelRestart.answer(tunnels); // each restart brings the list anew
     for (const QString &name : {u"a"_s, u"b"_s, u"unknown"_s})
-        finish(world, store->restartTunnel(name));
+        std::ignore = resultOf(world, store->restartTunnel(name));
     EXPECT_EQ(service->tunnelRestart.arguments, QStringList({u"a"_s, u"b"_s, u"unknown"_s}));
     EXPECT_EQ(secrets->calls, QStringList());
     EXPECT_EQ(sent(), QStringList());

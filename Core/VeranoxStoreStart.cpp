@@ -59,7 +59,7 @@ void VeranoxStore::beginStartupProfileSettlementObservationIfNeeded(const QStrin
 jobs::Async<> VeranoxStore::limitStartupProfileSettlement()
 {
     const jobs::Sleep ended = co_await jobs::sleep(m_startupProfileSettlementTimeout);
-    if (ended == jobs::Sleep::Full && !jobs::this_job::cancelled())
+    if (ended == jobs::Sleep::full && !jobs::this_job::cancelled())
         finishStartupProfileSettlement(u"timeout"_s);
 }
 

@@ -38,9 +38,9 @@ QString currentCorrelationID()
 std::exception_ptr errorOf(VeranoxTransportFailure failure)
 {
     switch (failure) {
-    case VeranoxTransportFailure::Unreachable:
+    case VeranoxTransportFailure::unreachable:
         break;
-    case VeranoxTransportFailure::TooLarge:
+    case VeranoxTransportFailure::tooLarge:
         return std::make_exception_ptr(VeranoxBadServerResponse());
     }
     return std::make_exception_ptr(VeranoxAPIClientError(VeranoxAPIClientError::localServiceUnavailable));
@@ -161,7 +161,7 @@ jobs::Async<std::optional<QString>> VeranoxAPIClient::controlToken()
 
 jobs::Async<void> VeranoxAPIClient::inTransportThread(std::function<void()> work)
 {
-    const jobs::Completion<> done(m_queue, jobs::AnswerFrom::Thread);
+    const jobs::Completion<> done(m_queue, jobs::AnswerFrom::thread);
     m_transport.run([to = done.resolver(), work = std::move(work)] {
         if (auto failure = failureOf(work))
             to.fail(std::move(failure));

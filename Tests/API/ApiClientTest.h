@@ -22,7 +22,7 @@
 #include <gtest/gtest.h>
 
 // How a call ended: Good, or which failure it threw.
-enum class Ending { None, Good, Unavailable, Refused, BadResponse, Undecodable, Cancelled };
+enum class Ending { none, good, unavailable, refused, badResponse, undecodable, cancelled };
 
 inline void PrintTo(Ending ending, std::ostream *out)
 {
@@ -32,11 +32,11 @@ inline void PrintTo(Ending ending, std::ostream *out)
 }
 
 template <class T> struct Outcome {
-    Ending ending = Ending::None;
+    Ending ending = Ending::none;
     std::optional<T> value;
     QString text; // of the failure
 
-    bool ended() const { return ending != Ending::None; }
+    bool ended() const { return ending != Ending::none; }
 };
 
 class ApiClientTest : public testing::Test {
@@ -90,17 +90,17 @@ private:
                 co_await std::move(call);
             else
                 outcome->value = co_await std::move(call);
-            outcome->ending = Ending::Good;
+            outcome->ending = Ending::good;
         } catch (const VeranoxAPIClientError &e) {
-            finish(*outcome, Ending::Unavailable, e);
+            finish(*outcome, Ending::unavailable, e);
         } catch (const VeranoxAPIError &e) {
-            finish(*outcome, Ending::Refused, e);
+            finish(*outcome, Ending::refused, e);
         } catch (const VeranoxBadServerResponse &e) {
-            finish(*outcome, Ending::BadResponse, e);
+            finish(*outcome, Ending::badResponse, e);
         } catch (const VeranoxDecodingError &e) {
-            finish(*outcome, Ending::Undecodable, e);
+            finish(*outcome, Ending::undecodable, e);
         } catch (const VeranoxCancellation &e) {
-            finish(*outcome, Ending::Cancelled, e);
+            finish(*outcome, Ending::cancelled, e);
         }
     }
     template <class T> static void finish(Outcome<T> &outcome, Ending ending, const VeranoxError &error)
@@ -115,8 +115,8 @@ protected:
 };
 
 template <> struct Outcome<void> {
-    Ending ending = Ending::None;
+    Ending ending = Ending::none;
     QString text;
 
-    bool ended() const { return ending != Ending::None; }
+    bool ended() const { return ending != Ending::none; }
 };

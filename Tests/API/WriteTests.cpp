@@ -15,7 +15,7 @@ TEST_F(ApiWrites, AWriteCarriesTheTrimmedTokenAndNoContentTypeWithoutABody)
 {
     writeToken(" \t\r\n tök en \n");
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
     const ReceivedRequest request = server.received().at(0);
     EXPECT_EQ(request.headers.value("x-veranox-token"), "tök en");
     EXPECT_EQ(request.headers.value("content-length"), "0");
@@ -42,7 +42,7 @@ TEST_F(ApiWrites, A403ReadsTheTokenAnewAndSendsOnceMoreWithTheSameCorrelation)
         connection.reply(403, refusal);
     });
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
     const auto received = server.received();
     ASSERT_EQ(received.size(), 2);
     EXPECT_EQ(received.at(0).headers.value("x-veranox-token"), "old");
@@ -62,7 +62,7 @@ TEST_F(ApiWrites, ASecond403IsFinalAndItsTextCounts)
     server.expect("POST /api/shutdown", reply(403, R"({"error":"first"})"));
     server.expect("POST /api/shutdown", reply(403, R"({"error":"second"})"));
     const auto outcome = complete(client.shutdown());
-    EXPECT_EQ(outcome.ending, Ending::Refused);
+    EXPECT_EQ(outcome.ending, Ending::refused);
     EXPECT_EQ(outcome.text, u"second");
     EXPECT_EQ(server.received().size(), 2);
 }
@@ -71,17 +71,17 @@ TEST_F(ApiWrites, The403MayHaveAnyBodyToBeTriedAgain)
 {
     server.expect("POST /api/shutdown", reply(403, "no JSON"));
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
 }
 
 TEST_F(ApiWrites, NoOtherFailureIsTriedAgain)
 {
     for (const int status : {400, 401, 404, 407, 408, 429, 500, 503}) {
         server.expect("POST /api/shutdown", reply(status, refusal));
-        EXPECT_EQ(complete(client.shutdown()).ending, Ending::Refused) << status;
+        EXPECT_EQ(complete(client.shutdown()).ending, Ending::refused) << status;
     }
     server.expect("POST /api/shutdown", hostile::closeAtOnce());
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Unavailable);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::unavailable);
     EXPECT_EQ(server.received().size(), 9);
 }
 
@@ -89,7 +89,7 @@ TEST_F(ApiWrites, WithoutAUsableTokenTheWriteGoesOutWithoutOne)
 {
     const auto sendsNoToken = [this] {
         server.expect("POST /api/shutdown", reply(200, stopping));
-        EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+        EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
         EXPECT_FALSE(server.received().last().headers.contains("x-veranox-token"));
     };
     sendsNoToken(); // no file
@@ -117,7 +117,7 @@ TEST_F(ApiWrites, A403WithoutATokenIsTriedAgainWithTheOneThatCameMeanwhile)
         connection.reply(403, refusal);
     });
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
     EXPECT_FALSE(server.received().at(0).headers.contains("x-veranox-token"));
     EXPECT_EQ(server.received().at(1).headers.value("x-veranox-token"), "late");
 }
@@ -130,7 +130,7 @@ TEST_F(ApiWrites, TheSecondAttemptGoesWithoutATokenWhenItsFileIsGone)
         connection.reply(403, refusal);
     });
     server.expect("POST /api/shutdown", reply(403, refusal));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Refused);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::refused);
     EXPECT_FALSE(server.received().at(1).headers.contains("x-veranox-token"));
 }
 
@@ -138,7 +138,7 @@ TEST_F(ApiWrites, AnAnswerToShutdownThatIsNotItsRecordIsUndecodable)
 {
     for (const QByteArray body : {"{}", "[]", "", R"({"status":3})"}) {
         server.expect("POST /api/shutdown", reply(200, body));
-        EXPECT_EQ(complete(client.shutdown()).ending, Ending::Undecodable) << body.toStdString();
+        EXPECT_EQ(complete(client.shutdown()).ending, Ending::undecodable) << body.toStdString();
     }
 }
 
@@ -157,7 +157,7 @@ TEST_F(ApiWrites, EachAttemptHasTwelveSeconds)
     EXPECT_FALSE(outcome->ended());
     world.run(1ms);
     world.run();
-    EXPECT_EQ(outcome->ending, Ending::Unavailable);
+    EXPECT_EQ(outcome->ending, Ending::unavailable);
 }
 
 using ApiCancel = ApiClientTest;
@@ -170,7 +170,7 @@ TEST_F(ApiCancel, EndsASendingCallAtOnceAndDropsItsConnection)
         ASSERT_TRUE(waitForRequests(call));
         lastJob().cancel();
         world.run();
-        ASSERT_EQ(outcome->ending, Ending::Cancelled) << call;
+        ASSERT_EQ(outcome->ending, Ending::cancelled) << call;
         EXPECT_EQ(world.seconds(), 0);
         EXPECT_TRUE(waitUntil([&] { return server.connectionsClosed() == call; }));
     }
@@ -182,7 +182,7 @@ TEST_F(ApiCancel, SendsNothingForACallThatWasCancelledBefore)
     const auto health = begin(client.healthCheck());
     jobs.cancelAll();
     world.run();
-    EXPECT_EQ(outcome->ending, Ending::Cancelled);
+    EXPECT_EQ(outcome->ending, Ending::cancelled);
     EXPECT_EQ(health->value, false);
     EXPECT_EQ(server.received().size(), 0);
 }
@@ -196,7 +196,7 @@ TEST_F(ApiCancel, BetweenTheAttemptsOfAWriteSendsNoSecondOne)
     lastJob().cancel();
     gate->open();
     ASSERT_TRUE(waitUntil([&] { return outcome->ended(); }));
-    EXPECT_EQ(outcome->ending, Ending::Cancelled);
+    EXPECT_EQ(outcome->ending, Ending::cancelled);
     EXPECT_EQ(server.received().size(), 1);
 }
 

@@ -13,7 +13,7 @@ Behaviour sendRaw(const QByteArray &text);
 // Sends this text as it stands, then one byte each time the gate opens, until the client has closed.
 Behaviour drip(const QByteArray &text, std::shared_ptr<Gate> gate);
 
-enum class Framing { ContentLength, Chunked, UntilClose };
+enum class Framing { contentLength, chunked, untilClose };
 // A 200 answer with a body of this size, made while it is sent. `sent` counts the bytes of the body that were taken.
 Behaviour flood(Framing framing, qint64 size, std::shared_ptr<std::atomic<qint64>> sent);
 // Header lines without end; then counts as above.

@@ -24,7 +24,7 @@ struct PrintCommand {
 
 using Command = std::variant<GuiServeCommand, PrintCommand>;
 
-/// Reads the words behind the program's name. Throws StartProblem for what cannot be understood.
+/// Reads the words behind the program's name. Throws ServiceProblem for what cannot be understood.
 Command parseCommandLine(std::vector<std::string> words);
 
 } // namespace veranox

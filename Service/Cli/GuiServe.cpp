@@ -9,7 +9,7 @@
 #include "Service/Nodes/Lab/LabFile.h"
 #include "Service/Nodes/NoNodeEngine.h"
 #include "Service/Nodes/NodeTraffic.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <boost/asio/signal_set.hpp>
 #include <csignal>
 #include <functional>
@@ -28,7 +28,7 @@ LoopbackEndpoint listenEndpoint(const std::string &text)
     try {
         return parseLoopbackEndpoint(text, 0);
     } catch (const std::invalid_argument &problem) {
-        throw StartProblem("The argument --listen " + text + " " + problem.what() + ".");
+        throw ServiceProblem("The argument --listen " + text + " " + problem.what() + ".");
     }
 }
 

@@ -14,7 +14,7 @@ public:
 
     ConfigWriter(ConfigStore &store, Traffic &traffic, const TimeSource &time);
 
-    /// Saves the document and lets the traffic follow it. Throws Refusal or StartProblem; then nothing has changed.
+    /// Saves the document and lets the traffic follow it. Throws Refusal or ServiceProblem; then nothing has changed.
     void commit(ConfigDocument document, IfChanged ifChanged);
 
 private:

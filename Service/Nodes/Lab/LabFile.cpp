@@ -6,7 +6,7 @@
 #include "Service/Json/NamedRecords.h"
 #include "Service/Nodes/Lab/LabDemo.h"
 #include "Service/Nodes/Lab/LabHostText.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <boost/asio/ip/address.hpp>
 #include <system_error>
 
@@ -179,10 +179,10 @@ LabNetwork loadLab(const std::string &fileOrDemo)
     try {
         return parseLab(readWholeFile(fileOrDemo, sizeLimit));
     } catch (const JsonProblem &problem) {
-        throw StartProblem("The lab file " + fileOrDemo + " is not valid: at " + problem.place + ": " + problem.text
+        throw ServiceProblem("The lab file " + fileOrDemo + " is not valid: at " + problem.place + ": " + problem.text
             + "; mend it and start again.");
     } catch (const std::system_error &failure) {
-        throw StartProblem("The lab file " + fileOrDemo + " cannot be used (" + failure.what()
+        throw ServiceProblem("The lab file " + fileOrDemo + " cannot be used (" + failure.what()
             + "); name a readable file, or \"demo\" for the built-in network.");
     }
 }

@@ -110,7 +110,7 @@ asio::awaitable<tcp::socket> LabEngine::dial(std::string profile, std::string ho
 {
     const NodeStatus node = profileStatus(profile);
     if (!node.ok)
-        throw DialProblem("Profile \"" + profile + "\" is not running: " + node.error);
+        throw NetworkProblem("Profile \"" + profile + "\" is not running: " + node.error);
     co_return co_await m_dialer.dial(std::move(profile), std::move(host), port);
 }
 

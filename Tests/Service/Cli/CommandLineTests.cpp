@@ -1,5 +1,5 @@
 #include "Service/Cli/CommandLine.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <cstdlib>
 #include <gmock/gmock.h>
 #include <optional>
@@ -39,7 +39,7 @@ std::string complaintOf(Words words)
 {
     try {
         parseCommandLine(std::move(words));
-    } catch (const StartProblem &problem) {
+    } catch (const ServiceProblem &problem) {
         return problem.what();
     }
     return "";

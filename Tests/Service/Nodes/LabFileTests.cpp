@@ -2,7 +2,7 @@
 #include "Service/Json/JsonProblem.h"
 #include "Service/Nodes/Lab/LabDemo.h"
 #include "Service/Nodes/Lab/LabFile.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Service/Text/Words.h"
 #include "Tests/Service/Support/TemporaryFolder.h"
 #include <gmock/gmock.h>
@@ -148,7 +148,7 @@ TEST(LabFile, SentencesNameTheFileAndTheRemedy)
     try {
         loadLab(file);
         ADD_FAILURE();
-    } catch (const StartProblem &problem) {
+    } catch (const ServiceProblem &problem) {
         EXPECT_EQ(problem.what(),
             "The lab file " + file
                 + " is not valid: at line 1, column 2: the text ends before the JSON value does; mend it and start "
@@ -158,7 +158,7 @@ TEST(LabFile, SentencesNameTheFileAndTheRemedy)
         try {
             loadLab(place);
             ADD_FAILURE() << place;
-        } catch (const StartProblem &problem) {
+        } catch (const ServiceProblem &problem) {
             EXPECT_THAT(problem.what(), HasSubstr("The lab file " + place + " cannot be used ("));
         }
     }

@@ -77,7 +77,7 @@ jobs::Async<bool> VeranoxServiceStart::becomesReady()
         const auto process = m_with.runtime.guiProcess();
         if (!process || !process->isRunning) // no sense in waiting for a dead one
             co_return false;
-        if (co_await jobs::sleep(readinessPollInterval) == jobs::Sleep::Cut)
+        if (co_await jobs::sleep(readinessPollInterval) == jobs::Sleep::cut)
             co_return false;
     }
     co_return false;

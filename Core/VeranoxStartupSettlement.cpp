@@ -36,7 +36,7 @@ void VeranoxStartupSettlement::beginIfNeeded(const QString &correlationID)
 jobs::Async<> VeranoxStartupSettlement::limit()
 {
     const jobs::Sleep ended = co_await jobs::sleep(m_timeout);
-    if (ended == jobs::Sleep::Full && !jobs::this_job::cancelled())
+    if (ended == jobs::Sleep::full && !jobs::this_job::cancelled())
         finish(u"timeout"_s);
 }
 

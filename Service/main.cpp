@@ -1,7 +1,7 @@
 #include "Service/Cli/CommandLine.h"
 #include "Service/Cli/GuiServe.h"
 #include "Service/Cli/SshHelper.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Service/Text/Words.h"
 #include <cstdio>
 #include <iostream>
@@ -34,7 +34,7 @@ int main(int count, char **words)
         if (const std::optional<int> status = veranox::runSshHelper({words, words + count}))
             return *status;
         return run(veranox::parseCommandLine({words + 1, words + count}));
-    } catch (const veranox::StartProblem &problem) {
+    } catch (const veranox::ServiceProblem &problem) {
         return fail(problem.what());
     } catch (const std::exception &failure) {
         return fail(std::string("Something unexpected went wrong: ") + failure.what() + ".");

@@ -32,9 +32,9 @@ VeranoxAPIFailure refusalIn(const VeranoxHTTPResponse &response)
 VeranoxAPIFailure failureOf(VeranoxTransportFailure failure)
 {
     switch (failure) {
-    case VeranoxTransportFailure::Unreachable:
+    case VeranoxTransportFailure::unreachable:
         break;
-    case VeranoxTransportFailure::TooLarge:
+    case VeranoxTransportFailure::tooLarge:
         return VeranoxAPIFailure::badResponse();
     }
     return VeranoxAPIFailure::unavailable();
@@ -139,7 +139,7 @@ jobs::Async<std::optional<QString>> VeranoxAPIClient::controlToken()
 
 jobs::Async<void> VeranoxAPIClient::inTransportThread(std::function<void()> work)
 {
-    const jobs::Completion<> done(m_queue, jobs::AnswerFrom::Thread);
+    const jobs::Completion<> done(m_queue, jobs::AnswerFrom::thread);
     m_transport.run([to = done.resolver(), work = std::move(work)] {
         work();
         to.resolve();

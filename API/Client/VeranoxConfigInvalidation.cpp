@@ -5,25 +5,25 @@ VeranoxConfigInvalidation configInvalidation(VeranoxAPIWrite write)
     using enum VeranoxConfigInvalidation;
     switch (write) { // no default: a new write has to say where it stands
         // clang-format off
-    case VeranoxAPIWrite::saveConfig:         return BeforeAndOnSuccess;
-    case VeranoxAPIWrite::saveTunnel:         return BeforeAndAfter;
-    case VeranoxAPIWrite::deleteTunnel:       return BeforeAndAfter;
-    case VeranoxAPIWrite::startTunnel:        return BeforeAndAfter;
-    case VeranoxAPIWrite::stopTunnel:         return BeforeAndAfter;
-    case VeranoxAPIWrite::restartTunnel:      return Never; // unlike start and stop it leaves the document alone
-    case VeranoxAPIWrite::setTunnelSecret:    return Never;
-    case VeranoxAPIWrite::savePublication:    return BeforeAndAfter;
-    case VeranoxAPIWrite::deletePublication:  return BeforeAndAfter;
-    case VeranoxAPIWrite::startPublication:   return BeforeAndAfter;
-    case VeranoxAPIWrite::stopPublication:    return BeforeAndAfter;
-    case VeranoxAPIWrite::restartPublication: return Never;
-    case VeranoxAPIWrite::login:              return Never;
-    case VeranoxAPIWrite::logout:             return Never;
-    case VeranoxAPIWrite::shutdown:           return Never;
-    case VeranoxAPIWrite::submitFeedback:     return Never;
+    case VeranoxAPIWrite::saveConfig:         return beforeAndOnSuccess;
+    case VeranoxAPIWrite::saveTunnel:         return beforeAndAfter;
+    case VeranoxAPIWrite::deleteTunnel:       return beforeAndAfter;
+    case VeranoxAPIWrite::startTunnel:        return beforeAndAfter;
+    case VeranoxAPIWrite::stopTunnel:         return beforeAndAfter;
+    case VeranoxAPIWrite::restartTunnel:      return never; // unlike start and stop it leaves the document alone
+    case VeranoxAPIWrite::setTunnelSecret:    return never;
+    case VeranoxAPIWrite::savePublication:    return beforeAndAfter;
+    case VeranoxAPIWrite::deletePublication:  return beforeAndAfter;
+    case VeranoxAPIWrite::startPublication:   return beforeAndAfter;
+    case VeranoxAPIWrite::stopPublication:    return beforeAndAfter;
+    case VeranoxAPIWrite::restartPublication: return never;
+    case VeranoxAPIWrite::login:              return never;
+    case VeranoxAPIWrite::logout:             return never;
+    case VeranoxAPIWrite::shutdown:           return never;
+    case VeranoxAPIWrite::submitFeedback:     return never;
         // clang-format on
     }
-    return BeforeAndAfter; // not reached
+    return beforeAndAfter; // not reached
 }
 
 VeranoxConfigInvalidationScope::VeranoxConfigInvalidationScope(
@@ -31,13 +31,13 @@ VeranoxConfigInvalidationScope::VeranoxConfigInvalidationScope(
     : m_cache(cache),
       m_rule(rule)
 {
-    if (m_rule != VeranoxConfigInvalidation::Never)
+    if (m_rule != VeranoxConfigInvalidation::never)
         m_cache.invalidate();
 }
 
 VeranoxConfigInvalidationScope::~VeranoxConfigInvalidationScope()
 {
     using enum VeranoxConfigInvalidation;
-    if (m_rule == BeforeAndAfter || (m_rule == BeforeAndOnSuccess && m_succeeded))
+    if (m_rule == beforeAndAfter || (m_rule == beforeAndOnSuccess && m_succeeded))
         m_cache.invalidate();
 }

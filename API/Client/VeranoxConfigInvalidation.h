@@ -23,9 +23,9 @@ enum class VeranoxAPIWrite {
 
 // When a write makes the kept configuration invalid.
 enum class VeranoxConfigInvalidation {
-    Never,
-    BeforeAndOnSuccess, // a failure leaves what was fetched meanwhile
-    BeforeAndAfter, // after success and failure: the service may have acted all the same
+    never,
+    beforeAndOnSuccess, // a failure leaves what was fetched meanwhile
+    beforeAndAfter, // after success and failure: the service may have acted all the same
 };
 
 VeranoxConfigInvalidation configInvalidation(VeranoxAPIWrite write);

@@ -55,7 +55,7 @@ VeranoxTransportFailure failureOf(const error_code &error)
 {
     const bool beyondLimit =
         error == http::error::body_limit || error == http::error::header_limit || error == http::error::buffer_overflow;
-    return beyondLimit ? VeranoxTransportFailure::TooLarge : VeranoxTransportFailure::Unreachable;
+    return beyondLimit ? VeranoxTransportFailure::tooLarge : VeranoxTransportFailure::unreachable;
 }
 
 // Reads past the interim answers (1xx) that HTTP allows before the one that counts.

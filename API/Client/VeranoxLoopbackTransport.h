@@ -21,8 +21,8 @@ struct VeranoxHTTPResponse {
 };
 
 enum class VeranoxTransportFailure {
-    Unreachable, // nothing listens, the connection broke, or what came is not HTTP
-    TooLarge, // headers or body beyond the limits below
+    unreachable, // nothing listens, the connection broke, or what came is not HTTP
+    tooLarge, // headers or body beyond the limits below
 };
 
 // HTTP/1.1 to a service of this computer, in one thread of its own that sleeps while nothing is on its way.

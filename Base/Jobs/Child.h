@@ -17,9 +17,9 @@ public:
     bool running() const noexcept { return !m_state->over(); }
     void cancel() { m_state->cancel(); }
     detail::JobCore &core() const noexcept { return *m_state.get(); }
-    detail::JoinAwaiter<T, detail::Take::Move> operator co_await() &
+    detail::JoinAwaiter<T, detail::Take::move> operator co_await() &
     {
-        return detail::JoinAwaiter<T, detail::Take::Move>(m_state);
+        return detail::JoinAwaiter<T, detail::Take::move>(m_state);
     }
     void operator co_await() && = delete; // a fork that is awaited at once is an Async awaited the long way round
 

@@ -84,7 +84,7 @@ private:
 };
 
 // Who gives the answer: with Thread, a clock that is moved by hand stands still until it is there.
-enum class AnswerFrom { Anywhere, Thread };
+enum class AnswerFrom { anywhere, thread };
 
 // The caller's end. Main thread only. Await it once: gives the answer or throws the error. Letting it go before the
 // answer sets the stop token; so does a cancel of the awaiting job, which then goes on waiting for the answer.
@@ -92,10 +92,10 @@ template <class T = void> class [[nodiscard("nobody would get the answer")]] Com
     using State = detail::CompletionState<T>;
 
 public:
-    explicit Completion(MainQueue &queue, AnswerFrom from = AnswerFrom::Anywhere) : m_state(std::make_shared<State>())
+    explicit Completion(MainQueue &queue, AnswerFrom from = AnswerFrom::anywhere) : m_state(std::make_shared<State>())
     {
         m_state->inbox = queue.inbox();
-        m_state->hop = from == AnswerFrom::Thread;
+        m_state->hop = from == AnswerFrom::thread;
         if (m_state->hop)
             ++m_state->inbox->outstanding;
     }

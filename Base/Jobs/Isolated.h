@@ -96,7 +96,7 @@ public:
     template <class F> auto call(F work)
     {
         using R = std::invoke_result_t<F &, T &>;
-        Completion<R> completion(m_queue, AnswerFrom::Thread);
+        Completion<R> completion(m_queue, AnswerFrom::thread);
         enqueue([thread = m_thread.get(), work = std::move(work), to = completion.resolver()]() mutable {
             detail::answer<R>(to, [&]() -> R { return work(*thread->object); });
         });
@@ -105,7 +105,7 @@ public:
     // Calls work(T &, Resolver<R>), which answers when it can. It must not throw.
     template <class R, class F> Completion<R> request(F work)
     {
-        Completion<R> completion(m_queue, AnswerFrom::Thread);
+        Completion<R> completion(m_queue, AnswerFrom::thread);
         enqueue([thread = m_thread.get(), work = std::move(work), to = completion.resolver()]() mutable {
             work(*thread->object, std::move(to));
         });

@@ -24,10 +24,10 @@ public:
         if (m_state)
             m_state->cancel();
     }
-    detail::JoinAwaiter<T, detail::Take::Copy> operator co_await() const
+    detail::JoinAwaiter<T, detail::Take::copy> operator co_await() const
     {
         Q_ASSERT_X(m_state, "co_await", "empty Job");
-        return detail::JoinAwaiter<T, detail::Take::Copy>(m_state);
+        return detail::JoinAwaiter<T, detail::Take::copy>(m_state);
     }
 
 private:

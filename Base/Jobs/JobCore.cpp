@@ -43,7 +43,7 @@ void JobCore::unref() noexcept
 
 void JobCore::start()
 {
-    m_phase = Phase::Active;
+    m_phase = Phase::active;
     m_resume = root();
     m_queue.ready(*this);
 }
@@ -79,10 +79,10 @@ void JobCore::abandon()
     const Ref keep(this);
     if (m_onStack) { // its owner dies inside of it: the frame goes at its next wait
         qWarning("a job destroys its own owner; use deleteLater()");
-        m_phase = Phase::Abandoned;
+        m_phase = Phase::abandoned;
         return;
     }
-    end(Phase::Abandoned);
+    end(Phase::abandoned);
 }
 
 void JobCore::run()
@@ -97,17 +97,17 @@ void JobCore::run()
     m_onStack = false;
     exchangeAmbientSlot(outerSlot);
     t_current = outer;
-    if (m_phase == Phase::Abandoned)
-        end(Phase::Abandoned);
+    if (m_phase == Phase::abandoned)
+        end(Phase::abandoned);
     else if (root().done())
-        end(Phase::Finished);
+        end(Phase::finished);
 }
 
 void JobCore::end(Phase how)
 {
     m_phase = how;
     m_queue.forget(*this);
-    if (how == Phase::Finished)
+    if (how == Phase::finished)
         m_error = takeResult();
     destroyFrame(); // its children go with it
     leaveFamily();

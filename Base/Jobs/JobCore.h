@@ -41,8 +41,8 @@ public:
 
     MainQueue &queue() const noexcept { return m_queue; }
     bool cancelled() const noexcept { return m_cancelled; }
-    bool finished() const noexcept { return m_phase == Phase::Finished; }
-    bool abandoned() const noexcept { return m_phase == Phase::Abandoned; }
+    bool finished() const noexcept { return m_phase == Phase::finished; }
+    bool abandoned() const noexcept { return m_phase == Phase::abandoned; }
     bool over() const noexcept { return finished() || abandoned(); }
     bool onStack() const noexcept { return m_onStack; }
     bool failed() const noexcept { return m_error != nullptr; }
@@ -61,7 +61,7 @@ protected:
 
 private:
     friend class Suspension;
-    enum class Phase : unsigned char { New, Active, Finished, Abandoned };
+    enum class Phase : unsigned char { unstarted, active, finished, abandoned };
     void end(Phase how);
     void leaveFamily();
     MainQueue &m_queue;
@@ -73,7 +73,7 @@ private:
     Suspension *m_wait = nullptr; // where it waits
     std::exception_ptr m_error;
     int m_refs = 0;
-    Phase m_phase = Phase::New;
+    Phase m_phase = Phase::unstarted;
     bool m_cancelled = false;
     bool m_onStack = false;
     bool m_errorSeen = false;

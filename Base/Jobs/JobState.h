@@ -38,7 +38,7 @@ private:
     std::optional<Stored<T>> m_value;
 };
 
-enum class Take { Copy, Move };
+enum class Take { copy, move };
 
 // Waits for the end of another job.
 template <class T, Take How> class JoinAwaiter final : public Suspension {
@@ -60,7 +60,7 @@ public:
             m_target->rethrow();
         if constexpr (std::is_void_v<T>)
             return;
-        else if constexpr (How == Take::Move)
+        else if constexpr (How == Take::move)
             return m_target->takeValue();
         else
             return m_target->value();

@@ -34,7 +34,7 @@ protected:
             return QObject::event(event);
         else if (m_timer.isActive()) // mail between two slices: it waits for the next, and Qt comes first
             return true;
-        m_queue.drain(Slice::Bounded);
+        m_queue.drain(Slice::bounded);
         return true;
     }
 
@@ -81,7 +81,7 @@ void MainQueue::drain(Slice length)
     m_draining = true;
     m_posted = false;
     const QDeadlineTimer end(
-        length == Slice::Bounded ? QDeadlineTimer(slice) : QDeadlineTimer(QDeadlineTimer::Forever));
+        length == Slice::bounded ? QDeadlineTimer(slice) : QDeadlineTimer(QDeadlineTimer::Forever));
     for (unsigned steps = 1;; ++steps) {
         deliverMail();
         if (m_ready.empty())
@@ -115,7 +115,7 @@ void MainQueue::runFirst()
 void MainQueue::settle()
 {
     for (;;) {
-        drain(Slice::Whole);
+        drain(Slice::whole);
         QCoreApplication::sendPostedEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         if (!m_ready.empty())

@@ -34,7 +34,7 @@ public:
 
 private:
     class Receiver;
-    enum class Slice { Bounded, Whole };
+    enum class Slice { bounded, whole };
     void drain(Slice slice);
     void deliverMail();
     void runFirst();

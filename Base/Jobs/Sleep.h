@@ -4,7 +4,7 @@
 namespace jobs {
 
 // How a sleep ended. Cut: the job was cancelled; it may look at what it has and go on.
-enum class Sleep { Full, Cut };
+enum class Sleep { full, cut };
 
 namespace detail {
 
@@ -20,7 +20,7 @@ public:
             clock.arm(*this, clock.after(m_duration));
         suspend(core, frame);
     }
-    Sleep await_resume() const noexcept { return m_cut ? Sleep::Cut : Sleep::Full; }
+    Sleep await_resume() const noexcept { return m_cut ? Sleep::cut : Sleep::full; }
 
 private:
     void ring() override { wake(); }

@@ -41,7 +41,7 @@ public:
         constexpr bool wantsToken = std::is_invocable_v<F &, std::stop_token>;
         using R = typename std::conditional_t<wantsToken, std::invoke_result<F &, std::stop_token>,
             std::invoke_result<F &>>::type;
-        Completion<R> completion(m_queue, AnswerFrom::Thread);
+        Completion<R> completion(m_queue, AnswerFrom::thread);
         auto task = [work = std::move(work), to = completion.resolver(), text = ambient()]() mutable {
             const AmbientScope scope(std::move(text));
             detail::answer<R>(to, [&]() -> R {

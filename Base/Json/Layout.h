@@ -37,9 +37,9 @@ struct Keys {
 };
 
 enum class Rule {
-    Lenient, // absent or null takes the default, a wrong type fails
-    Required, // absent or null fails too
-    Forgiving // whatever cannot be read takes the default
+    lenient, // absent or null takes the default, a wrong type fails
+    required, // absent or null fails too
+    forgiving // whatever cannot be read takes the default
 };
 
 // The default of a field that names none: zero, false, empty, or what an empty object reads as.
@@ -56,17 +56,17 @@ template <Rule theRule, class Record, class Member, class Default> struct Field 
 template <class Record, class Member, class Default = Blank>
 consteval auto field(Keys keys, Member Record::*member, Default fallback = {})
 {
-    return Field<Rule::Lenient, Record, Member, Default>{keys, member, fallback};
+    return Field<Rule::lenient, Record, Member, Default>{keys, member, fallback};
 }
 
 template <class Record, class Member> consteval auto required(Keys keys, Member Record::*member)
 {
-    return Field<Rule::Required, Record, Member, Blank>{keys, member, {}};
+    return Field<Rule::required, Record, Member, Blank>{keys, member, {}};
 }
 
 template <class Record, class Member> consteval auto forgiving(Keys keys, Member Record::*member)
 {
-    return Field<Rule::Forgiving, Record, Member, Blank>{keys, member, {}};
+    return Field<Rule::forgiving, Record, Member, Blank>{keys, member, {}};
 }
 
 template <class Type>

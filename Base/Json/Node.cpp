@@ -51,22 +51,22 @@ std::optional<qint64> exactly(double number)
 Node::Kind Node::kind() const
 {
     if (!m_document)
-        return Kind::Nothing;
+        return Kind::nothing;
     switch (Access::element(*this).type()) {
     case element_type::ARRAY:
-        return Kind::List;
+        return Kind::list;
     case element_type::OBJECT:
-        return Kind::Object;
+        return Kind::object;
     case element_type::INT64:
     case element_type::UINT64:
     case element_type::DOUBLE:
-        return Kind::Number;
+        return Kind::number;
     case element_type::STRING:
-        return Kind::Text;
+        return Kind::text;
     case element_type::BOOL:
-        return Kind::Boolean;
+        return Kind::boolean;
     case element_type::NULL_VALUE:
-        return Kind::Null;
+        return Kind::null;
     }
     Q_UNREACHABLE();
 }
@@ -126,19 +126,19 @@ Node Node::member(QLatin1StringView key) const
 QString Node::description() const
 {
     switch (kind()) {
-    case Kind::Nothing:
+    case Kind::nothing:
         return u"nothing"_s;
-    case Kind::Null:
+    case Kind::null:
         return u"null"_s;
-    case Kind::Boolean:
+    case Kind::boolean:
         return u"true or false"_s;
-    case Kind::Number:
+    case Kind::number:
         return u"the number "_s + QString::number(Access::element(*this).get_double().value_unsafe(), 'g', 17);
-    case Kind::Text:
+    case Kind::text:
         return u"text"_s;
-    case Kind::List:
+    case Kind::list:
         return u"a list"_s;
-    case Kind::Object:
+    case Kind::object:
         return u"an object"_s;
     }
     Q_UNREACHABLE();

@@ -14,13 +14,13 @@ class Document;
 
 class Node {
 public:
-    enum class Kind { Nothing, Null, Boolean, Number, Text, List, Object };
+    enum class Kind { nothing, null, boolean, number, text, list, object };
 
     // A value that is not there.
     Node() = default;
 
     Kind kind() const;
-    bool isAbsent() const { return kind() == Kind::Nothing || kind() == Kind::Null; }
+    bool isAbsent() const { return kind() == Kind::nothing || kind() == Kind::null; }
 
     // The value, for a node of the fitting kind only.
     bool boolean() const;

@@ -35,7 +35,7 @@ Outcome misfit(QLatin1StringView expected, Node found)
 
 Outcome read(Node value, bool &into)
 {
-    if (value.kind() != Node::Kind::Boolean)
+    if (value.kind() != Node::Kind::boolean)
         return misfit("true or false"_L1, value);
     into = value.boolean();
     return {};
@@ -43,7 +43,7 @@ Outcome read(Node value, bool &into)
 
 Outcome read(Node value, qint64 &into)
 {
-    const auto number = value.kind() == Node::Kind::Number ? value.wholeNumber() : std::nullopt;
+    const auto number = value.kind() == Node::Kind::number ? value.wholeNumber() : std::nullopt;
     if (!number)
         return misfit("a whole number"_L1, value);
     into = *number;
@@ -52,7 +52,7 @@ Outcome read(Node value, qint64 &into)
 
 Outcome read(Node value, QString &into)
 {
-    if (value.kind() != Node::Kind::Text)
+    if (value.kind() != Node::Kind::text)
         return misfit("text"_L1, value);
     into = value.text();
     return {};

@@ -36,7 +36,7 @@ template <Record Type> Outcome read(Node value, Type &into);
 
 template <class Element> Outcome read(Node value, QList<Element> &into)
 {
-    if (value.kind() != Node::Kind::List)
+    if (value.kind() != Node::Kind::list)
         return misfit(QLatin1StringView("a list"), value);
     const auto elements = value.elements();
     into.reserve(static_cast<qsizetype>(elements.size()));
@@ -51,7 +51,7 @@ template <class Element> Outcome read(Node value, QList<Element> &into)
 // Of a key that stands twice, the first holds, as it does in a record.
 template <class Element> Outcome read(Node value, QMap<QString, Element> &into)
 {
-    if (value.kind() != Node::Kind::Object)
+    if (value.kind() != Node::Kind::object)
         return misfit(QLatin1StringView("an object"), value);
     for (const auto &[key, node] : value.members()) {
         Element element;
@@ -96,7 +96,7 @@ template <class Type, class Field> Outcome readField(Node object, const Field &f
         key = field.keys.second;
         value = object.member(key);
     }
-    if constexpr (Field::rule != Rule::Required) {
+    if constexpr (Field::rule != Rule::required) {
         if (value.isAbsent()) {
             takeDefault(member, record, field.fallback);
             return {};
@@ -105,7 +105,7 @@ template <class Type, class Field> Outcome readField(Node object, const Field &f
     const auto outcome = read(value, member);
     if (outcome)
         return {};
-    if constexpr (Field::rule == Rule::Forgiving) {
+    if constexpr (Field::rule == Rule::forgiving) {
         takeDefault(member, record, field.fallback);
         return {};
     }
@@ -127,14 +127,14 @@ template <Record Type> Outcome readFields(Node object, Type &into)
 
 template <Record Type> Outcome read(Node value, Type &into)
 {
-    if (value.kind() != Node::Kind::Object)
+    if (value.kind() != Node::Kind::object)
         return misfit(QLatin1StringView("an object"), value);
     return readFields(value, into);
 }
 
 template <class... Fields> consteval bool anyIsRequired(std::type_identity<const std::tuple<Fields...>>)
 {
-    return ((Fields::rule == Rule::Required) || ...);
+    return ((Fields::rule == Rule::required) || ...);
 }
 
 template <class Type>

@@ -17,12 +17,12 @@
 // its destructor waits for the child.)
 class ChildProcess {
 public:
-    enum class Capture { OutputAndErrors, OutputOnly };
+    enum class Capture { outputAndErrors, outputOnly };
     struct Program {
         QString executable; // an absolute path
         QStringList arguments;
         ProcessEnvironment environment;
-        Capture capture = Capture::OutputAndErrors; // what is not captured is lost
+        Capture capture = Capture::outputAndErrors; // what is not captured is lost
     };
     static constexpr qsizetype chunkSize = 64 * 1024; // bytes; what a pipe holds on Linux
 

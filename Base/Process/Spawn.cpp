@@ -96,7 +96,7 @@ pid_t spawn(const ChildProcess::Program &program, const Descriptor &output)
 {
     FileActions files;
     files.duplicate(output, STDOUT_FILENO); // before anything is opened: `output` may itself be one of 0 to 2
-    if (program.capture == ChildProcess::Capture::OutputAndErrors)
+    if (program.capture == ChildProcess::Capture::outputAndErrors)
         files.duplicate(output, STDERR_FILENO);
     else
         files.openNothing(STDERR_FILENO, O_WRONLY);

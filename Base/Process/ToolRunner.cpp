@@ -38,7 +38,7 @@ std::shared_ptr<ChildProcess> ToolRunner::launch(const QString &executable, cons
             ChildProcess::Program{.executable = executable,
                 .arguments = arguments,
                 .environment = plainEnvironment(),
-                .capture = ChildProcess::Capture::OutputOnly});
+                .capture = ChildProcess::Capture::outputOnly});
     } catch (const VeranoxLaunchError &) {
         return nullptr;
     }

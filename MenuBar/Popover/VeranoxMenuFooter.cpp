@@ -36,7 +36,7 @@ jobs::Async<> VeranoxMenuFooter::showCopied()
 {
     m_justCopied = true;
     Q_EMIT changed();
-    if (co_await jobs::sleep(copiedFor) == jobs::Sleep::Cut)
+    if (co_await jobs::sleep(copiedFor) == jobs::Sleep::cut)
         co_return; // a later copy goes on showing it
     m_justCopied = false;
     Q_EMIT changed();

@@ -1,6 +1,6 @@
 #include "Service/Cli/CommandLine.h"
 
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
@@ -47,11 +47,11 @@ Command parseCommandLine(std::vector<std::string> words)
         const CLI::App *subject = run.parsed() ? &run : gui.parsed() ? &gui : &app;
         return PrintCommand{subject->help()};
     } catch (const CLI::ParseError &failure) {
-        throw StartProblem(askForHelp(failure.what()));
+        throw ServiceProblem(askForHelp(failure.what()));
     }
     const std::optional<LogLevel> level = logLevel(logLevelWord);
     if (!level)
-        throw StartProblem("The argument --log-level must be debug, info, warn or error.");
+        throw ServiceProblem("The argument --log-level must be debug, info, warn or error.");
     serve.logLevel = *level;
     return serve;
 }

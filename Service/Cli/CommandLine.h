@@ -10,7 +10,7 @@ namespace veranox {
 struct GuiServeCommand {
     std::string listen = "127.0.0.1:43200";
     std::string lab; // file or "demo"; empty when not given
-    LogLevel logLevel = LogLevel::Info;
+    LogLevel logLevel = LogLevel::info;
 
     bool operator==(const GuiServeCommand &) const = default;
 };
@@ -24,7 +24,7 @@ struct PrintCommand {
 
 using Command = std::variant<GuiServeCommand, PrintCommand>;
 
-/// Reads the words behind the program's name. Throws StartProblem for what cannot be understood.
+/// Reads the words behind the program's name. Throws ServiceProblem for what cannot be understood.
 Command parseCommandLine(std::vector<std::string> words);
 
 } // namespace veranox

@@ -9,8 +9,8 @@
 #include "Service/Nodes/Lab/LabFile.h"
 #include "Service/Nodes/NoNodeEngine.h"
 #include "Service/Nodes/NodeTraffic.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Service/Text/ShownPath.h"
-#include "Service/Text/StartProblem.h"
 #include <boost/asio/signal_set.hpp>
 #include <csignal>
 #include <functional>
@@ -29,7 +29,7 @@ LoopbackEndpoint listenEndpoint(const std::string &text)
     try {
         return parseLoopbackEndpoint(text, 0);
     } catch (const std::invalid_argument &problem) {
-        throw StartProblem("The argument --listen " + text + " " + problem.what() + ".");
+        throw ServiceProblem("The argument --listen " + text + " " + problem.what() + ".");
     }
 }
 
@@ -98,7 +98,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     std::function<void(std::string_view)> stop;
     ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&stop] { stop("request"); });
     stop = [&](std::string_view reason) {
-        log.write(LogLevel::Info, "service_stopping", "service is stopping", {{"reason", reason}});
+        log.write(LogLevel::info, "service_stopping", "service is stopping", {{"reason", reason}});
         signals.cancel();
         traffic.stop();
         server.stop();
@@ -109,7 +109,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
             stop(signal == SIGINT ? "SIGINT" : "SIGTERM");
     });
     server.start();
-    log.write(LogLevel::Info, "service_listening", "service is listening",
+    log.write(LogLevel::info, "service_listening", "service is listening",
         {{"address", toText(endpoint)}, {"engine", command.lab.empty() ? "none" : "lab"},
             {"config", shownPath(config.file())}, {"config_generation", config.generation()},
             {"profiles", config.document().profiles.size()}, {"version", VERANOX_VERSION}});
@@ -118,7 +118,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     context.run_for(longestEnd);
     const bool isDone = context.stopped();
     context.dropRest();
-    log.write(LogLevel::Info, "service_stopped", "service has stopped", {{"outcome", isDone ? "ok" : "cut"}});
+    log.write(LogLevel::info, "service_stopped", "service has stopped", {{"outcome", isDone ? "ok" : "cut"}});
 }
 
 } // namespace veranox

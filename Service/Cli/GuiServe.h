@@ -4,7 +4,7 @@
 
 namespace veranox {
 
-/// Runs the service until a client or a signal ends it. Throws StartProblem when it cannot start.
+/// Runs the service until a client or a signal ends it. Throws ServiceProblem when it cannot start.
 void runGuiServe(const GuiServeCommand &command, const Environment &environment);
 
 } // namespace veranox

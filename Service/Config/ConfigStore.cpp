@@ -3,8 +3,8 @@
 #include "Service/Files/Folder.h"
 #include "Service/Json/JsonProblem.h"
 #include "Service/Json/JsonText.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Service/Text/ShownPath.h"
-#include "Service/Text/StartProblem.h"
 #include "Service/Text/Timestamps.h"
 #include <system_error>
 
@@ -30,7 +30,7 @@ Folder openFolder(const std::filesystem::path &path)
     try {
         return Folder::openOrMake(path, false);
     } catch (const std::exception &failure) {
-        throw StartProblem("The configuration folder " + shownPath(path) + " cannot be used (" + failure.what()
+        throw ServiceProblem("The configuration folder " + shownPath(path) + " cannot be used (" + failure.what()
             + "); make it a folder of yours that you may write to, or set XDG_CONFIG_HOME to another place.");
     }
 }
@@ -56,7 +56,7 @@ void ConfigStore::load(WallTime now)
         complaint =
             "is too large: with everything that it leaves out it has more than " + std::to_string(sizeLimit) + " bytes";
     } catch (const NewerConfigProblem &problem) {
-        throw StartProblem("The configuration file " + shownPath(file()) + " is too new: at " + problem.place + ": "
+        throw ServiceProblem("The configuration file " + shownPath(file()) + " is too new: at " + problem.place + ": "
             + problem.text + "; update Veranox.");
     } catch (const JsonProblem &problem) {
         complaint = "is not valid: at " + problem.place + ": " + problem.text;
@@ -75,9 +75,10 @@ void ConfigStore::setAside(const std::string &complaint, WallTime now) const
         keptAs = freeNameFor(folder, "damaged", now);
         folder.rename(fileName, keptAs);
     } catch (const std::system_error &failure) {
-        throw StartProblem(begin + "; it could not be set aside either (" + failure.what() + "), so mend or move it.");
+        throw ServiceProblem(
+            begin + "; it could not be set aside either (" + failure.what() + "), so mend or move it.");
     }
-    throw StartProblem(begin + "; it was set aside as " + shownPath(m_folder / keptAs)
+    throw ServiceProblem(begin + "; it was set aside as " + shownPath(m_folder / keptAs)
         + ": start again to begin with an empty configuration, or mend that copy and give it back its name.");
 }
 
@@ -86,12 +87,12 @@ void ConfigStore::save(ConfigDocument document)
     document.asRead = configFile(document);
     std::string text = prettyJson(document.asRead);
     if (text.size() > sizeLimit)
-        throw StartProblem("The configuration file " + shownPath(file()) + " would have more than "
+        throw ServiceProblem("The configuration file " + shownPath(file()) + " would have more than "
             + std::to_string(sizeLimit) + " bytes and could not be read again; remove something.");
     try {
         openFolder(m_folder).replace(fileName, text, ownerReadsAndWrites);
     } catch (const std::system_error &failure) {
-        throw StartProblem("The configuration file " + shownPath(file()) + " could not be written (" + failure.what()
+        throw ServiceProblem("The configuration file " + shownPath(file()) + " could not be written (" + failure.what()
             + "); make room or let yourself write there.");
     }
     m_document = std::move(document);
@@ -117,7 +118,7 @@ void ConfigStore::keepChanged(WallTime now) const
         if (const std::optional<std::string> text = folder.read(fileName, sizeLimit))
             folder.replace(freeNameFor(folder, "replaced", now), *text, ownerReadsAndWrites);
     } catch (const std::system_error &failure) {
-        throw StartProblem("The configuration file " + shownPath(file())
+        throw ServiceProblem("The configuration file " + shownPath(file())
             + " was changed by another program, and a copy of it could not be kept (" + failure.what()
             + "); mend or move the file.");
     }

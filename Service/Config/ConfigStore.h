@@ -17,17 +17,17 @@ public:
 
     /// Reads the file; without one the document is that of a computer without a profile, and nothing is written.
     /// A file that cannot be used is renamed to "config.json.damaged-<time>" and never overwritten; then, and when the
-    /// folder cannot be used, StartProblem is thrown. `now` names the kept copy.
+    /// folder cannot be used, ServiceProblem is thrown. `now` names the kept copy.
     void load(WallTime now);
 
-    /// Writes the document durably and makes it the current one. On failure, a StartProblem, file and current document
-    /// are the old ones.
+    /// Writes the document durably and makes it the current one. On failure, a ServiceProblem, file and current
+    /// document are the old ones.
     void save(ConfigDocument document);
 
     /// True when the file holds something else than this store last read or wrote. A file that is gone holds nothing
     /// that could be lost.
     bool isChangedByOthers() const;
-    /// Keeps what others wrote into the file as "config.json.replaced-<time>" beside it. Throws StartProblem.
+    /// Keeps what others wrote into the file as "config.json.replaced-<time>" beside it. Throws ServiceProblem.
     void keepChanged(WallTime now) const;
 
     const ConfigDocument &document() const { return m_document; }

@@ -15,8 +15,8 @@ ConfigWriter::ConfigWriter(ConfigStore &store, Traffic &traffic, const TimeSourc
 void ConfigWriter::commit(ConfigDocument document, IfChanged ifChanged)
 {
     if (m_store.isChangedByOthers()) {
-        if (ifChanged == IfChanged::Refuse)
-            throw Refusal(Refusal::Kind::Conflict,
+        if (ifChanged == IfChanged::refuse)
+            throw Refusal(Refusal::Kind::conflict,
                 "The configuration file " + shownPath(m_store.file())
                     + " was changed by another program; restart the service so that it takes the change over.");
         m_store.keepChanged(m_time.wallNow());

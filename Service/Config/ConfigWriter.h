@@ -10,11 +10,11 @@ class ConfigWriter {
 public:
     /// What happens to a file that another program has changed since the service last read or wrote it: a refusal, or a
     /// copy of it beside the new one.
-    enum class IfChanged { Refuse, KeepCopy };
+    enum class IfChanged { refuse, keepCopy };
 
     ConfigWriter(ConfigStore &store, Traffic &traffic, const TimeSource &time);
 
-    /// Saves the document and lets the traffic follow it. Throws Refusal or StartProblem; then nothing has changed.
+    /// Saves the document and lets the traffic follow it. Throws Refusal or ServiceProblem; then nothing has changed.
     void commit(ConfigDocument document, IfChanged ifChanged);
 
 private:

@@ -3,7 +3,7 @@
 #include "Service/Json/JsonProblem.h"
 #include "Service/Page/StatusPage.h"
 #include "Service/Text/Refusal.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <exception>
 #include <span>
 
@@ -81,7 +81,7 @@ ControlAnswer refusalOf(const std::exception_ptr &problem)
         return refusal(badRequest, value.place + " " + value.text + ".");
     } catch (const JsonProblem &body) {
         return refusal(badRequest, "decoding JSON body: " + body.place + ": " + body.text + ".");
-    } catch (const StartProblem &notSaved) {
+    } catch (const ServiceProblem &notSaved) {
         return refusal(failed, notSaved.what());
     } catch (const std::exception &unexpected) {
         return refusal(failed, std::string("Something unexpected went wrong: ") + unexpected.what() + ".");
@@ -133,7 +133,7 @@ std::variant<ControlApi::Prepared, ControlAnswer> ControlApi::prepare(ControlReq
 /// For the writes that change one thing: they never go over what another program wrote into the file.
 void ControlApi::commit(ConfigDocument document)
 {
-    m_writer.commit(std::move(document), ConfigWriter::IfChanged::Refuse);
+    m_writer.commit(std::move(document), ConfigWriter::IfChanged::refuse);
 }
 
 asio::awaitable<ControlAnswer> ControlApi::carryOut(ControlRequest request)

@@ -29,7 +29,7 @@ asio::awaitable<ControlAnswer> ControlApi::pathReport(Call call)
     constexpr unsigned mostReports = 8;
     PathQuestion question = readPathQuestion(call.target.query);
     if (m_reports >= mostReports)
-        throw Refusal(Refusal::Kind::Later, "Too many path reports are running; try again in some seconds.");
+        throw Refusal(Refusal::Kind::later, "Too many path reports are running; try again in some seconds.");
     const Counted running(m_reports);
     json::object report = co_await m_parts.traffic.pathReport(std::move(question));
     co_return success(std::move(report));

@@ -1,8 +1,8 @@
 #include "Service/Control/ControlToken.h"
 
 #include "Service/Files/Folder.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Service/Text/ShownPath.h"
-#include "Service/Text/StartProblem.h"
 #include <array>
 #include <cstddef>
 #include <random>
@@ -31,7 +31,8 @@ void ControlToken::writeTo(const std::filesystem::path &folder) const
     try {
         Folder::openOrMake(folder, true).replace(name, m_text + "\n", ownerReadsAndWrites);
     } catch (const std::exception &failure) {
-        throw StartProblem("The control token " + shownPath(folder / name) + " could not be written (" + failure.what()
+        throw ServiceProblem("The control token " + shownPath(folder / name) + " could not be written ("
+            + failure.what()
             + "); make the place a folder of yours that you may write to, with nothing but a file of that "
             + "name in it, or set XDG_DATA_HOME to another place.");
     }

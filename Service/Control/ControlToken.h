@@ -11,7 +11,7 @@ public:
     /// 256 random bits from the system.
     static ControlToken random();
 
-    /// Writes it, readable by this user alone, as `control.token` into the folder. Throws StartProblem.
+    /// Writes it, readable by this user alone, as `control.token` into the folder. Throws ServiceProblem.
     void writeTo(const std::filesystem::path &folder) const;
 
     /// Compares in a time that tells nothing about the token.

@@ -59,7 +59,7 @@ Parts partsOf(std::string_view query)
 
 [[noreturn]] void refuse(const std::string &sentence)
 {
-    throw Refusal(Refusal::Kind::BadInput, sentence);
+    throw Refusal(Refusal::Kind::badInput, sentence);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "Service/Files/UserFolders.h"
 
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <cstdlib>
 
 namespace veranox {
@@ -20,7 +20,7 @@ std::filesystem::path homeFolder(const Environment &environment)
 {
     if (const auto home = absoluteFolder(environment, "HOME"))
         return *home;
-    throw StartProblem("The environment variable HOME does not name a folder; set it to your home folder.");
+    throw ServiceProblem("The environment variable HOME does not name a folder; set it to your home folder.");
 }
 
 std::filesystem::path folder(

@@ -18,7 +18,7 @@ struct UserFolders {
     std::filesystem::path configuration; // holds config.json
 };
 
-/// Throws StartProblem when the environment names no home folder. A relative path in the environment is ignored.
+/// Throws ServiceProblem when the environment names no home folder. A relative path in the environment is ignored.
 UserFolders userFolders(const Environment &environment);
 
 } // namespace veranox

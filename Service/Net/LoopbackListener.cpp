@@ -1,7 +1,7 @@
 #include "Service/Net/LoopbackListener.h"
 
 #include "Service/Net/PortHolder.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <boost/asio/ip/address.hpp>
 
 namespace veranox {
@@ -34,9 +34,9 @@ asio::ip::tcp::acceptor listenOnLoopback(asio::io_context &context, const Loopba
     if (!failure)
         acceptor.listen(asio::socket_base::max_listen_connections, failure);
     if (failure == asio::error::address_in_use)
-        throw StartProblem(takenSentence(endpoint));
+        throw ServiceProblem(takenSentence(endpoint));
     if (failure)
-        throw StartProblem("The service cannot listen at " + toText(endpoint) + " (" + failure.message()
+        throw ServiceProblem("The service cannot listen at " + toText(endpoint) + " (" + failure.message()
             + "); choose another address with --listen.");
     return acceptor;
 }

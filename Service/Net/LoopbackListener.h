@@ -5,7 +5,7 @@
 
 namespace veranox {
 
-/// Listens at the endpoint. Throws StartProblem, which says who holds the port where the system tells.
+/// Listens at the endpoint. Throws ServiceProblem, which says who holds the port where the system tells.
 boost::asio::ip::tcp::acceptor listenOnLoopback(boost::asio::io_context &context, const LoopbackEndpoint &endpoint);
 
 } // namespace veranox

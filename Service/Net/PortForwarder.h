@@ -11,8 +11,8 @@
 
 namespace veranox {
 
-/// Why a connection was not made, as one sentence for a person.
-class DialProblem : public std::runtime_error {
+/// Why a connection was not made or a port not opened, as one sentence for a person.
+class NetworkProblem : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
@@ -20,7 +20,7 @@ public:
 /// Takes connections at one listener and joins each to one that it dials. Lives until stop(), which drops everything.
 class PortForwarder : public std::enable_shared_from_this<PortForwarder> {
 public:
-    /// Makes what a connection is to be joined to. Fails with a DialProblem.
+    /// Makes what a connection is to be joined to. Fails with a NetworkProblem.
     using Dial = std::function<boost::asio::awaitable<StreamSocket>()>;
     /// What is done to a connection that was taken before it is joined. One that comes back closed was turned away.
     using Admit = std::function<boost::asio::awaitable<StreamSocket>(StreamSocket)>;

@@ -34,7 +34,7 @@ tcp::acceptor openListener(const asio::any_io_executor &executor, const tcp::end
     if (!failure)
         acceptor.listen(asio::socket_base::max_listen_connections, failure);
     if (failure)
-        throw DialProblem(sentence({endpoint.address().to_string(), endpoint.port()}, failure));
+        throw NetworkProblem(sentence({endpoint.address().to_string(), endpoint.port()}, failure));
     return acceptor;
 }
 

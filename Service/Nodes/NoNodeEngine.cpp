@@ -80,13 +80,13 @@ NodeNames NoNodeEngine::nodeNames(const std::string &, const std::string &hostna
 boost::asio::awaitable<boost::asio::ip::tcp::socket> NoNodeEngine::dial(std::string, std::string, std::uint16_t)
 {
     co_await boost::asio::this_coro::executor;
-    throw DialProblem(noEngine);
+    throw NetworkProblem(noEngine);
 }
 
 NodePort NoNodeEngine::openPort(
     const boost::asio::any_io_executor &, const std::string &, const std::string &, std::uint16_t)
 {
-    throw DialProblem(noEngine);
+    throw NetworkProblem(noEngine);
 }
 
 void NoNodeEngine::stop() { }

@@ -71,11 +71,11 @@ public:
     /// The names of the profile's node, whose host name is given.
     virtual NodeNames nodeNames(const std::string &profile, const std::string &hostname) const = 0;
 
-    /// Connects through the node of the profile, on the caller's executor. Fails with a DialProblem.
+    /// Connects through the node of the profile, on the caller's executor. Fails with a NetworkProblem.
     virtual boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
         std::string profile, std::string host, std::uint16_t port) = 0;
 
-    /// Opens a port on the node of the profile, whose host name is given. Throws DialProblem.
+    /// Opens a port on the node of the profile, whose host name is given. Throws NetworkProblem.
     virtual NodePort openPort(const boost::asio::any_io_executor &executor, const std::string &profile,
         const std::string &hostname, std::uint16_t port) = 0;
 

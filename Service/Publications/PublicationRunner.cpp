@@ -21,9 +21,10 @@ asio::awaitable<StreamSocket> dialLocal(LoopbackEndpoint target)
     tcp::socket socket(co_await asio::this_coro::executor);
     const auto [failure] = co_await socket.async_connect({asio::ip::make_address(target.host), target.port}, asTuple);
     if (failure == asio::error::connection_refused)
-        throw DialProblem("The local service at " + toText(target) + " refused the connection.");
+        throw NetworkProblem("The local service at " + toText(target) + " refused the connection.");
     if (failure)
-        throw DialProblem("The local service at " + toText(target) + " cannot be reached: " + failure.message() + ".");
+        throw NetworkProblem(
+            "The local service at " + toText(target) + " cannot be reached: " + failure.message() + ".");
     boost::system::error_code ignored;
     socket.set_option(tcp::no_delay(true), ignored);
     co_return StreamSocket(std::move(socket));

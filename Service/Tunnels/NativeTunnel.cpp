@@ -53,7 +53,7 @@ void NativeTunnel::listen()
 {
     const HostPort target = parseHostPort(m_settings.target);
     if (const std::string problem = m_nodes.hostProblem(m_settings.profile, target.host); !problem.empty())
-        throw DialProblem(problem);
+        throw NetworkProblem(problem);
     const LoopbackEndpoint local = parseLoopbackEndpoint(m_settings.listen, 1);
     m_forwarder = std::make_shared<PortForwarder>(
         openListener(m_executor, {asio::ip::make_address(local.host), local.port}), m_conduits,

@@ -174,7 +174,7 @@ asio::awaitable<StreamSocket> SshSession::connect(std::shared_ptr<SshSession> se
     asio::local::stream_protocol::socket socket(self->m_executor);
     const auto [failure] = co_await socket.async_connect(LocalEndpoint(self->m_sockets.forward.string()), asTuple);
     if (failure)
-        throw DialProblem("The ssh connection to the bastion takes no connection: " + failure.message() + ".");
+        throw NetworkProblem("The ssh connection to the bastion takes no connection: " + failure.message() + ".");
     co_return StreamSocket(std::move(socket));
 }
 

@@ -17,7 +17,7 @@
 #include <gtest/gtest.h>
 
 // How a call ended: Good, or with which failure.
-enum class Ending { None, Good, Unavailable, Refused, BadResponse, Undecodable, Cancelled };
+enum class Ending { none, good, unavailable, refused, badResponse, undecodable, cancelled };
 
 inline void PrintTo(Ending ending, std::ostream *out)
 {
@@ -30,26 +30,26 @@ inline Ending endingOf(VeranoxAPIFailure::Kind kind)
 {
     switch (kind) {
     case VeranoxAPIFailure::Kind::cancelled:
-        return Ending::Cancelled;
+        return Ending::cancelled;
     case VeranoxAPIFailure::Kind::unavailable:
-        return Ending::Unavailable;
+        return Ending::unavailable;
     case VeranoxAPIFailure::Kind::refused:
-        return Ending::Refused;
+        return Ending::refused;
     case VeranoxAPIFailure::Kind::badResponse:
-        return Ending::BadResponse;
+        return Ending::badResponse;
     case VeranoxAPIFailure::Kind::undecodable:
-        return Ending::Undecodable;
+        return Ending::undecodable;
     }
     Q_UNREACHABLE();
 }
 
 template <class T> struct Outcome {
-    Ending ending = Ending::None;
+    Ending ending = Ending::none;
     std::optional<T> value;
     QString text; // of the failure
     int status = 0; // of a refusal
 
-    bool ended() const { return ending != Ending::None; }
+    bool ended() const { return ending != Ending::none; }
 };
 
 class ApiClientTest : public testing::Test {
@@ -109,7 +109,7 @@ private:
         }
         if constexpr (!std::is_void_v<T>)
             outcome->value = *std::move(result);
-        outcome->ending = Ending::Good;
+        outcome->ending = Ending::good;
     }
     jobs::Job<> m_lastJob;
 
@@ -118,9 +118,9 @@ protected:
 };
 
 template <> struct Outcome<void> {
-    Ending ending = Ending::None;
+    Ending ending = Ending::none;
     QString text;
     int status = 0;
 
-    bool ended() const { return ending != Ending::None; }
+    bool ended() const { return ending != Ending::none; }
 };

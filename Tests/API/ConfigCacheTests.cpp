@@ -13,7 +13,7 @@ protected:
     {
         const int number = ++fetches;
         correlations.append(jobs::ambient().value_or(u"none"_s));
-        cancelled = cancelled || co_await jobs::sleep(3s) == jobs::Sleep::Cut;
+        cancelled = cancelled || co_await jobs::sleep(3s) == jobs::Sleep::cut;
         if (failing)
             co_return std::unexpected(VeranoxAPIFailure::unavailable());
         co_return QByteArray::number(number);
@@ -228,22 +228,22 @@ TEST_F(ConfigInvalidation, TableOfTheWrites)
     using enum VeranoxConfigInvalidation;
     using Write = VeranoxAPIWrite;
     const std::pair<Write, VeranoxConfigInvalidation> table[] = {
-        {Write::saveConfig, BeforeAndOnSuccess},
-        {Write::saveTunnel, BeforeAndAfter},
-        {Write::deleteTunnel, BeforeAndAfter},
-        {Write::startTunnel, BeforeAndAfter},
-        {Write::stopTunnel, BeforeAndAfter},
-        {Write::savePublication, BeforeAndAfter},
-        {Write::deletePublication, BeforeAndAfter},
-        {Write::startPublication, BeforeAndAfter},
-        {Write::stopPublication, BeforeAndAfter},
-        {Write::restartTunnel, Never},
-        {Write::restartPublication, Never},
-        {Write::setTunnelSecret, Never},
-        {Write::login, Never},
-        {Write::logout, Never},
-        {Write::shutdown, Never},
-        {Write::submitFeedback, Never},
+        {Write::saveConfig, beforeAndOnSuccess},
+        {Write::saveTunnel, beforeAndAfter},
+        {Write::deleteTunnel, beforeAndAfter},
+        {Write::startTunnel, beforeAndAfter},
+        {Write::stopTunnel, beforeAndAfter},
+        {Write::savePublication, beforeAndAfter},
+        {Write::deletePublication, beforeAndAfter},
+        {Write::startPublication, beforeAndAfter},
+        {Write::stopPublication, beforeAndAfter},
+        {Write::restartTunnel, never},
+        {Write::restartPublication, never},
+        {Write::setTunnelSecret, never},
+        {Write::login, never},
+        {Write::logout, never},
+        {Write::shutdown, never},
+        {Write::submitFeedback, never},
     };
     for (const auto &[write, rule] : table)
         EXPECT_EQ(configInvalidation(write), rule) << static_cast<int>(write);
@@ -257,12 +257,12 @@ TEST_F(ConfigInvalidation, EachRuleRoundAWrite)
         bool succeeds, clearsBefore, clearsAfter;
     };
     const Case cases[] = {
-        {Never, false, false, false},
-        {Never, true, false, false},
-        {BeforeAndOnSuccess, false, true, false},
-        {BeforeAndOnSuccess, true, true, true},
-        {BeforeAndAfter, false, true, true},
-        {BeforeAndAfter, true, true, true},
+        {never, false, false, false},
+        {never, true, false, false},
+        {beforeAndOnSuccess, false, true, false},
+        {beforeAndOnSuccess, true, true, true},
+        {beforeAndAfter, false, true, true},
+        {beforeAndAfter, true, true, true},
     };
     for (const Case &c : cases) {
         cache.invalidate();
@@ -290,23 +290,23 @@ TEST_F(ApiConfig, BothReadingsCostOneRequest)
     const auto config = begin(client.fetchConfig());
     const auto editable = begin(client.fetchEditableConfig());
     ASSERT_TRUE(waitUntil([&] { return config->ended() && editable->ended(); }));
-    ASSERT_EQ(config->ending, Ending::Good) << config->text.toStdString();
+    ASSERT_EQ(config->ending, Ending::good) << config->text.toStdString();
     EXPECT_EQ(config->value->router.httpProxy, u"127.0.0.1:9");
-    ASSERT_EQ(editable->ending, Ending::Good) << editable->text.toStdString();
+    ASSERT_EQ(editable->ending, Ending::good) << editable->text.toStdString();
     EXPECT_EQ(editable->value, document);
-    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::Good); // within its two seconds
+    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::good); // within its two seconds
     EXPECT_EQ(server.received().size(), 1);
     world.run(2s);
     server.expect("GET /api/config", reply(200, "{}"));
-    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::good);
     EXPECT_EQ(server.received().size(), 2);
 }
 
 TEST_F(ApiConfig, ABadDocumentFailsEachReadingAndIsKeptAllTheSame)
 {
     server.expect("GET /api/config", reply(200, R"({"router":3})"));
-    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::Undecodable);
-    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::Undecodable);
+    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::undecodable);
+    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::undecodable);
     EXPECT_EQ(server.received().size(), 1);
 }
 
@@ -319,7 +319,7 @@ TEST_F(ApiConfig, AFailureReachesBothReadingsAndIsNotKept)
     EXPECT_EQ(config->text, u"broken");
     EXPECT_EQ(editable->text, u"broken");
     server.expect("GET /api/config", reply(200, "{}"));
-    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.fetchConfig()).ending, Ending::good);
 }
 
 TEST_F(ApiConfig, TheSharedRequestOutlivesTheCancelledCallThatBeganIt)
@@ -336,11 +336,11 @@ TEST_F(ApiConfig, TheSharedRequestOutlivesTheCancelledCallThatBeganIt)
     ASSERT_TRUE(waitForRequests(1));
     starter.cancel();
     world.run();
-    EXPECT_EQ(config->ending, Ending::Cancelled);
+    EXPECT_EQ(config->ending, Ending::cancelled);
     EXPECT_FALSE(editable->ended());
     gate->open();
     ASSERT_TRUE(waitUntil([&] { return editable->ended(); }));
-    EXPECT_EQ(editable->ending, Ending::Good);
+    EXPECT_EQ(editable->ending, Ending::good);
     EXPECT_EQ(server.received().at(0).headers.value("x-correlation-id"), "of-the-starter");
 }
 
@@ -352,7 +352,7 @@ TEST_F(ApiConfig, ACancelledReadingDoesNotWaitForAServiceThatNeverAnswers)
     ASSERT_TRUE(waitForRequests(1));
     jobs.cancelAll();
     world.run();
-    EXPECT_EQ(config->ending, Ending::Cancelled);
-    EXPECT_EQ(editable->ending, Ending::Cancelled);
+    EXPECT_EQ(config->ending, Ending::cancelled);
+    EXPECT_EQ(editable->ending, Ending::cancelled);
     EXPECT_EQ(world.seconds(), 0);
 }

@@ -43,7 +43,7 @@ protected:
             if (r)
                 *result = r->body.size();
             else
-                *result = r.error() == VeranoxTransportFailure::TooLarge ? tooLarge : unreachable;
+                *result = r.error() == VeranoxTransportFailure::tooLarge ? tooLarge : unreachable;
         };
         VeranoxLoopbackTransport transport(server.url());
         transport.send(
@@ -62,8 +62,8 @@ protected:
 TEST_F(HostileService, RefusesTheConnection)
 {
     VeranoxAPIClient lonely(world.queue, QUrl(u"http://127.0.0.1:1"_s), session, identity(), tokenPath());
-    EXPECT_EQ(complete(lonely.fetchTunnels()).ending, Ending::Unavailable);
-    EXPECT_EQ(complete(lonely.shutdown()).ending, Ending::Unavailable);
+    EXPECT_EQ(complete(lonely.fetchTunnels()).ending, Ending::unavailable);
+    EXPECT_EQ(complete(lonely.shutdown()).ending, Ending::unavailable);
 }
 
 TEST_F(HostileService, Hangs)
@@ -75,7 +75,7 @@ TEST_F(HostileService, Hangs)
     EXPECT_FALSE(outcome->ended());
     world.run(1ns);
     world.run();
-    EXPECT_EQ(outcome->ending, Ending::Unavailable);
+    EXPECT_EQ(outcome->ending, Ending::unavailable);
 }
 
 // What comes must be right as far as it goes: a client may give a wrong answer up as soon as it sees that.
@@ -99,7 +99,7 @@ TEST_F(HostileService, SendsAByteASecond)
             world.run(1s);
         }
         world.run();
-        EXPECT_EQ(outcome->ending, Ending::Unavailable);
+        EXPECT_EQ(outcome->ending, Ending::unavailable);
         EXPECT_TRUE(waitUntil([&] { // the connection is gone: what it still sends meets nobody
             gate->open();
             return server.connectionsClosed() == server.received().size();
@@ -111,27 +111,27 @@ TEST_F(HostileService, ClosesAnywhere)
 {
     const QByteArray whole = answer(R"([{"name":"a"}])");
     for (qsizetype length = 0; length < whole.size(); ++length)
-        EXPECT_EQ(askProfiles(hostile::sendRaw(whole.left(length))), Ending::Unavailable) << length;
-    EXPECT_EQ(askProfiles(hostile::sendRaw(whole)), Ending::Good);
+        EXPECT_EQ(askProfiles(hostile::sendRaw(whole.left(length))), Ending::unavailable) << length;
+    EXPECT_EQ(askProfiles(hostile::sendRaw(whole)), Ending::good);
 }
 
 TEST_F(HostileService, AnnouncesAGibibyte)
 {
-    EXPECT_EQ(askProfiles(hostile::flood(hostile::Framing::ContentLength, gibibyte, sent)), Ending::BadResponse);
+    EXPECT_EQ(askProfiles(hostile::flood(hostile::Framing::contentLength, gibibyte, sent)), Ending::badResponse);
     EXPECT_TRUE(waitUntil([&] { return server.connectionsClosed() == 1; }));
     EXPECT_LT(*sent, 16 * mebibyte); // what the sockets hold: it was refused at its header
 }
 
 TEST_F(HostileService, SendsAGibibyteInChunks)
 {
-    EXPECT_EQ(askProfiles(hostile::flood(hostile::Framing::Chunked, gibibyte, sent)), Ending::BadResponse);
+    EXPECT_EQ(askProfiles(hostile::flood(hostile::Framing::chunked, gibibyte, sent)), Ending::badResponse);
     EXPECT_TRUE(waitUntil([&] { return server.connectionsClosed() == 1; }));
     EXPECT_LT(*sent, 96 * mebibyte);
 }
 
 TEST_F(HostileService, SendsAGibibyteWithoutALength)
 {
-    EXPECT_EQ(askProfiles(hostile::flood(hostile::Framing::UntilClose, gibibyte, sent)), Ending::BadResponse);
+    EXPECT_EQ(askProfiles(hostile::flood(hostile::Framing::untilClose, gibibyte, sent)), Ending::badResponse);
     EXPECT_TRUE(waitUntil([&] { return server.connectionsClosed() == 1; }));
     EXPECT_LT(*sent, 96 * mebibyte);
 }
@@ -140,22 +140,22 @@ TEST_F(HostileService, SendsAGibibyteWithAFailureOrAsHealth)
 {
     server.expect("POST /api/shutdown", [this](ServerConnection &connection) {
         connection.send("HTTP/1.1 403 No\r\n\r\n");
-        hostile::flood(hostile::Framing::UntilClose, gibibyte, sent)(connection);
+        hostile::flood(hostile::Framing::untilClose, gibibyte, sent)(connection);
     });
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::BadResponse); // no 403 either: nothing is sent twice
-    server.expect("GET /api/health", hostile::flood(hostile::Framing::ContentLength, gibibyte, sent));
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::badResponse); // no 403 either: nothing is sent twice
+    server.expect("GET /api/health", hostile::flood(hostile::Framing::contentLength, gibibyte, sent));
     EXPECT_EQ(complete(client.healthCheck()).value, false);
 }
 
 TEST_F(HostileService, HeadersHaveABound)
 {
-    EXPECT_EQ(askProfiles(hostile::endlessHeaders(sent)), Ending::BadResponse);
-    EXPECT_EQ(askProfiles(hostile::endlessHeaderLine(sent)), Ending::BadResponse);
-    EXPECT_EQ(askProfiles(hostile::endlessChunkExtension(sent)), Ending::BadResponse);
+    EXPECT_EQ(askProfiles(hostile::endlessHeaders(sent)), Ending::badResponse);
+    EXPECT_EQ(askProfiles(hostile::endlessHeaderLine(sent)), Ending::badResponse);
+    EXPECT_EQ(askProfiles(hostile::endlessChunkExtension(sent)), Ending::badResponse);
     EXPECT_TRUE(waitUntil([&] { return server.connectionsClosed() == 3; }));
     EXPECT_LT(*sent, 48 * mebibyte);
     const QByteArray large = "X-Large: " + QByteArray(60 * 1024, 'x') + "\r\n";
-    EXPECT_EQ(askProfiles(reply(200, "[]", large)), Ending::Good);
+    EXPECT_EQ(askProfiles(reply(200, "[]", large)), Ending::good);
 }
 
 TEST_F(HostileService, SendsInterimAnswersWithoutEnd)
@@ -165,10 +165,10 @@ TEST_F(HostileService, SendsInterimAnswersWithoutEnd)
     ASSERT_TRUE(waitUntil([&] { return *sent > 4 * mebibyte; }));
     EXPECT_FALSE(outcome->ended());
     server.expect("GET /api/tunnels", reply(200, "[]")); // and others are served meanwhile
-    EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::good);
     world.run(12s);
     world.run();
-    EXPECT_EQ(outcome->ending, Ending::Unavailable);
+    EXPECT_EQ(outcome->ending, Ending::unavailable);
 }
 
 TEST_F(HostileService, SpeaksNoHTTP)
@@ -177,8 +177,8 @@ TEST_F(HostileService, SpeaksNoHTTP)
              "HTTP/1.1 20 OK\r\n\r\n", "HTTP/1.1 2000 OK\r\n\r\n", "HTTP/1.1\r\n\r\n", "GET / HTTP/1.1\r\n\r\n",
              "SSH-2.0-OpenSSH_9.2p1\r\n", "HTTP/1.1 200 OK\r\nno colon\r\n\r\n", "HTTP/1.1 200 OK\r\n: x\r\n\r\n",
              "HTTP/1.1 200 OK\r\nA B: x\r\n\r\n", "\x16\x03\x01\x02", "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n"})
-        EXPECT_EQ(askProfiles(hostile::sendRaw(text)), Ending::Unavailable) << text.toStdString();
-    EXPECT_EQ(askProfiles(hostile::sendRaw(QByteArray(200'000, '\0'))), Ending::Unavailable);
+        EXPECT_EQ(askProfiles(hostile::sendRaw(text)), Ending::unavailable) << text.toStdString();
+    EXPECT_EQ(askProfiles(hostile::sendRaw(QByteArray(200'000, '\0'))), Ending::unavailable);
 }
 
 TEST_F(HostileService, SendsAWrongLength)
@@ -186,12 +186,12 @@ TEST_F(HostileService, SendsAWrongLength)
     const auto withLength = [](const QByteArray &length) {
         return hostile::sendRaw("HTTP/1.1 200 OK\r\nContent-Length: " + length + "\r\n\r\n[{\"name\":\"a\"}]");
     };
-    EXPECT_EQ(askProfiles(withLength("15")), Ending::Unavailable); // one too many
-    EXPECT_EQ(askProfiles(withLength("13")), Ending::Undecodable); // one too few
-    EXPECT_EQ(askProfiles(withLength("0")), Ending::Undecodable);
+    EXPECT_EQ(askProfiles(withLength("15")), Ending::unavailable); // one too many
+    EXPECT_EQ(askProfiles(withLength("13")), Ending::undecodable); // one too few
+    EXPECT_EQ(askProfiles(withLength("0")), Ending::undecodable);
     for (const QByteArray length : {"-1", "x", "1x", "99999999999999999999999", "14\r\nContent-Length: 15"})
-        EXPECT_EQ(askProfiles(withLength(length)), Ending::Unavailable) << length.toStdString();
-    EXPECT_EQ(askProfiles(withLength("18446744073709551615")), Ending::BadResponse);
+        EXPECT_EQ(askProfiles(withLength(length)), Ending::unavailable) << length.toStdString();
+    EXPECT_EQ(askProfiles(withLength("18446744073709551615")), Ending::badResponse);
 }
 
 TEST_F(HostileService, SendsChunkedRubbish)
@@ -201,30 +201,30 @@ TEST_F(HostileService, SendsChunkedRubbish)
     };
     for (const QByteArray body : {"x\r\n", "-1\r\n[]\r\n", "2\r\n[]", "2\r\n[]xx0\r\n\r\n", "2\r\n[]\r\n", "\r\n\r\n",
              "ffffffffffffffffff\r\n[]", "2\n[]\n0\n\n", "2\r\n[]\r\n0\r\nno colon\r\n\r\n"})
-        EXPECT_EQ(askProfiles(chunked(body)), Ending::Unavailable) << body.toStdString();
-    EXPECT_EQ(askProfiles(chunked("7fffffffffffffff\r\n[]")), Ending::BadResponse);
-    EXPECT_EQ(askProfiles(chunked("2;a=b\r\n[]\r\n0\r\nX-Trailer: t\r\n\r\n")), Ending::Good);
+        EXPECT_EQ(askProfiles(chunked(body)), Ending::unavailable) << body.toStdString();
+    EXPECT_EQ(askProfiles(chunked("7fffffffffffffff\r\n[]")), Ending::badResponse);
+    EXPECT_EQ(askProfiles(chunked("2;a=b\r\n[]\r\n0\r\nX-Trailer: t\r\n\r\n")), Ending::good);
 }
 
 TEST_F(HostileService, SendsWrongJSON)
 {
     for (const QByteArray body : {"", "null", "{}", "3", "[3]", R"([{"name":3}])", R"([{"status":[]}])", "[{}", "nul",
              "[\"\xff\xfe\"]", "[{\"name\":\"\xc3\"}]", "\xef\xbb\xbf", "[]]"})
-        EXPECT_EQ(askProfiles(reply(200, body)), Ending::Undecodable) << body.toStdString();
+        EXPECT_EQ(askProfiles(reply(200, body)), Ending::undecodable) << body.toStdString();
 }
 
 TEST_F(HostileService, SendsDeepNesting)
 {
-    EXPECT_EQ(askProfiles(reply(200, QByteArray(4 * mebibyte, '['))), Ending::Undecodable);
-    EXPECT_EQ(askProfiles(reply(200, QByteArray("{\"a\":").repeated(mebibyte))), Ending::Undecodable);
-    EXPECT_EQ(askProfiles(reply(500, QByteArray(4 * mebibyte, '['))), Ending::BadResponse);
+    EXPECT_EQ(askProfiles(reply(200, QByteArray(4 * mebibyte, '['))), Ending::undecodable);
+    EXPECT_EQ(askProfiles(reply(200, QByteArray("{\"a\":").repeated(mebibyte))), Ending::undecodable);
+    EXPECT_EQ(askProfiles(reply(500, QByteArray(4 * mebibyte, '['))), Ending::badResponse);
 }
 
 TEST_F(HostileService, SendsAListOfMany)
 {
     server.expect("GET /api/profiles", reply(200, '[' + QByteArray("{},").repeated(20'000) + "{}]"));
     const auto outcome = complete(client.fetchProfiles());
-    ASSERT_EQ(outcome.ending, Ending::Good);
+    ASSERT_EQ(outcome.ending, Ending::good);
     EXPECT_EQ(outcome.value->size(), 20'001);
 }
 
@@ -232,7 +232,7 @@ TEST_F(HostileService, TheLargestAnswerIsTakenAndNoByteMore)
 {
     const auto limit = VeranoxLoopbackTransport::maximumBodySize;
     for (const auto framing :
-        {hostile::Framing::ContentLength, hostile::Framing::Chunked, hostile::Framing::UntilClose}) {
+        {hostile::Framing::contentLength, hostile::Framing::chunked, hostile::Framing::untilClose}) {
         EXPECT_EQ(sizeOfFlood(framing, limit), limit);
         EXPECT_EQ(sizeOfFlood(framing, limit + 1), tooLarge);
     }
@@ -250,8 +250,8 @@ TEST_F(HostileService, ManyAtOnce)
     const auto count = [&](Ending ending) {
         return std::ranges::count_if(outcomes, [&](const auto &o) { return o->ending == ending; });
     };
-    ASSERT_TRUE(waitUntil([&] { return count(Ending::Good) == calls / 2; }));
+    ASSERT_TRUE(waitUntil([&] { return count(Ending::good) == calls / 2; }));
     world.run(12s);
     world.run();
-    EXPECT_EQ(count(Ending::Unavailable), calls / 2);
+    EXPECT_EQ(count(Ending::unavailable), calls / 2);
 }

@@ -39,7 +39,7 @@ const VeranoxEditablePublication wiki{.displayName = u"Wiki"_s,
     .tls = true,
     .disabled = false};
 
-enum class Invalidates { Nothing, OnSuccess, Always };
+enum class Invalidates { nothing, onSuccess, always };
 
 struct Operation {
     const char *name;
@@ -73,56 +73,56 @@ using Client = VeranoxAPIClient;
 using None = std::optional<QString>;
 
 const std::vector<Operation> writes = {
-    {"saveConfig", "POST /api/config?force=true", document, R"({"status":"saved","path":"/c"})", Invalidates::OnSuccess,
+    {"saveConfig", "POST /api/config?force=true", document, R"({"status":"saved","path":"/c"})", Invalidates::onSuccess,
         calling(&Client::saveConfig, VeranoxEditableConfig::emptyForFirstProfile())},
-    {"login", "POST /api/profiles/acme/login", "", "{}", Invalidates::Nothing, calling(&Client::login, u"acme"_s)},
-    {"logout", "POST /api/profiles/acme/logout", "", "{}", Invalidates::Nothing, calling(&Client::logout, u"acme"_s)},
-    {"shutdown", "POST /api/shutdown", "", R"({"status":"stopping"})", Invalidates::Nothing,
+    {"login", "POST /api/profiles/acme/login", "", "{}", Invalidates::nothing, calling(&Client::login, u"acme"_s)},
+    {"logout", "POST /api/profiles/acme/logout", "", "{}", Invalidates::nothing, calling(&Client::logout, u"acme"_s)},
+    {"shutdown", "POST /api/shutdown", "", R"({"status":"stopping"})", Invalidates::nothing,
         calling(&Client::shutdown)},
     {"saveNewTunnel", "POST /api/tunnels", R"({"Name":"db","Tunnel":)" + savedTunnel + '}', tunnelList,
-        Invalidates::Always, calling(&Client::saveTunnel, u"db"_s, None(), native)},
+        Invalidates::always, calling(&Client::saveTunnel, u"db"_s, None(), native)},
     {"renameTunnel", "POST /api/tunnels", R"({"Name":"db","OriginalName":"old","Tunnel":)" + savedTunnel + '}',
-        tunnelList, Invalidates::Always, calling(&Client::saveTunnel, u"db"_s, None(u"old"_s), native)},
-    {"deleteTunnel", "DELETE /api/tunnels/db", "", tunnelList, Invalidates::Always,
+        tunnelList, Invalidates::always, calling(&Client::saveTunnel, u"db"_s, None(u"old"_s), native)},
+    {"deleteTunnel", "DELETE /api/tunnels/db", "", tunnelList, Invalidates::always,
         calling(&Client::deleteTunnel, u"db"_s)},
-    {"startTunnel", "POST /api/tunnels/db/start", "", tunnelList, Invalidates::Always,
+    {"startTunnel", "POST /api/tunnels/db/start", "", tunnelList, Invalidates::always,
         calling(&Client::startTunnel, u"db"_s)},
-    {"stopTunnel", "POST /api/tunnels/db/stop", "", tunnelList, Invalidates::Always,
+    {"stopTunnel", "POST /api/tunnels/db/stop", "", tunnelList, Invalidates::always,
         calling(&Client::stopTunnel, u"db"_s)},
-    {"restartTunnel", "POST /api/tunnels/db/restart", "", tunnelList, Invalidates::Nothing,
+    {"restartTunnel", "POST /api/tunnels/db/restart", "", tunnelList, Invalidates::nothing,
         calling(&Client::restartTunnel, u"db"_s)},
-    {"setTunnelSecret", "POST /api/tunnels/db/secret", R"({"Password":"pa\"ss"})", tunnelList, Invalidates::Nothing,
+    {"setTunnelSecret", "POST /api/tunnels/db/secret", R"({"Password":"pa\"ss"})", tunnelList, Invalidates::nothing,
         calling(&Client::setTunnelSecret, u"db"_s, u"pa\"ss"_s)},
     {"saveNewPublication", "POST /api/publications", R"({"Name":"wiki","Publication":)" + savedPublication + '}',
-        publicationList, Invalidates::Always, calling(&Client::savePublication, u"wiki"_s, None(), wiki)},
+        publicationList, Invalidates::always, calling(&Client::savePublication, u"wiki"_s, None(), wiki)},
     {"renamePublication", "POST /api/publications",
         R"({"Name":"wiki","OriginalName":"old","Publication":)" + savedPublication + '}', publicationList,
-        Invalidates::Always, calling(&Client::savePublication, u"wiki"_s, None(u"old"_s), wiki)},
-    {"deletePublication", "DELETE /api/publications/wiki", "", publicationList, Invalidates::Always,
+        Invalidates::always, calling(&Client::savePublication, u"wiki"_s, None(u"old"_s), wiki)},
+    {"deletePublication", "DELETE /api/publications/wiki", "", publicationList, Invalidates::always,
         calling(&Client::deletePublication, u"wiki"_s)},
-    {"startPublication", "POST /api/publications/wiki/start", "", publicationList, Invalidates::Always,
+    {"startPublication", "POST /api/publications/wiki/start", "", publicationList, Invalidates::always,
         calling(&Client::startPublication, u"wiki"_s)},
-    {"stopPublication", "POST /api/publications/wiki/stop", "", publicationList, Invalidates::Always,
+    {"stopPublication", "POST /api/publications/wiki/stop", "", publicationList, Invalidates::always,
         calling(&Client::stopPublication, u"wiki"_s)},
-    {"restartPublication", "POST /api/publications/wiki/restart", "", publicationList, Invalidates::Nothing,
+    {"restartPublication", "POST /api/publications/wiki/restart", "", publicationList, Invalidates::nothing,
         calling(&Client::restartPublication, u"wiki"_s)},
     {"submitFeedback", "POST /api/feedback",
         R"({"message":"m","kind":"bug","contact":"","appVersion":"1.2.3","os":"Test 4.5.6"})", "{}",
-        Invalidates::Nothing, calling(&Client::submitFeedback, u"m"_s, u"bug"_s, QString())},
+        Invalidates::nothing, calling(&Client::submitFeedback, u"m"_s, u"bug"_s, QString())},
 };
 
 const std::vector<Operation> reads = {
-    {"fetchProfiles", "GET /api/profiles", "", "[]", Invalidates::Nothing, calling(&Client::fetchProfiles)},
-    {"fetchConfig", "GET /api/config", "", document, Invalidates::Nothing, calling(&Client::fetchConfig)},
-    {"fetchEditableConfig", "GET /api/config", "", document, Invalidates::Nothing,
+    {"fetchProfiles", "GET /api/profiles", "", "[]", Invalidates::nothing, calling(&Client::fetchProfiles)},
+    {"fetchConfig", "GET /api/config", "", document, Invalidates::nothing, calling(&Client::fetchConfig)},
+    {"fetchEditableConfig", "GET /api/config", "", document, Invalidates::nothing,
         calling(&Client::fetchEditableConfig)},
     {"fetchEnvironment", "GET /api/environment", "", R"({"TailscaledAvailable":true,"TailscaledBin":""})",
-        Invalidates::Nothing, calling(&Client::fetchEnvironment)},
-    {"fetchTunnels", "GET /api/tunnels", "", tunnelList, Invalidates::Nothing, calling(&Client::fetchTunnels)},
-    {"fetchPublications", "GET /api/publications", "", publicationList, Invalidates::Nothing,
+        Invalidates::nothing, calling(&Client::fetchEnvironment)},
+    {"fetchTunnels", "GET /api/tunnels", "", tunnelList, Invalidates::nothing, calling(&Client::fetchTunnels)},
+    {"fetchPublications", "GET /api/publications", "", publicationList, Invalidates::nothing,
         calling(&Client::fetchPublications)},
     {"diagnose", "GET /api/reports/path?target=wiki.acme.ts.net:443&netcheck=true&ping_count=3", "", "{}",
-        Invalidates::Nothing, calling(&Client::diagnose, u"wiki.acme.ts.net:443"_s)},
+        Invalidates::nothing, calling(&Client::diagnose, u"wiki.acme.ts.net:443"_s)},
 };
 
 void PrintTo(const Operation &operation, std::ostream *out)
@@ -174,7 +174,7 @@ TEST_P(ApiOperation, sendsItsRequest)
 {
     writeToken("secret");
     server.expect(GetParam().requestLine, reply(200, GetParam().answer));
-    EXPECT_EQ(make(GetParam()), Ending::Good);
+    EXPECT_EQ(make(GetParam()), Ending::good);
     ASSERT_EQ(server.received().size(), 1);
     const ReceivedRequest request = server.received().at(0);
     EXPECT_EQ(request.body, GetParam().body);
@@ -187,7 +187,7 @@ TEST_P(ApiOperation, triesAgainAfterA403OnlyIfItIsAWrite)
     server.expect(GetParam().requestLine, reply(403, refusal));
     if (isWrite())
         server.expect(GetParam().requestLine, reply(200, GetParam().answer));
-    EXPECT_EQ(make(GetParam()), isWrite() ? Ending::Good : Ending::Refused);
+    EXPECT_EQ(make(GetParam()), isWrite() ? Ending::good : Ending::refused);
     const auto received = server.received();
     ASSERT_EQ(received.size(), isWrite() ? 2 : 1);
     EXPECT_EQ(received.last().headers.value("x-veranox-attempt"), isWrite() ? "2" : "1");
@@ -198,14 +198,14 @@ TEST_P(ApiOperation, failsWithWhatTheServiceSays)
 {
     server.expect(GetParam().requestLine, reply(409, R"({"error":"tunnel \"x\" already exists"})"));
     const auto outcome = complete(GetParam().call(client));
-    EXPECT_EQ(outcome.ending, Ending::Refused);
+    EXPECT_EQ(outcome.ending, Ending::refused);
     EXPECT_EQ(outcome.text, u"tunnel \"x\" already exists");
 }
 
 TEST_P(ApiOperation, failsOnAGoodAnswerOfAnotherKind)
 {
     server.expect(GetParam().requestLine, reply(200, "7"));
-    EXPECT_EQ(make(GetParam()), Ending::Undecodable);
+    EXPECT_EQ(make(GetParam()), Ending::undecodable);
 }
 
 INSTANTIATE_TEST_SUITE_P(write, ApiOperation, testing::ValuesIn(writes), nameOf);
@@ -213,12 +213,12 @@ INSTANTIATE_TEST_SUITE_P(read, ApiOperation, testing::ValuesIn(reads), nameOf);
 
 TEST_P(ApiWriteOperation, invalidatesTheConfigurationOnSuccess)
 {
-    EXPECT_EQ(isKeptAfterTheAnswer(200, GetParam().answer), GetParam().invalidates == Invalidates::Nothing);
+    EXPECT_EQ(isKeptAfterTheAnswer(200, GetParam().answer), GetParam().invalidates == Invalidates::nothing);
 }
 
 TEST_P(ApiWriteOperation, invalidatesTheConfigurationBeforeItFails)
 {
-    EXPECT_EQ(isKeptAfterTheAnswer(500, refusal), GetParam().invalidates == Invalidates::Nothing);
+    EXPECT_EQ(isKeptAfterTheAnswer(500, refusal), GetParam().invalidates == Invalidates::nothing);
 }
 
 // What is read between the sending of a write and its failure serves on after a failed saveConfig, and after no other.
@@ -231,7 +231,7 @@ TEST_P(ApiWriteOperation, invalidatesAgainAfterAFailureByTheTable)
     fetchConfig();
     gate->open();
     ASSERT_TRUE(waitUntil([&] { return outcome->ended(); }));
-    EXPECT_EQ(configurationIsKept(), GetParam().invalidates != Invalidates::Always);
+    EXPECT_EQ(configurationIsKept(), GetParam().invalidates != Invalidates::always);
 }
 
 INSTANTIATE_TEST_SUITE_P(each, ApiWriteOperation, testing::ValuesIn(writes), nameOf);
@@ -241,19 +241,19 @@ using ApiNames = ApiClientTest;
 TEST_F(ApiNames, areEncodedIntoThePathAndSent)
 {
     server.expect("POST /api/profiles/My%20Net/login", reply(200, "{}"));
-    EXPECT_EQ(complete(client.login(u"My Net"_s)).ending, Ending::Good);
+    EXPECT_EQ(complete(client.login(u"My Net"_s)).ending, Ending::good);
     server.expect("DELETE /api/tunnels/%C3%BC%3F%23%25", reply(200, "[]"));
-    EXPECT_EQ(complete(client.deleteTunnel(u"ü?#%"_s)).ending, Ending::Good);
+    EXPECT_EQ(complete(client.deleteTunnel(u"ü?#%"_s)).ending, Ending::good);
     server.expect("POST /api/publications/a/b/stop", reply(200, "[]"));
-    EXPECT_EQ(complete(client.stopPublication(u"a/b"_s)).ending, Ending::Good);
+    EXPECT_EQ(complete(client.stopPublication(u"a/b"_s)).ending, Ending::good);
 }
 
 TEST_F(ApiNames, anAmpersandInATargetSplitsTheQuery)
 {
     server.expect("GET /api/reports/path?target=a&b&netcheck=true&ping_count=3", reply(200, "{}"));
-    EXPECT_EQ(complete(client.diagnose(u"a&b"_s)).ending, Ending::Good);
+    EXPECT_EQ(complete(client.diagnose(u"a&b"_s)).ending, Ending::good);
     server.expect("GET /api/reports/path?target=a%20b%23c&netcheck=true&ping_count=3", reply(200, "{}"));
-    EXPECT_EQ(complete(client.diagnose(u"a b#c"_s)).ending, Ending::Good);
+    EXPECT_EQ(complete(client.diagnose(u"a b#c"_s)).ending, Ending::good);
 }
 
 using ApiAnswers = ApiClientTest;
@@ -275,9 +275,9 @@ TEST_F(ApiAnswers, areHandedOnAsRecords)
 TEST_F(ApiAnswers, aDroppedOneMustBeThereAllTheSame)
 {
     server.expect("POST /api/tunnels/db/secret", reply(200, "{}"));
-    EXPECT_EQ(complete(client.setTunnelSecret(u"db"_s, u"p"_s)).ending, Ending::Undecodable);
+    EXPECT_EQ(complete(client.setTunnelSecret(u"db"_s, u"p"_s)).ending, Ending::undecodable);
     server.expect("POST /api/shutdown", reply(200, "{}"));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Undecodable);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::undecodable);
     server.expect("POST /api/config?force=true", reply(200, R"({"status":"saved"})"));
-    EXPECT_EQ(complete(client.saveConfig(VeranoxEditableConfig::emptyForFirstProfile())).ending, Ending::Undecodable);
+    EXPECT_EQ(complete(client.saveConfig(VeranoxEditableConfig::emptyForFirstProfile())).ending, Ending::undecodable);
 }

@@ -19,22 +19,22 @@ TEST_F(ApiReads, EachReadHasItsPathAndGivesItsRecords)
     server.expect("GET /api/publications", reply(200, R"([{"Name":"p"}])"));
 
     const auto profiles = complete(client.fetchProfiles());
-    ASSERT_EQ(profiles.ending, Ending::Good) << profiles.text.toStdString();
+    ASSERT_EQ(profiles.ending, Ending::good) << profiles.text.toStdString();
     ASSERT_EQ(profiles.value->size(), 2);
     EXPECT_EQ(profiles.value->at(0).displayName, u"a");
     EXPECT_EQ(profiles.value->at(1).displayName, u"B");
 
     const auto environment = complete(client.fetchEnvironment());
-    ASSERT_EQ(environment.ending, Ending::Good) << environment.text.toStdString();
+    ASSERT_EQ(environment.ending, Ending::good) << environment.text.toStdString();
     EXPECT_TRUE(environment.value->tailscaledAvailable);
     EXPECT_EQ(environment.value->tailscaledBin, u"/bin/t");
 
     const auto tunnels = complete(client.fetchTunnels());
-    ASSERT_EQ(tunnels.ending, Ending::Good) << tunnels.text.toStdString();
+    ASSERT_EQ(tunnels.ending, Ending::good) << tunnels.text.toStdString();
     EXPECT_EQ(tunnels.value->size(), 1);
 
     const auto publications = complete(client.fetchPublications());
-    ASSERT_EQ(publications.ending, Ending::Good) << publications.text.toStdString();
+    ASSERT_EQ(publications.ending, Ending::good) << publications.text.toStdString();
     EXPECT_EQ(publications.value->size(), 1);
 }
 
@@ -42,9 +42,9 @@ TEST_F(ApiReads, AReadCarriesSessionCorrelationAndAttemptButNoTokenAndNoContentT
 {
     writeToken("secret");
     server.expect("POST /api/shutdown", reply(200, R"({"status":"stopping"})"));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good); // the client has the token from here on
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good); // the client has the token from here on
     server.expect("GET /api/profiles", reply(200, "[]"));
-    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::good);
     const auto headers = server.received().at(1).headers;
     EXPECT_EQ(headers.value("x-veranox-session-id"), session.sessionID.toUtf8());
     EXPECT_EQ(headers.value("x-veranox-attempt"), "1");
@@ -85,11 +85,11 @@ TEST_F(ApiReads, ARefusedReadIsSentOnce)
 {
     server.expect("GET /api/profiles", reply(403, R"({"error":"No entry.","code":7})"));
     const auto refused = complete(client.fetchProfiles());
-    EXPECT_EQ(refused.ending, Ending::Refused);
+    EXPECT_EQ(refused.ending, Ending::refused);
     EXPECT_EQ(refused.text, u"No entry.");
     EXPECT_EQ(refused.status, 403);
     server.expect("GET /api/profiles", reply(403, "no"));
-    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::BadResponse);
+    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::badResponse);
     EXPECT_EQ(server.received().size(), 2);
 }
 
@@ -98,7 +98,7 @@ TEST_F(ApiReads, ARefusalsTextSurvivesWhateverStandsBesideIt)
     for (const QByteArray &beside : {"1e999", "99999999999999999999999", "[{\"a\":-1e999}]", "{\"error\":7}"}) {
         server.expect("GET /api/profiles", reply(409, R"({"code":)" + beside + R"(,"error":"No entry."})"));
         const auto refused = complete(client.fetchProfiles());
-        EXPECT_EQ(refused.ending, Ending::Refused) << beside.toStdString();
+        EXPECT_EQ(refused.ending, Ending::refused) << beside.toStdString();
         EXPECT_EQ(refused.text, u"No entry.");
     }
 }
@@ -107,7 +107,7 @@ TEST_F(ApiReads, AFailureWithoutAReasonIsABadResponse)
 {
     for (const QByteArray body : {"", "{}", "[]", "text", R"({"error":3})", R"({"error":null})", R"({"Error":"x"})"}) {
         server.expect("GET /api/tunnels", reply(500, body));
-        EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::BadResponse) << body.toStdString();
+        EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::badResponse) << body.toStdString();
     }
 }
 
@@ -119,11 +119,11 @@ TEST_F(ApiReads, EveryStatusButThe2xxIsAFailure)
         });
         const auto ending = complete(client.fetchTunnels()).ending;
         // after an interim answer the final one is awaited, and never comes
-        EXPECT_EQ(ending, status < 200 ? Ending::Unavailable : Ending::BadResponse) << status;
+        EXPECT_EQ(ending, status < 200 ? Ending::unavailable : Ending::badResponse) << status;
     }
     for (const int status : {200, 201, 299}) {
         server.expect("GET /api/tunnels", reply(status, "[]"));
-        EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::Good) << status;
+        EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::good) << status;
     }
 }
 
@@ -132,7 +132,7 @@ TEST_F(ApiReads, AnInterimAnswerIsPassedOver)
     server.expect("GET /api/tunnels",
         hostile::sendRaw("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 103 Early Hints\r\nLink: <a>\r\n\r\n"
                          "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n[]"));
-    EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::good);
 }
 
 TEST_F(ApiReads, TextsOfTheFailures)
@@ -153,7 +153,7 @@ TEST_F(ApiReads, NoProxyOfTheEnvironmentIsAsked)
     for (const auto &variable : variables)
         qputenv(variable.constData(), "http://127.0.0.1:1");
     server.expect("GET /api/profiles", reply(200, "[]"));
-    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::good);
     for (const auto &variable : variables)
         qunsetenv(variable.constData());
 }
@@ -164,9 +164,9 @@ TEST_F(ApiReads, NothingIsKeptOrFollowedOrUnpacked)
         "GET /api/profiles", reply(200, "[]", "Set-Cookie: a=b\r\nETag: \"1\"\r\nCache-Control: max-age=9999\r\n"));
     server.expect("GET /api/profiles", reply(302, {}, "Location: /api/tunnels\r\n"));
     server.expect("GET /api/profiles", reply(200, "\x1f\x8b\x08", "Content-Encoding: gzip\r\n"));
-    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::Good);
-    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::BadResponse);
-    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::Undecodable);
+    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::good);
+    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::badResponse);
+    EXPECT_EQ(complete(client.fetchProfiles()).ending, Ending::undecodable);
     EXPECT_EQ(server.received().size(), 3); // the server also fails the test for a cookie or a condition
 }
 
@@ -175,15 +175,15 @@ TEST_F(ApiReads, AnAnswerMayComeInChunksOrEndWithTheConnection)
     server.expect("GET /api/tunnels",
         hostile::sendRaw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\n[\r\n1\r\n]\r\n0\r\n\r\n"));
     server.expect("GET /api/tunnels", hostile::sendRaw("HTTP/1.0 200 OK\r\n\r\n[]"));
-    EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::Good);
-    EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::good);
+    EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::good);
 }
 
 TEST_F(ApiReads, AServiceThatClosesKeptConnectionsDisturbsNoLaterRequest)
 {
     for (int i = 0; i < 3; ++i) {
         server.expect("GET /api/tunnels", reply(200, "[]", "Connection: keep-alive\r\n"));
-        EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::Good);
+        EXPECT_EQ(complete(client.fetchTunnels()).ending, Ending::good);
         EXPECT_TRUE(waitUntil([&] { return server.connectionsClosed() == i + 1; }));
     }
 }
@@ -201,10 +201,10 @@ TEST_F(ApiReads, ConcurrentReadsRunSideBySide)
     gate->open(4);
     EXPECT_TRUE(
         waitUntil([&] { return profiles->ended() && config->ended() && tunnels->ended() && publications->ended(); }));
-    EXPECT_EQ(profiles->ending, Ending::Good);
-    EXPECT_EQ(config->ending, Ending::Good);
-    EXPECT_EQ(tunnels->ending, Ending::Good);
-    EXPECT_EQ(publications->ending, Ending::Good);
+    EXPECT_EQ(profiles->ending, Ending::good);
+    EXPECT_EQ(config->ending, Ending::good);
+    EXPECT_EQ(tunnels->ending, Ending::good);
+    EXPECT_EQ(publications->ending, Ending::good);
 }
 
 using ApiHealth = ApiClientTest;
@@ -228,7 +228,7 @@ TEST_F(ApiHealth, IsFalseWhenNobodyListens)
 {
     VeranoxAPIClient lonely(world.queue, QUrl(u"http://127.0.0.1:1"_s), session, identity(), tokenPath());
     EXPECT_EQ(complete(lonely.healthCheck()).value, false);
-    EXPECT_EQ(complete(lonely.fetchProfiles()).ending, Ending::Unavailable);
+    EXPECT_EQ(complete(lonely.fetchProfiles()).ending, Ending::unavailable);
 }
 
 TEST_F(ApiHealth, IsFalseAfterTwoSeconds)

@@ -30,7 +30,7 @@ TEST_F(ApiWrites, AWriteCarriesTheTrimmedTokenAndNoContentTypeWithoutABody)
 {
     writeToken(" \t\r\n tök en \n");
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
     const ReceivedRequest request = server.received().at(0);
     EXPECT_EQ(request.headers.value("x-veranox-token"), "tök en");
     EXPECT_EQ(request.headers.value("content-length"), "0");
@@ -42,7 +42,7 @@ TEST_F(ApiWrites, ATokenMayHaveFourKibibytes)
 {
     writeToken(QByteArray(4096, 'x'));
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
     EXPECT_EQ(server.received().at(0).headers.value("x-veranox-token"), QByteArray(4096, 'x'));
 }
 
@@ -65,7 +65,7 @@ TEST_F(ApiWrites, A403ReadsTheTokenAnewAndSendsOnceMoreWithTheSameCorrelation)
         connection.reply(403, refusal);
     });
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
     const auto received = server.received();
     ASSERT_EQ(received.size(), 2);
     EXPECT_EQ(received.at(0).headers.value("x-veranox-token"), "old");
@@ -85,7 +85,7 @@ TEST_F(ApiWrites, ASecond403IsFinalAndItsTextCounts)
     server.expect("POST /api/shutdown", reply(403, R"({"error":"first"})"));
     server.expect("POST /api/shutdown", reply(403, R"({"error":"second"})"));
     const auto outcome = complete(client.shutdown());
-    EXPECT_EQ(outcome.ending, Ending::Refused);
+    EXPECT_EQ(outcome.ending, Ending::refused);
     EXPECT_EQ(outcome.text, u"second");
     EXPECT_EQ(server.received().size(), 2);
 }
@@ -94,17 +94,17 @@ TEST_F(ApiWrites, The403MayHaveAnyBodyToBeTriedAgain)
 {
     server.expect("POST /api/shutdown", reply(403, "no JSON"));
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
 }
 
 TEST_F(ApiWrites, NoOtherFailureIsTriedAgain)
 {
     for (const int status : {400, 401, 404, 407, 408, 429, 500, 503}) {
         server.expect("POST /api/shutdown", reply(status, refusal));
-        EXPECT_EQ(complete(client.shutdown()).ending, Ending::Refused) << status;
+        EXPECT_EQ(complete(client.shutdown()).ending, Ending::refused) << status;
     }
     server.expect("POST /api/shutdown", hostile::closeAtOnce());
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Unavailable);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::unavailable);
     EXPECT_EQ(server.received().size(), 9);
 }
 
@@ -112,7 +112,7 @@ TEST_F(ApiWrites, WithoutAUsableTokenTheWriteGoesOutWithoutOne)
 {
     const auto sendsNoToken = [this] {
         server.expect("POST /api/shutdown", reply(200, stopping));
-        EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+        EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
         EXPECT_FALSE(server.received().last().headers.contains("x-veranox-token"));
     };
     sendsNoToken(); // no file
@@ -141,7 +141,7 @@ TEST_F(ApiWrites, A403WithoutATokenIsTriedAgainWithTheOneThatCameMeanwhile)
         connection.reply(403, refusal);
     });
     server.expect("POST /api/shutdown", reply(200, stopping));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Good);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::good);
     EXPECT_FALSE(server.received().at(0).headers.contains("x-veranox-token"));
     EXPECT_EQ(server.received().at(1).headers.value("x-veranox-token"), "late");
 }
@@ -154,7 +154,7 @@ TEST_F(ApiWrites, TheSecondAttemptGoesWithoutATokenWhenItsFileIsGone)
         connection.reply(403, refusal);
     });
     server.expect("POST /api/shutdown", reply(403, refusal));
-    EXPECT_EQ(complete(client.shutdown()).ending, Ending::Refused);
+    EXPECT_EQ(complete(client.shutdown()).ending, Ending::refused);
     EXPECT_FALSE(server.received().at(1).headers.contains("x-veranox-token"));
 }
 
@@ -162,7 +162,7 @@ TEST_F(ApiWrites, AnAnswerToShutdownThatIsNotItsRecordIsUndecodable)
 {
     for (const QByteArray body : {"{}", "[]", "", R"({"status":3})"}) {
         server.expect("POST /api/shutdown", reply(200, body));
-        EXPECT_EQ(complete(client.shutdown()).ending, Ending::Undecodable) << body.toStdString();
+        EXPECT_EQ(complete(client.shutdown()).ending, Ending::undecodable) << body.toStdString();
     }
 }
 
@@ -181,7 +181,7 @@ TEST_F(ApiWrites, EachAttemptHasTwelveSeconds)
     EXPECT_FALSE(outcome->ended());
     world.run(1ms);
     world.run();
-    EXPECT_EQ(outcome->ending, Ending::Unavailable);
+    EXPECT_EQ(outcome->ending, Ending::unavailable);
 }
 
 // A service may refuse a request by its head, and need not take the rest.
@@ -203,7 +203,7 @@ TEST_F(ApiLargeWrites, TheAnswerCountsWhenTheConnectionBreaksBehindIt)
     for (int i = 0; i < 5; ++i) { // often: the break and the answer race
         server.expect("POST /api/config?force=true", reply(413, tooLarge));
         const auto outcome = complete(client.saveConfig(largeDocument()));
-        ASSERT_EQ(outcome.ending, Ending::Refused) << i;
+        ASSERT_EQ(outcome.ending, Ending::refused) << i;
         EXPECT_EQ(outcome.text, u"too large");
     }
 }
@@ -217,7 +217,7 @@ TEST_F(ApiLargeWrites, TheAnswerIsReadThoughNobodyTakesTheRest)
     });
     const auto outcome = complete(client.saveConfig(largeDocument()));
     gate->open();
-    EXPECT_EQ(outcome.ending, Ending::Refused);
+    EXPECT_EQ(outcome.ending, Ending::refused);
     EXPECT_EQ(outcome.text, u"too large");
 }
 
@@ -225,7 +225,7 @@ TEST_F(ApiLargeWrites, ABreakWithoutAnAnswerIsNone)
 {
     for (const Behaviour &behaviour : {hostile::closeAtOnce(), hostile::sendRaw("HTTP/1.1 413 Too La")}) {
         server.expect("POST /api/config?force=true", behaviour);
-        EXPECT_EQ(complete(client.saveConfig(largeDocument())).ending, Ending::Unavailable);
+        EXPECT_EQ(complete(client.saveConfig(largeDocument())).ending, Ending::unavailable);
     }
 }
 
@@ -238,7 +238,7 @@ TEST_F(ApiLargeWrites, ACancelledOneEndsAtOnce)
     ASSERT_TRUE(waitForRequests(1));
     lastJob().cancel();
     world.run();
-    EXPECT_EQ(outcome->ending, Ending::Cancelled);
+    EXPECT_EQ(outcome->ending, Ending::cancelled);
     gate->open();
 }
 
@@ -252,7 +252,7 @@ TEST_F(ApiCancel, EndsASendingCallAtOnceAndDropsItsConnection)
         ASSERT_TRUE(waitForRequests(call));
         lastJob().cancel();
         world.run();
-        ASSERT_EQ(outcome->ending, Ending::Cancelled) << call;
+        ASSERT_EQ(outcome->ending, Ending::cancelled) << call;
         EXPECT_EQ(world.seconds(), 0);
         EXPECT_TRUE(waitUntil([&] { return server.connectionsClosed() == call; }));
     }
@@ -267,11 +267,11 @@ TEST_F(ApiCancel, SendsNothingForACallThatWasCancelledBefore)
     const auto shutdown = begin(client.shutdown());
     jobs.cancelAll();
     world.run();
-    EXPECT_EQ(outcome->ending, Ending::Cancelled);
+    EXPECT_EQ(outcome->ending, Ending::cancelled);
     EXPECT_EQ(health->value, false);
-    EXPECT_EQ(config->ending, Ending::Cancelled);
-    EXPECT_EQ(editable->ending, Ending::Cancelled);
-    EXPECT_EQ(shutdown->ending, Ending::Cancelled);
+    EXPECT_EQ(config->ending, Ending::cancelled);
+    EXPECT_EQ(editable->ending, Ending::cancelled);
+    EXPECT_EQ(shutdown->ending, Ending::cancelled);
     EXPECT_EQ(server.received().size(), 0);
 }
 
@@ -284,7 +284,7 @@ TEST_F(ApiCancel, BetweenTheAttemptsOfAWriteSendsNoSecondOne)
     lastJob().cancel();
     gate->open();
     ASSERT_TRUE(waitUntil([&] { return outcome->ended(); }));
-    EXPECT_EQ(outcome->ending, Ending::Cancelled);
+    EXPECT_EQ(outcome->ending, Ending::cancelled);
     EXPECT_EQ(server.received().size(), 1);
 }
 

@@ -1,3 +1,4 @@
+#include "Controls/VeranoxRuntimeStateIndicator.h"
 #include "Tests/Support/QmlStage.h"
 #include <QAccessible>
 #include <QSignalSpy>
@@ -141,6 +142,30 @@ TEST_F(Controls, everyStateHasAShapeOfItsOwn)
         shapes.insert(badge->property("symbol").toString());
     }
     EXPECT_EQ(shapes.size(), 4);
+}
+
+// QML counts what C++ names: the two lists have to stand in the same order.
+TEST_F(Controls, aMarkIsDrawnAsTheStateSays)
+{
+    using Mark = VeranoxRuntimeStateIndicator::Mark;
+    const std::pair<Mark, int> table[] = {{Mark::dot, 0}, {Mark::spinner, 1}, {Mark::blocked, 2}};
+    for (const auto &[mark, place] : table) {
+        const auto *item = show("StateMark { kind: " + QByteArray::number(int(mark)) + " }");
+        for (int child = 0; child < 3; ++child)
+            EXPECT_EQ(item->childItems().at(child)->isVisible(), child == place) << int(mark) << ' ' << child;
+    }
+}
+
+TEST_F(Controls, aBadgeIsDrawnAsTheStateSays)
+{
+    using Kind = VeranoxStatusBadge::Kind;
+    const std::pair<Kind, QString> table[] = {{Kind::ok, u"checkmark"_s},
+        {Kind::warning, u"exclamationmark.triangle.fill"_s}, {Kind::offline, u"power"_s},
+        {Kind::error, u"exclamationmark.circle.fill"_s}};
+    for (const auto &[kind, symbol] : table) {
+        const auto *badge = show("Badge { text: 'x'; kind: " + QByteArray::number(int(kind)) + " }");
+        EXPECT_EQ(badge->property("symbol"), symbol);
+    }
 }
 
 TEST_F(Controls, aToolTipIsThereWhileItIsWantedAndNotBefore)

@@ -18,11 +18,11 @@ Behaviour endless(const QByteArray &opening, const QByteArray &piece, std::share
 QByteArray openingOf(Framing framing, qint64 size)
 {
     switch (framing) {
-    case Framing::ContentLength:
+    case Framing::contentLength:
         return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(size) + "\r\n\r\n";
-    case Framing::Chunked:
+    case Framing::chunked:
         return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
-    case Framing::UntilClose:
+    case Framing::untilClose:
         break;
     }
     return "HTTP/1.1 200 OK\r\n\r\n";
@@ -66,10 +66,10 @@ Behaviour flood(Framing framing, qint64 size, std::shared_ptr<std::atomic<qint64
         if (!connection.send(openingOf(framing, size)))
             return;
         for (; *sent < size; *sent += piece.size()) {
-            if (!connection.send(framing == Framing::Chunked ? chunk : piece.left(size - *sent)))
+            if (!connection.send(framing == Framing::chunked ? chunk : piece.left(size - *sent)))
                 return;
         }
-        if (framing == Framing::Chunked)
+        if (framing == Framing::chunked)
             connection.send("0\r\n\r\n");
     };
 }

@@ -15,7 +15,7 @@ Behaviour sendRaw(const QByteArray &text);
 Behaviour drip(
     const QByteArray &text, qsizetype atOnce, std::shared_ptr<Gate> gate, std::shared_ptr<std::atomic<qint64>> sent);
 
-enum class Framing { ContentLength, Chunked, UntilClose };
+enum class Framing { contentLength, chunked, untilClose };
 // A 200 answer with a body of this size, made while it is sent. `sent` counts the bytes of the body that were taken.
 Behaviour flood(Framing framing, qint64 size, std::shared_ptr<std::atomic<qint64>> sent);
 // Header lines without end; then counts as above.

@@ -78,7 +78,7 @@ std::optional<ReceivedRequest> ServerConnection::receive(Part part)
     };
     const QByteArray bytes = receiveUntil([&](const QByteArray &all) {
         const auto end = all.indexOf("\r\n\r\n");
-        return end >= 0 && (part == Part::Head || all.size() >= end + 4 + bodySize(all.left(end)));
+        return end >= 0 && (part == Part::head || all.size() >= end + 4 + bodySize(all.left(end)));
     });
     if (bytes.isEmpty())
         return std::nullopt;

@@ -46,7 +46,7 @@ public:
     void waitUntilClientCloses();
     std::stop_token stopToken() const { return m_stop; }
 
-    enum class Part { Head, Whole };
+    enum class Part { head, whole };
     std::optional<ReceivedRequest> receive(Part part); // nothing when the client closes before the end of that part
 
 private:
@@ -74,7 +74,7 @@ public:
     void expect(const QByteArray &requestLine, Behaviour behaviour);
 
     // From now on a request is answered when its head has come, and the rest of its body is never read.
-    void answerBeforeTheBody() { m_awaited = ServerConnection::Part::Head; }
+    void answerBeforeTheBody() { m_awaited = ServerConnection::Part::head; }
 
     QList<ReceivedRequest> received() const;
     int connectionsClosed() const { return m_closed; } // behaviours that came to their end
@@ -91,7 +91,7 @@ private:
     QList<std::pair<QByteArray, Behaviour>> m_expected;
     QList<ReceivedRequest> m_received;
     std::atomic<int> m_closed = 0;
-    std::atomic<ServerConnection::Part> m_awaited = ServerConnection::Part::Whole;
+    std::atomic<ServerConnection::Part> m_awaited = ServerConnection::Part::whole;
     std::list<std::jthread> m_connections; // touched by the accepting thread, then by the destructor
     std::jthread m_acceptor;
 };

@@ -65,27 +65,27 @@ std::vector<std::string> LabDialer::resolve(const std::string &profile, const st
         return {};
     const LabTailnet &tailnet = *tailnetOf(profile);
     const LabHost *known = findNamed(tailnet.hosts, labelOf(host, tailnet.suffix));
-    return {known && known->kind == LabHost::Kind::Address ? known->address : "127.0.0.1"};
+    return {known && known->kind == LabHost::Kind::address ? known->address : "127.0.0.1"};
 }
 
-/// Where on loopback that host is. Throws DialProblem.
+/// Where on loopback that host is. Throws NetworkProblem.
 LabDialer::Endpoint LabDialer::endpointOf(
     const std::string &profile, const std::string &host, std::uint16_t port, const asio::any_io_executor &executor)
 {
     if (const std::string problem = hostProblem(profile, host); !problem.empty())
-        throw DialProblem(problem);
+        throw NetworkProblem(problem);
     const LabTailnet &tailnet = *tailnetOf(profile);
     const std::string label = labelOf(host, tailnet.suffix);
     if (const LabHost *known = findNamed(tailnet.hosts, label)) {
-        if (known->kind != LabHost::Kind::Address)
+        if (known->kind != LabHost::Kind::address)
             return m_hosts.endpointOf(known->kind, port, executor);
         return {asio::ip::make_address(known->address), known->port == 0 ? port : known->port};
     }
     const auto published = m_published->find({findNamed(m_network.profiles, profile)->tailnet, label, port});
     if (published == m_published->end())
-        throw DialProblem(at(host, port) + " refused the connection: the node publishes nothing there.");
-    if (findNamed(m_network.profiles, published->second.profile)->policy.admits == LabPolicy::Admits::Nobody)
-        throw DialProblem(at(host, port) + " refused the connection: the policy of the tailnet admits no device.");
+        throw NetworkProblem(at(host, port) + " refused the connection: the node publishes nothing there.");
+    if (findNamed(m_network.profiles, published->second.profile)->policy.admits == LabPolicy::Admits::nobody)
+        throw NetworkProblem(at(host, port) + " refused the connection: the policy of the tailnet admits no device.");
     return published->second.endpoint;
 }
 
@@ -95,9 +95,9 @@ asio::awaitable<tcp::socket> LabDialer::dial(std::string profile, std::string ho
     tcp::socket socket(executor);
     const auto [failure] = co_await socket.async_connect(endpointOf(profile, host, port, executor), asTuple);
     if (failure == asio::error::connection_refused)
-        throw DialProblem(at(host, port) + " refused the connection.");
+        throw NetworkProblem(at(host, port) + " refused the connection.");
     if (failure)
-        throw DialProblem(at(host, port) + " cannot be reached: " + failure.message() + ".");
+        throw NetworkProblem(at(host, port) + " cannot be reached: " + failure.message() + ".");
     boost::system::error_code ignored;
     socket.set_option(tcp::no_delay(true), ignored);
     co_return socket;
@@ -108,10 +108,10 @@ NodePort LabDialer::openPort(
 {
     const LabProfile *known = findNamed(m_network.profiles, profile);
     if (!known)
-        throw DialProblem(hostProblem(profile, hostname));
+        throw NetworkProblem(hostProblem(profile, hostname));
     const PortKey key{known->tailnet, lowered(hostname), port};
     if (m_published->contains(key))
-        throw DialProblem("Port " + std::to_string(port) + " of the node is already published.");
+        throw NetworkProblem("Port " + std::to_string(port) + " of the node is already published.");
     tcp::acceptor acceptor = openListener(executor,
         known->nodeAddress.empty() ? Endpoint(asio::ip::address_v4::loopback(), 0)
                                    : Endpoint(asio::ip::make_address(known->nodeAddress), port));

@@ -17,10 +17,10 @@ public:
     std::string hostProblem(const std::string &profile, const std::string &host) const;
     /// The addresses of a host; none for one that is not known.
     std::vector<std::string> resolve(const std::string &profile, const std::string &host) const;
-    /// Fails with a DialProblem.
+    /// Fails with a NetworkProblem.
     boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
         std::string profile, std::string host, std::uint16_t port);
-    /// Throws DialProblem.
+    /// Throws NetworkProblem.
     NodePort openPort(const boost::asio::any_io_executor &executor, const std::string &profile,
         const std::string &hostname, std::uint16_t port);
     void stop();

@@ -6,7 +6,7 @@
 #include "Service/Json/NamedRecords.h"
 #include "Service/Nodes/Lab/LabDemo.h"
 #include "Service/Nodes/Lab/LabHostText.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <boost/asio/ip/address.hpp>
 #include <system_error>
 
@@ -52,16 +52,16 @@ void readAdmits(JsonReader &reader, LabPolicy &policy)
 {
     const json::value *value = reader.find("admits");
     if (value && value->is_number()) {
-        policy.admits = LabPolicy::Admits::Some;
+        policy.admits = LabPolicy::Admits::some;
         policy.devices = reader.number("admits", countRange);
         return;
     }
     if (value && !value->is_string())
         reader.complain("admits", R"(must be "everyone", "nobody", "unknown" or a number of devices)");
     const std::string word = reader.word("admits", {"everyone", "nobody", "unknown"}, "everyone");
-    policy.admits = word == "everyone" ? LabPolicy::Admits::Everyone
-        : word == "nobody"             ? LabPolicy::Admits::Nobody
-                                       : LabPolicy::Admits::Unknown;
+    policy.admits = word == "everyone" ? LabPolicy::Admits::everyone
+        : word == "nobody"             ? LabPolicy::Admits::nobody
+                                       : LabPolicy::Admits::unknown;
 }
 
 /// The two entries in the form of the tailnet's policy file, unless the lab file gives its own.
@@ -91,7 +91,7 @@ LabPolicy readPolicy(JsonReader reader)
     LabPolicy policy;
     readAdmits(reader, policy);
     policy.detail = reader.text("detail", "");
-    if (policy.admits == LabPolicy::Admits::Nobody)
+    if (policy.admits == LabPolicy::Admits::nobody)
         policy.hint = readHint(reader.object("hint"));
     reader.refuseUnread();
     return policy;
@@ -179,10 +179,10 @@ LabNetwork loadLab(const std::string &fileOrDemo)
     try {
         return parseLab(readWholeFile(fileOrDemo, sizeLimit));
     } catch (const JsonProblem &problem) {
-        throw StartProblem("The lab file " + fileOrDemo + " is not valid: at " + problem.place + ": " + problem.text
+        throw ServiceProblem("The lab file " + fileOrDemo + " is not valid: at " + problem.place + ": " + problem.text
             + "; mend it and start again.");
     } catch (const std::system_error &failure) {
-        throw StartProblem("The lab file " + fileOrDemo + " cannot be used (" + failure.what()
+        throw ServiceProblem("The lab file " + fileOrDemo + " cannot be used (" + failure.what()
             + "); name a readable file, or \"demo\" for the built-in network.");
     }
 }

@@ -9,7 +9,7 @@ namespace veranox {
 /// nothing knows included.
 LabNetwork parseLab(std::string_view text);
 
-/// The network of a file, or the built-in one for "demo". Throws StartProblem that names file, place and remedy.
+/// The network of a file, or the built-in one for "demo". Throws ServiceProblem that names file, place and remedy.
 LabNetwork loadLab(const std::string &fileOrDemo);
 
 } // namespace veranox

@@ -73,7 +73,7 @@ std::optional<std::chrono::steady_clock::time_point> LabEngine::nextChange() con
     for (const auto &[name, profile] : m_network.profiles) {
         considerNode(moment, profile, sessionOf(name));
         const LabPhase phase = nodePhase(name, profile);
-        if (phase.kind != LabPhase::Kind::Running)
+        if (phase.kind != LabPhase::Kind::running)
             continue;
         considerForwardings(moment, phase.since, m_network.tunnels);
         considerForwardings(moment, phase.since, m_network.publications);
@@ -110,7 +110,7 @@ asio::awaitable<tcp::socket> LabEngine::dial(std::string profile, std::string ho
 {
     const NodeStatus node = profileStatus(profile);
     if (!node.ok)
-        throw DialProblem("Profile \"" + profile + "\" is not running: " + node.error);
+        throw NetworkProblem("Profile \"" + profile + "\" is not running: " + node.error);
     co_return co_await m_dialer.dial(std::move(profile), std::move(host), port);
 }
 

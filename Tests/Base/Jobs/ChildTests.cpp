@@ -33,7 +33,7 @@ TEST(Child, CancelReachesTheChildrenAndAChildDiesWithItsVariable)
         {
             const auto g = qScopeGuard([unwound] { ++*unwound; });
             const Sleep s = co_await sleep(100s);
-            o->note(s == Sleep::Cut ? "cut" : "full");
+            o->note(s == Sleep::cut ? "cut" : "full");
             co_return 1;
         }
         static Async<> parent(JobOwner *o, int *unwound)

@@ -28,10 +28,10 @@ struct JobOwner {
     {
         note("begin");
         const Sleep first = co_await sleep(10s);
-        note(first == Sleep::Cut ? "cut" : "full");
+        note(first == Sleep::cut ? "cut" : "full");
         note(this_job::cancelled() ? "sees cancel" : "no cancel");
         const Sleep second = co_await sleep(10s);
-        note(second == Sleep::Cut ? "cut" : "full");
+        note(second == Sleep::cut ? "cut" : "full");
         note("end");
     }
     // One launch, shared by all who ask while it runs.

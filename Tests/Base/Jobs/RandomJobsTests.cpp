@@ -68,7 +68,7 @@ Async<int> Owner::work(int depth)
             co_await yield();
         } else if (what <= 2) {
             const Sleep s = co_await sleep(1ms * (1 + sim.pick(2000)));
-            sum += s == Sleep::Cut;
+            sum += s == Sleep::cut;
         } else if (what == 3 && depth > 0) {
             const int n = co_await work(depth - 1);
             sum += n;

@@ -94,8 +94,8 @@ TEST(SystemClock, AJobSleepsOnItAndACancelCutsTheSleep)
     SystemClock clock;
     MainQueue queue(clock);
     JobScope jobs(queue);
-    Sleep shortSleep = Sleep::Cut;
-    Sleep longSleep = Sleep::Full;
+    Sleep shortSleep = Sleep::cut;
+    Sleep longSleep = Sleep::full;
     auto quick = jobs.start(L::go(5ms, &shortSleep));
     auto slow = jobs.start(L::go(1h, &longSleep));
     while (quick.running())
@@ -103,6 +103,6 @@ TEST(SystemClock, AJobSleepsOnItAndACancelCutsTheSleep)
     slow.cancel();
     while (slow.running())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(shortSleep, Sleep::Full);
-    EXPECT_EQ(longSleep, Sleep::Cut);
+    EXPECT_EQ(shortSleep, Sleep::full);
+    EXPECT_EQ(longSleep, Sleep::cut);
 }

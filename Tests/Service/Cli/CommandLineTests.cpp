@@ -1,5 +1,5 @@
 #include "Service/Cli/CommandLine.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <cstdlib>
 #include <gmock/gmock.h>
 #include <optional>
@@ -39,7 +39,7 @@ std::string complaintOf(Words words)
 {
     try {
         parseCommandLine(std::move(words));
-    } catch (const StartProblem &problem) {
+    } catch (const ServiceProblem &problem) {
         return problem.what();
     }
     return "";
@@ -48,14 +48,14 @@ std::string complaintOf(Words words)
 TEST(CommandLine, ServeWithoutOptions)
 {
     const LabVariable none(nullptr);
-    EXPECT_EQ(serve({"gui", "serve"}), (GuiServeCommand{"127.0.0.1:43200", "", LogLevel::Info}));
+    EXPECT_EQ(serve({"gui", "serve"}), (GuiServeCommand{"127.0.0.1:43200", "", LogLevel::info}));
 }
 
 TEST(CommandLine, ServeWithOptions)
 {
     const LabVariable none(nullptr);
     EXPECT_EQ(serve({"gui", "serve", "--listen", "[::1]:1", "--lab", "demo", "--log-level", "debug"}),
-        (GuiServeCommand{"[::1]:1", "demo", LogLevel::Debug}));
+        (GuiServeCommand{"[::1]:1", "demo", LogLevel::debug}));
     EXPECT_EQ(serve({"gui", "serve", "--listen=localhost:2"}).listen, "localhost:2");
 }
 

@@ -1,6 +1,6 @@
 #include "Service/Config/ConfigStore.h"
 #include "Service/Json/JsonText.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Service/Text/Words.h"
 #include "Tests/Service/Support/FakeTime.h"
 #include "Tests/Service/Support/FileSizeLimit.h"
@@ -53,7 +53,7 @@ protected:
         ConfigStore store(folder.path());
         try {
             store.load(time.wallNow());
-        } catch (const StartProblem &problem) {
+        } catch (const ServiceProblem &problem) {
             return problem.what();
         }
         return "";
@@ -242,7 +242,7 @@ TEST_F(ConfigStoreTest, TheLargestFileIsLoadedAndSaved)
     document.asRead["Future"].as_string() += 'x';
     ConfigStore store(folder.path());
     store.load(time.wallNow());
-    EXPECT_THROW(store.save(document), StartProblem);
+    EXPECT_THROW(store.save(document), ServiceProblem);
 }
 
 TEST_F(ConfigStoreTest, AFileOfANewerVersionIsLeftInItsPlace)
@@ -265,7 +265,7 @@ TEST_F(ConfigStoreTest, FullDiskKeepsFileAndDocument)
     const ConfigDocument document = store.document();
     {
         const test::FileSizeLimit full(100);
-        EXPECT_THROW(store.save(ConfigDocument{}), StartProblem);
+        EXPECT_THROW(store.save(ConfigDocument{}), ServiceProblem);
     }
     EXPECT_EQ(store.document(), document);
     EXPECT_EQ(store.generation(), 2U);

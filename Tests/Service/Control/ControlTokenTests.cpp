@@ -1,5 +1,5 @@
 #include "Service/Control/ControlToken.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Tests/Service/Support/TemporaryFolder.h"
 #include <gmock/gmock.h>
 #include <regex>
@@ -71,7 +71,7 @@ TEST(ControlToken, PlacesThatCannotHoldItAreNamed)
         try {
             token.writeTo(base / place);
             ADD_FAILURE() << place;
-        } catch (const StartProblem &problem) {
+        } catch (const ServiceProblem &problem) {
             EXPECT_THAT(problem.what(), HasSubstr("The control token " + (base / place).string() + "/control.token"));
             EXPECT_THAT(problem.what(), HasSubstr("could not be written"));
         }

@@ -145,7 +145,7 @@ TEST(LabDocument, TheHostThatItTriesOutIsInTheDemo)
     const LabNetwork demo = parseLab(labDemoText());
     EXPECT_TRUE(std::ranges::any_of(demo.tailnets, [&](const auto &tailnet) {
         return std::ranges::any_of(tailnet.second.hosts, [&](const auto &host) {
-            return host.first + tailnet.second.suffix + ":80" == target && host.second.kind == LabHost::Kind::Site;
+            return host.first + tailnet.second.suffix + ":80" == target && host.second.kind == LabHost::Kind::site;
         });
     })) << target;
 }

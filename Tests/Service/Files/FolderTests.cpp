@@ -1,7 +1,7 @@
 #include "Service/Files/Folder.h"
 #include "Service/Files/Programs.h"
 #include "Service/Files/UserFolders.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Tests/Service/Support/FileSizeLimit.h"
 #include "Tests/Service/Support/TemporaryFolder.h"
 #include <gmock/gmock.h>
@@ -167,8 +167,8 @@ TEST(UserFolders, RelativePlacesAreIgnored)
 {
     EXPECT_EQ(userFolders(environmentOf({{"HOME", "/h"}, {"XDG_DATA_HOME", "d"}})).applicationSupport,
         "/h/.local/share/Veranox");
-    EXPECT_THROW(userFolders(environmentOf({{"HOME", "h"}})), StartProblem);
-    EXPECT_THROW(userFolders(environmentOf({})), StartProblem);
+    EXPECT_THROW(userFolders(environmentOf({{"HOME", "h"}})), ServiceProblem);
+    EXPECT_THROW(userFolders(environmentOf({})), ServiceProblem);
 }
 
 TEST(Folder, TakesAwayOnlyWhatAKilledReplaceLeftBehindLongAgo)

@@ -1,7 +1,7 @@
 #include "Service/Net/LoopbackEndpoint.h"
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Net/PortHolder.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -75,7 +75,7 @@ TEST(LoopbackListener, SaysWhoHoldsTheAddress)
     try {
         listenOnLoopback(context, taken);
         ADD_FAILURE() << "the address was given twice";
-    } catch (const StartProblem &problem) {
+    } catch (const ServiceProblem &problem) {
         EXPECT_EQ(problem.what(),
             "The address " + toText(taken) + " is taken by " + found->program + " (process "
                 + std::to_string(::getpid()) + "); end that program or choose another address with --listen.");

@@ -2,7 +2,7 @@
 #include "Service/Json/JsonProblem.h"
 #include "Service/Nodes/Lab/LabDemo.h"
 #include "Service/Nodes/Lab/LabFile.h"
-#include "Service/Text/StartProblem.h"
+#include "Service/Text/ServiceProblem.h"
 #include "Service/Text/Words.h"
 #include "Tests/Service/Support/TemporaryFolder.h"
 #include <gmock/gmock.h>
@@ -51,9 +51,9 @@ TEST(LabFile, ReadsEverything)
         "publications": {"x": {"config": {"Profile": "p", "Target": "127.0.0.1:1", "Port": 2}}}})");
     const NamedList<LabHost> &hosts = lab.tailnets.at(0).second.hosts;
     EXPECT_EQ(hosts,
-        (NamedList<LabHost>{{"wiki", {LabHost::Kind::Site, "", 0}}, {"redis", {LabHost::Kind::Echo, "", 0}},
-            {"hole", {LabHost::Kind::Blackhole, "", 0}}, {"db", {LabHost::Kind::Address, "127.0.0.1", 5432}},
-            {"box", {LabHost::Kind::Address, "127.0.0.1", 0}}, {"six", {LabHost::Kind::Address, "::1", 80}}}));
+        (NamedList<LabHost>{{"wiki", {LabHost::Kind::site, "", 0}}, {"redis", {LabHost::Kind::echo, "", 0}},
+            {"hole", {LabHost::Kind::blackhole, "", 0}}, {"db", {LabHost::Kind::address, "127.0.0.1", 5432}},
+            {"box", {LabHost::Kind::address, "127.0.0.1", 0}}, {"six", {LabHost::Kind::address, "::1", 80}}}));
     const LabProfile &profile = lab.profiles.at(0).second;
     EXPECT_EQ(profile.settlesAfter, LabTime(1500));
     EXPECT_TRUE(profile.needsLogin);
@@ -148,7 +148,7 @@ TEST(LabFile, SentencesNameTheFileAndTheRemedy)
     try {
         loadLab(file);
         ADD_FAILURE();
-    } catch (const StartProblem &problem) {
+    } catch (const ServiceProblem &problem) {
         EXPECT_EQ(problem.what(),
             "The lab file " + file
                 + " is not valid: at line 1, column 2: the text ends before the JSON value does; mend it and start "
@@ -158,7 +158,7 @@ TEST(LabFile, SentencesNameTheFileAndTheRemedy)
         try {
             loadLab(place);
             ADD_FAILURE() << place;
-        } catch (const StartProblem &problem) {
+        } catch (const ServiceProblem &problem) {
             EXPECT_THAT(problem.what(), HasSubstr("The lab file " + place + " cannot be used ("));
         }
     }

@@ -9,8 +9,7 @@ namespace {
 
 bool standsForItself(const QByteArray &utf8)
 {
-    return std::none_of(
-        utf8.begin(), utf8.end(), [](char c) { return (c >= '\0' && c < ' ') || c == '"' || c == '\\'; });
+    return std::ranges::none_of(utf8, [](char c) { return (c >= '\0' && c < ' ') || c == '"' || c == '\\'; });
 }
 
 } // namespace

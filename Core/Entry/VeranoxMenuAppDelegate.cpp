@@ -23,8 +23,14 @@ constexpr auto exitBackstop = 250ms;
 } // namespace
 
 VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue, VeranoxMenuAppParts parts)
-    : m_parts(std::move(parts)),
-      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_parts.theme)),
+    : m_processActivity(std::move(parts.processActivity)),
+      m_theme(std::move(parts.theme)),
+      m_hotKeyController(std::move(parts.hotKeyController)),
+      m_preferences(std::move(parts.preferences)),
+      m_store(std::move(parts.store)),
+      m_makeStatusItem(std::move(parts.makeStatusItem)),
+      m_endProcessAfter(std::move(parts.endProcessAfter)),
+      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_theme)),
       m_quitConfirmation(std::make_unique<VeranoxQuitConfirmationPresenter>(*m_qmlEngine)),
       m_jobs(queue)
 {
@@ -34,35 +40,35 @@ VeranoxMenuAppDelegate::~VeranoxMenuAppDelegate() = default;
 
 void VeranoxMenuAppDelegate::applicationDidFinishLaunching()
 {
-    m_parts.processActivity->becomeAgent();
-    m_parts.preferences->mirrorLaunchAtLogin();
+    m_processActivity->becomeAgent();
+    m_preferences->mirrorLaunchAtLogin();
     configureSettingsShortcut();
-    connect(m_parts.hotKeyController.get(), &VeranoxGlobalHotKeyController::triggered, this,
+    connect(m_hotKeyController.get(), &VeranoxGlobalHotKeyController::triggered, this,
         &VeranoxMenuAppDelegate::applicationShouldHandleReopen);
-    connect(m_parts.preferences.get(), &VeranoxAppPreferences::settingsShortcutIDChanged, this,
+    connect(m_preferences.get(), &VeranoxAppPreferences::settingsShortcutIDChanged, this,
         &VeranoxMenuAppDelegate::configureSettingsShortcut);
     if (isHostOfUnitTests())
         return;
-    m_parts.processActivity->begin(u"Veranox is a persistent menu bar application"_s);
-    m_statusItemController = std::make_unique<VeranoxStatusItemController>(m_jobs.queue(), *m_parts.store,
-        m_parts.makeStatusItem(), *m_parts.theme, *m_qmlEngine, [this] { confirmQuit(); });
+    m_processActivity->begin(u"Veranox is a persistent menu bar application"_s);
+    m_statusItemController = std::make_unique<VeranoxStatusItemController>(
+        m_jobs.queue(), *m_store, m_makeStatusItem(), *m_theme, *m_qmlEngine, [this] { confirmQuit(); });
     m_jobs.start(startStore());
 }
 
 void VeranoxMenuAppDelegate::confirmQuit()
 {
-    m_quitConfirmation->present(*m_parts.store, [] { QCoreApplication::quit(); });
+    m_quitConfirmation->present(*m_store, [] { QCoreApplication::quit(); });
 }
 
 jobs::Async<> VeranoxMenuAppDelegate::startStore()
 {
-    co_await m_parts.store->prepareRuntimeLog();
-    if (const QString problem = m_parts.preferences->defaults().problem(); !problem.isEmpty())
-        m_parts.store->appendLog(u"[APP] "_s + problem);
-    if (m_parts.preferences->startServiceOnLaunch())
-        co_await m_parts.store->start();
+    co_await m_store->prepareRuntimeLog();
+    if (const QString problem = m_preferences->defaults().problem(); !problem.isEmpty())
+        m_store->appendLog(u"[APP] "_s + problem);
+    if (m_preferences->startServiceOnLaunch())
+        co_await m_store->start();
     else
-        m_parts.store->appendLog(u"[APP] automatic local service startup is disabled in Settings"_s);
+        m_store->appendLog(u"[APP] automatic local service startup is disabled in Settings"_s);
 }
 
 VeranoxMenuAppDelegate::TerminateReply VeranoxMenuAppDelegate::applicationShouldTerminate()
@@ -75,9 +81,9 @@ VeranoxMenuAppDelegate::TerminateReply VeranoxMenuAppDelegate::applicationShould
 
 jobs::Async<> VeranoxMenuAppDelegate::completeTermination()
 {
-    co_await m_parts.store->quitAndShutdown();
+    co_await m_store->quitAndShutdown();
     m_isCompletingTerminateRequest = true;
-    m_parts.endProcessAfter(exitBackstop);
+    m_endProcessAfter(exitBackstop);
     Q_EMIT terminationReplied();
 }
 
@@ -87,8 +93,8 @@ void VeranoxMenuAppDelegate::applicationWillTerminate()
         return;
     m_quitConfirmation->close();
     m_statusItemController.reset();
-    m_parts.store->shutdown();
-    m_parts.processActivity->end();
+    m_store->shutdown();
+    m_processActivity->end();
 }
 
 void VeranoxMenuAppDelegate::applicationShouldHandleReopen()
@@ -99,5 +105,5 @@ void VeranoxMenuAppDelegate::applicationShouldHandleReopen()
 
 void VeranoxMenuAppDelegate::configureSettingsShortcut()
 {
-    m_parts.hotKeyController->configure(m_parts.preferences->settingsShortcut());
+    m_hotKeyController->configure(m_preferences->settingsShortcut());
 }

@@ -19,7 +19,7 @@ public:
     VeranoxMenuAppDelegate(jobs::MainQueue &queue, VeranoxMenuAppParts parts);
     ~VeranoxMenuAppDelegate() override;
 
-    VeranoxStore &store() { return *m_parts.store; }
+    VeranoxStore &store() { return *m_store; }
 
     // Puts up the status item and starts the store.
     void applicationDidFinishLaunching();
@@ -45,7 +45,13 @@ private:
     jobs::Async<> startStore();
     jobs::Async<> completeTermination();
 
-    VeranoxMenuAppParts m_parts;
+    std::unique_ptr<ProcessActivity> m_processActivity;
+    std::unique_ptr<SystemTheme> m_theme;
+    std::unique_ptr<VeranoxGlobalHotKeyController> m_hotKeyController;
+    std::unique_ptr<VeranoxAppPreferences> m_preferences;
+    std::unique_ptr<VeranoxStore> m_store;
+    std::function<std::unique_ptr<StatusItem>()> m_makeStatusItem;
+    std::function<void(std::chrono::milliseconds)> m_endProcessAfter;
     std::unique_ptr<VeranoxQmlEngine> m_qmlEngine;
     std::unique_ptr<VeranoxQuitConfirmationPresenter> m_quitConfirmation;
     std::unique_ptr<VeranoxStatusItemController> m_statusItemController; // from launch to termination

@@ -247,4 +247,7 @@ TEST_F(RuntimeClient, theServiceOutlivesAClientThatDoesNotStopIt)
     ASSERT_TRUE(world.runUntil([this] { return lines.contains(u"[GUI] up"_s); }));
     client.reset();
     EXPECT_TRUE(killDoubles()); // true: there was one
+    int status = 0;
+    ASSERT_GT(::waitpid(-1, &status, 0), 0);
+    EXPECT_EQ(WTERMSIG(status), SIGKILL) << "an earlier signal has ended it";
 }

@@ -231,6 +231,19 @@ TEST_F(StorePublicationTests, WhileQuittingTheyWait)
     EXPECT_EQ(store->publicationsUnavailableReason(), u"Wait for the current operation to finish."_s);
 }
 
+TEST_F(StorePublicationTests, DuringARestartTheyWait)
+{
+    service->shutdownRequest.hold();
+    store->restartRouterForPendingChanges();
+    world.run();
+    ASSERT_TRUE(store->isRestartingRouter());
+    ASSERT_TRUE(store->serviceState().isOnline());
+    EXPECT_EQ(store->publicationsUnavailableReason(), u"Wait for the current operation to finish."_s);
+    service->shutdownRequest.release();
+    world.run(std::chrono::minutes(1));
+    EXPECT_EQ(store->publicationsUnavailableReason(), std::nullopt);
+}
+
 TEST_F(StorePublicationTests, BeforeTheFirstContactTheServiceMustBeStarted)
 {
     rebuild(command());

@@ -11,6 +11,16 @@ using Sentence = std::optional<QString>;
 const QString unreadable =
     u"Veranox couldn't read the response from its local service. Restart Veranox and try again."_s;
 
+jobs::Async<> ignoring(jobs::Async<Sentence> operation)
+{
+    std::ignore = co_await std::move(operation);
+}
+
+VeranoxTunnel passwordTunnel(const QString &name)
+{
+    return {.name = name, .mode = u"ssh"_s, .sshAuth = u"password"_s};
+}
+
 VeranoxTunnelDraft draftNamed(const QString &name)
 {
     VeranoxTunnelDraft draft;
@@ -185,12 +195,33 @@ TEST_F(StoreTunnelTests, ARefreshThatBeganBeforeASaveDoesNotUndoIt)
     EXPECT_EQ(store->tunnels(), list(u"newest"_s)) << "one that began after it applies";
 }
 
+TEST_F(StoreTunnelTests, AnOperationWhoseViewIsGoneDoesNothingMore)
+{
+    store->adoptTunnels(list(u"old"_s));
+    service->tunnelSave.hold();
+    {
+        jobs::JobScope view(world.queue);
+        view.start(ignoring(store->saveTunnelDraft(draftNamed(u"db"_s))));
+        world.run();
+        ASSERT_EQ(service->tunnelSave.calls, 1);
+    }
+    service->tunnelSave.answer(list(u"db"_s));
+    service->tunnelSave.release();
+    world.run();
+    EXPECT_EQ(store->tunnels(), list(u"old"_s));
+    EXPECT_EQ(secrets->calls, QStringList());
+}
+
 TEST_F(StoreTunnelTests, TheStoreMayDieWhileItsOperationsWait)
 {
-    service->tunnelSave.hold();
-    jobs::JobScope scope(world.queue);
-    // The store is destroyed after the scope's jobs, as a view outlives none of its own.
-    scope.start(store->saveTunnelDraft(draftNamed(u"db"_s)));
-    world.run();
-    EXPECT_EQ(service->tunnelSave.calls, 1);
+    service->tunnels.answer({passwordTunnel(u"db"_s)});
+    secrets->delay = std::chrono::seconds(10);
+    refresh();
+    ASSERT_TRUE(store->isRefreshing()); // waits for the keyring
+    const int rings = world.clock.rings;
+    const ChangeCount refreshing([this] { return store && store->isRefreshing(); });
+    store.reset();
+    EXPECT_EQ(refreshing.count(), 1); // the flag came down while it could still tell
+    world.run(std::chrono::minutes(1));
+    EXPECT_EQ(world.clock.rings, rings) << "something still waited for its time";
 }

@@ -39,7 +39,9 @@ TEST_F(StoreQuit, twoQuitsSendOneRequestAndEndTogether)
     const auto second = scope.start(store->quitAndShutdown());
     world.run();
     service->shutdownRequest.release();
-    world.run(350ms);
+    world.run(349ms);
+    EXPECT_FALSE(first.finished() || second.finished());
+    world.run(1ms);
     EXPECT_TRUE(first.finished() && second.finished());
     const auto late = scope.start(store->quitAndShutdown());
     world.run();
@@ -93,7 +95,19 @@ TEST_F(StoreQuit, theLastWordIsIdempotent)
     world.run(1h);
     EXPECT_EQ(service->profiles.calls, 1); // the refresh that the interrupted sleep is followed by sends nothing
     EXPECT_EQ(service->shutdownRequest.calls, 0);
+    EXPECT_EQ(runtime->calls.count(u"terminateImmediately"_s), 2); // which finds nothing left to do
+}
+
+TEST_F(StoreQuit, theLastWordStopsThePulse)
+{
+    service->profiles.answer({profile(u"home"_s, false, u"Starting"_s)});
+    refresh();
+    ASSERT_EQ(store->menuBarPulse(), 0.35);
+    store->shutdown();
     EXPECT_EQ(store->menuBarPulse(), 1.0);
+    const ChangeCount steps([&] { return store->menuBarPulse(); });
+    world.run(10s);
+    EXPECT_EQ(steps.count(), 0);
 }
 
 TEST_F(StoreQuit, theChildIsStoppedAfterTheRequestAndWaitedFor)

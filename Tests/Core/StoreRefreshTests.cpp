@@ -82,6 +82,8 @@ TEST_F(StoreRefresh, aFaultInAnOptionalReadKeepsItsOldValueAndStaysOnline)
 {
     service->tunnels.answer({tunnel(u"db"_s, u"listening"_s)});
     service->publications.answer({publication(u"wiki"_s, u"listening"_s)});
+    const VeranoxEnvironment known{.tailscaledAvailable = false, .tailscaledBin = u"/opt/tailscaled"_s};
+    service->environment.answer(known);
     refresh();
     service->environment.fail(unavailable());
     service->tunnels.fail(VeranoxAPIFailure::refused(u"no"_s, 409));
@@ -90,7 +92,7 @@ TEST_F(StoreRefresh, aFaultInAnOptionalReadKeepsItsOldValueAndStaysOnline)
     EXPECT_EQ(store->serviceState(), ServiceState::online());
     EXPECT_EQ(store->tunnels().size(), 1);
     EXPECT_EQ(store->publications().size(), 1);
-    EXPECT_TRUE(store->environment() == VeranoxEnvironment());
+    EXPECT_TRUE(store->environment() == known);
     EXPECT_TRUE(log().isEmpty());
     EXPECT_TRUE(store->lastActionMessage().isEmpty());
 }
@@ -172,6 +174,59 @@ TEST_F(StoreRefresh, aCancelledRefreshChangesNothing)
     EXPECT_EQ(store->serviceState(), ServiceState::offline());
     EXPECT_TRUE(log().isEmpty());
     EXPECT_EQ(observed->snapshots.size(), observations);
+}
+
+TEST_F(StoreRefresh, aRefreshCancelledInItsLastStepsChangesNothingMore)
+{
+    store->startRefreshLoop();
+    service->publications.hold();
+    world.run(15s);
+    ASSERT_TRUE(store->isRefreshing());
+    store->shutdown();
+    world.run();
+    EXPECT_FALSE(store->isRefreshing());
+    EXPECT_EQ(store->serviceState(), ServiceState::offline());
+    EXPECT_TRUE(store->routerDraft() == VeranoxRouterSettingsDraft(VeranoxEditableRouterConfig::defaults()));
+    EXPECT_TRUE(log().isEmpty());
+}
+
+TEST_F(StoreRefresh, aLoopThatIsCancelledWhileItSleepsSendsNothing)
+{
+    store->startRefreshLoop();
+    world.run(1s);
+    store->shutdown();
+    world.run(1min);
+    EXPECT_EQ(service->refreshCalls(), QList<int>({0, 0, 0, 0, 0, 0}));
+}
+
+TEST_F(StoreRefresh, whoseJobDiesIsOver)
+{
+    service->profiles.hold();
+    {
+        jobs::JobScope scope(world.queue);
+        scope.start(store->refresh());
+        world.run();
+        ASSERT_TRUE(store->isRefreshing());
+    }
+    EXPECT_FALSE(store->isRefreshing());
+    service->profiles.release();
+    refresh();
+    EXPECT_EQ(store->serviceState(), ServiceState::online());
+}
+
+TEST_F(StoreRefresh, aDraftThatIsEditedMeanwhileSurvives)
+{
+    refresh();
+    service->publications.hold();
+    refresh();
+    ASSERT_TRUE(store->isRefreshing());
+    VeranoxRouterSettingsDraft edited = store->routerDraft();
+    edited.socks5Proxy = u"127.0.0.1:50001"_s;
+    store->setRouterDraft(edited);
+    service->publications.release();
+    world.run();
+    ASSERT_FALSE(store->isRefreshing());
+    EXPECT_EQ(store->routerDraft().socks5Proxy, u"127.0.0.1:50001"_s);
 }
 
 TEST_F(StoreRefresh, aDraftWithEditsSurvivesAndOneWithoutFollowsTheDocument)

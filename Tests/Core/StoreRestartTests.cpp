@@ -153,3 +153,35 @@ TEST_F(StoreRestart, aQuitInBetweenLeavesNoServiceBehind)
     EXPECT_FALSE(runtime->calls.contains(u"startGUI"_s));
     EXPECT_EQ(store->serviceState(), ServiceState::offline());
 }
+
+TEST_F(StoreRestart, aQuitInItsLastStepsHasTheLastWord)
+{
+    refresh();
+    service->profiles.hold();
+    const auto job = restart();
+    world.run(450ms);
+    ASSERT_TRUE(store->isRefreshing()); // the last step but the outcome
+    const auto quit = scope.start(store->quitAndShutdown());
+    world.run(350ms);
+    ASSERT_TRUE(quit.finished());
+    service->profiles.release();
+    const int sent = service->profiles.calls;
+    world.run(1min);
+    EXPECT_TRUE(job.finished());
+    EXPECT_EQ(store->lastActionMessage(), u"Veranox stopped."_s);
+    EXPECT_EQ(store->serviceState(), ServiceState::offline());
+    EXPECT_EQ(service->profiles.calls, sent) << "a refresh loop was started";
+}
+
+TEST_F(StoreRestart, whoseJobDiesIsOver)
+{
+    service->shutdownRequest.hold();
+    {
+        jobs::JobScope view(world.queue);
+        view.start(store->restartRouterForPendingChangesAsync());
+        world.run();
+        ASSERT_TRUE(store->isRestartingRouter());
+    }
+    EXPECT_FALSE(store->isRestartingRouter());
+    EXPECT_FALSE(observed->snapshots.last().isBusy);
+}

@@ -6,18 +6,13 @@
 #include "Tests/Support/FakeRuntimeClient.h"
 #include "Tests/Support/FakeTunnelSecrets.h"
 #include "Tests/Support/QtPrinters.h"
+#include "Tests/Support/Records.h"
 #include "Tests/Support/VirtualTime.h"
 #include <QSignalSpy>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-class RecordingObserver final : public VeranoxFailureObserving {
-public:
-    void observe(const VeranoxNotificationSnapshot &snapshot) override { snapshots.append(snapshot); }
-    QList<VeranoxNotificationSnapshot> snapshots;
-};
-
-class StoreWorld : public ::testing::Test {
+class StoreWorld : public ::testing::Test, protected Records {
 protected:
     StoreWorld() { rebuild(command()); }
 
@@ -48,40 +43,6 @@ protected:
     {
         return {.executableURL = QUrl::fromLocalFile(QStringLiteral("/opt/veranox/veranox")), .leadingArguments = {}};
     }
-
-    static VeranoxProfile profile(const QString &name, bool ok, const QString &backendState)
-    {
-        VeranoxProfile record;
-        record.name = name;
-        record.displayName = name;
-        record.status.ok = ok;
-        record.status.backendState = backendState;
-        return record;
-    }
-
-    static VeranoxTunnel tunnel(
-        const QString &name, const QString &state, const QString &lastError = {}, bool disabled = false)
-    {
-        VeranoxTunnel record;
-        record.name = name;
-        record.state = state;
-        record.lastError = lastError;
-        record.disabled = disabled;
-        return record;
-    }
-
-    static VeranoxPublication publication(
-        const QString &name, const QString &state, const QString &lastError = {}, bool disabled = false)
-    {
-        VeranoxPublication record;
-        record.name = name;
-        record.state = state;
-        record.lastError = lastError;
-        record.disabled = disabled;
-        return record;
-    }
-
-    static VeranoxAPIFailure unavailable() { return VeranoxAPIFailure::unavailable(); }
 
     void refresh()
     {

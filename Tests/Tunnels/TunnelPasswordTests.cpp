@@ -237,3 +237,35 @@ TEST_F(TunnelPasswordTests, WithoutAKeyringATypedPasswordIsSentAllTheSame)
     finish(world, none.deletePassword(u"a"_s));
     EXPECT_EQ(resultOf(world, none.password(u"a"_s, VeranoxTunnelSecretStoring::Unlocking::ask)), std::nullopt);
 }
+
+TEST_F(TunnelPasswordTests, ARefreshWaitsForASlowKeyringASecondInAll)
+{
+    secrets->items = {{u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}};
+    secrets->delay = 25s;
+    service->tunnels.answer({sshTunnel(u"a"_s), sshTunnel(u"b"_s)});
+    refresh();
+    world.run(999ms);
+    EXPECT_TRUE(store->isRefreshing());
+    world.run(1ms);
+    EXPECT_FALSE(store->isRefreshing());
+    EXPECT_TRUE(store->serviceState().isOnline());
+    refresh();
+    EXPECT_FALSE(store->isRefreshing()) << "it waits for the same keyring again";
+    EXPECT_EQ(secrets->calls, QStringList({u"read quietly a"_s})) << "it is asked again before it has answered";
+    world.run(1min);
+    EXPECT_EQ(sent(), QStringList({u"a 1"_s, u"b 2"_s})) << "a late answer is used all the same";
+}
+
+TEST_F(TunnelPasswordTests, ACancelledRefreshAsksTheKeyringForNothingMore)
+{
+    secrets->delay = 500ms;
+    service->tunnels.answer({sshTunnel(u"a"_s), sshTunnel(u"b"_s)});
+    store->startRefreshLoop();
+    world.run(15s + 100ms);
+    ASSERT_TRUE(store->isRefreshing());
+    store->shutdown();
+    world.run();
+    EXPECT_FALSE(store->isRefreshing()) << "it waits for the keyring";
+    world.run(1min);
+    EXPECT_EQ(secrets->calls, QStringList({u"read quietly a"_s}));
+}

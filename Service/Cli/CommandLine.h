@@ -10,7 +10,7 @@ namespace veranox {
 struct GuiServeCommand {
     std::string listen = "127.0.0.1:43200";
     std::string lab; // file or "demo"; empty when not given
-    LogLevel logLevel = LogLevel::Info;
+    LogLevel logLevel = LogLevel::info;
 
     bool operator==(const GuiServeCommand &) const = default;
 };

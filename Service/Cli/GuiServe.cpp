@@ -97,7 +97,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     std::function<void(std::string_view)> stop;
     ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&stop] { stop("request"); });
     stop = [&](std::string_view reason) {
-        log.write(LogLevel::Info, "service_stopping", "service is stopping", {{"reason", reason}});
+        log.write(LogLevel::info, "service_stopping", "service is stopping", {{"reason", reason}});
         signals.cancel();
         traffic.stop();
         server.stop();
@@ -108,7 +108,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
             stop(signal == SIGINT ? "SIGINT" : "SIGTERM");
     });
     server.start();
-    log.write(LogLevel::Info, "service_listening", "service is listening",
+    log.write(LogLevel::info, "service_listening", "service is listening",
         {{"address", toText(endpoint)}, {"engine", command.lab.empty() ? "none" : "lab"},
             {"config", config.file().string()}, {"config_generation", config.generation()},
             {"profiles", config.document().profiles.size()}, {"version", VERANOX_VERSION}});
@@ -117,7 +117,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     context.run_for(longestEnd);
     const bool isDone = context.stopped();
     context.dropRest();
-    log.write(LogLevel::Info, "service_stopped", "service has stopped", {{"outcome", isDone ? "ok" : "cut"}});
+    log.write(LogLevel::info, "service_stopped", "service has stopped", {{"outcome", isDone ? "ok" : "cut"}});
 }
 
 } // namespace veranox

@@ -21,7 +21,7 @@ void refuseBadNames(const json::value &body)
         return;
     for (const auto &[name, profile] : profiles->get_object())
         if (!isValidName(name))
-            throw Refusal(Refusal::Kind::BadInput,
+            throw Refusal(Refusal::Kind::badInput,
                 "The profile name \"" + shortened(printable(name), longestNameShown) + "\" " + std::string(nameRule)
                     + ".");
 }

@@ -17,7 +17,7 @@ constexpr std::int64_t lastPort = 65535;
 
 [[noreturn]] void refuse(const std::string &sentence)
 {
-    throw Refusal(Refusal::Kind::BadInput, sentence);
+    throw Refusal(Refusal::Kind::badInput, sentence);
 }
 
 void checkAddress(const std::string &key, const std::string &address)

@@ -14,8 +14,8 @@ ConfigWriter::ConfigWriter(ConfigStore &store, Traffic &traffic, const TimeSourc
 void ConfigWriter::commit(ConfigDocument document, IfChanged ifChanged)
 {
     if (m_store.isChangedByOthers()) {
-        if (ifChanged == IfChanged::Refuse)
-            throw Refusal(Refusal::Kind::Conflict,
+        if (ifChanged == IfChanged::refuse)
+            throw Refusal(Refusal::Kind::conflict,
                 "The configuration file " + m_store.file().string()
                     + " was changed by another program; restart the service so that it takes the change over.");
         m_store.keepChanged(m_time.wallNow());

@@ -10,7 +10,7 @@ class ConfigWriter {
 public:
     /// What happens to a file that another program has changed since the service last read or wrote it: a refusal, or a
     /// copy of it beside the new one.
-    enum class IfChanged { Refuse, KeepCopy };
+    enum class IfChanged { refuse, keepCopy };
 
     ConfigWriter(ConfigStore &store, Traffic &traffic, const TimeSource &time);
 

@@ -24,7 +24,7 @@ constexpr std::size_t longestHostname = 253;
 
 [[noreturn]] void refuse(const std::string &profile, const std::string &text)
 {
-    throw Refusal(Refusal::Kind::BadInput, "Profile \"" + profile + "\": " + text + ".");
+    throw Refusal(Refusal::Kind::badInput, "Profile \"" + profile + "\": " + text + ".");
 }
 
 std::string shown(const std::string &text)
@@ -104,7 +104,7 @@ void checkProxy(const std::string &name, const std::string &key, const std::stri
 [[noreturn]] void refuseClaim(
     const std::string &what, const std::string &claimed, const std::string &later, const std::string &earlier)
 {
-    throw Refusal(Refusal::Kind::Conflict,
+    throw Refusal(Refusal::Kind::conflict,
         "Overlapping " + what + " " + shown(claimed) + ": profile \"" + later + "\" has it, and profile \"" + earlier
             + "\" has it already.");
 }

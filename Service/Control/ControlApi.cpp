@@ -133,7 +133,7 @@ std::variant<ControlApi::Prepared, ControlAnswer> ControlApi::prepare(ControlReq
 /// For the writes that change one thing: they never go over what another program wrote into the file.
 void ControlApi::commit(ConfigDocument document)
 {
-    m_writer.commit(std::move(document), ConfigWriter::IfChanged::Refuse);
+    m_writer.commit(std::move(document), ConfigWriter::IfChanged::refuse);
 }
 
 asio::awaitable<ControlAnswer> ControlApi::carryOut(ControlRequest request)

@@ -14,7 +14,7 @@ namespace {
 void requireProfile(const ConfigDocument &document, const std::string &name)
 {
     if (!findNamed(document.profiles, name))
-        throw Refusal(Refusal::Kind::Unknown, "The profile " + shownName(name) + " is not configured.");
+        throw Refusal(Refusal::Kind::unknown, "The profile " + shownName(name) + " is not configured.");
 }
 
 json::object actionRecord(const std::string &profile, std::string_view action, const NodeAction &result)
@@ -30,7 +30,7 @@ void refuseOrphans(
 {
     for (const auto &[name, settings] : list)
         if (findNamed(current.profiles, settings.profile) && !findNamed(next.profiles, settings.profile))
-            throw Refusal(Refusal::Kind::Conflict,
+            throw Refusal(Refusal::Kind::conflict,
                 "The profile \"" + settings.profile + "\" is still used by " + std::string(kind) + " \"" + name
                     + "\"; delete that first, or save with force=true.");
 }
@@ -48,7 +48,7 @@ ControlAnswer ControlApi::saveConfig(const Call &call)
         refuseOrphans("publication", next.publications, current, next);
     }
     using IfChanged = ConfigWriter::IfChanged;
-    m_writer.commit(std::move(next), isForced ? IfChanged::KeepCopy : IfChanged::Refuse);
+    m_writer.commit(std::move(next), isForced ? IfChanged::keepCopy : IfChanged::refuse);
     return success(json::object{{"status", "saved"}, {"path", m_parts.config.file().string()}});
 }
 
@@ -71,7 +71,7 @@ ControlAnswer ControlApi::logout(const Call &call)
 ControlAnswer ControlApi::shutdown(const Call &)
 {
     ControlAnswer answer = success(json::object{{"status", "stopping"}});
-    answer.then = ControlAnswer::Then::EndService;
+    answer.then = ControlAnswer::Then::endService;
     return answer;
 }
 

@@ -60,7 +60,7 @@ ControlAnswer ControlApi::restartPublication(const Call &call)
 {
     ConfigDocument document = m_parts.config.document();
     if (requireNamed(kind, document.publications, call.name).disabled)
-        throw Refusal(Refusal::Kind::Conflict,
+        throw Refusal(Refusal::Kind::conflict,
             "The publication " + shownName(call.name) + " is switched off; switch it on instead.");
     m_parts.traffic.restartPublication(call.name);
     return publications(call);

@@ -18,9 +18,9 @@ PathQuestion readQuestion(const std::string &query)
     const std::string target = fields.text("target").value_or("");
     if (target.empty())
         throw Refusal(
-            Refusal::Kind::BadInput, "The query needs a target: a URL, host:port, a host name or an address.");
+            Refusal::Kind::badInput, "The query needs a target: a URL, host:port, a host name or an address.");
     if (const std::optional<std::string> problem = lineProblem(target, longestTarget))
-        throw Refusal(Refusal::Kind::BadInput, "The target " + *problem + ".");
+        throw Refusal(Refusal::Kind::badInput, "The target " + *problem + ".");
     PathQuestion question;
     question.target = target;
     question.netcheck = fields.flag("netcheck", question.netcheck);
@@ -48,7 +48,7 @@ asio::awaitable<ControlAnswer> ControlApi::pathReport(Call call)
     constexpr unsigned mostReports = 8;
     PathQuestion question = readQuestion(call.target.query);
     if (m_reports >= mostReports)
-        throw Refusal(Refusal::Kind::Later, "Too many path reports are running; try again in some seconds.");
+        throw Refusal(Refusal::Kind::later, "Too many path reports are running; try again in some seconds.");
     const Counted running(m_reports);
     json::object report = co_await m_parts.traffic.pathReport(std::move(question));
     co_return success(std::move(report));

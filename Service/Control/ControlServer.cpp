@@ -81,7 +81,7 @@ bool ControlServer::makeRoom()
         return false;
     m_sessions.erase(longest);
     longest->close();
-    m_log.write(LogLevel::Debug, "connection_pushed_out", "a waiting connection made room for a new one",
+    m_log.write(LogLevel::debug, "connection_pushed_out", "a waiting connection made room for a new one",
         {{"connections", m_limits.connections}});
     return true;
 }
@@ -128,7 +128,7 @@ void ControlServer::logAnswer(const ControlRequest &request, unsigned status, st
 {
     constexpr unsigned firstFailure = 400;
     const bool isRefused = status >= firstFailure;
-    const LogLevel level = isRefused ? LogLevel::Warn : request.isRead() ? LogLevel::Debug : LogLevel::Info;
+    const LogLevel level = isRefused ? LogLevel::warn : request.isRead() ? LogLevel::debug : LogLevel::info;
     const std::uint64_t number = ++m_requests;
     if (!m_log.writes(level) || (isRefused && !m_refusals.admits(std::chrono::steady_clock::now())))
         return;

@@ -104,7 +104,7 @@ asio::awaitable<void> ControlSession::run(std::shared_ptr<ControlSession> self)
 
 asio::awaitable<bool> ControlSession::serveOne()
 {
-    enter(Stage::Request);
+    enter(Stage::request);
     const bool isThere = co_await awaitFirstByte();
     if (!isThere)
         co_return false;
@@ -119,7 +119,7 @@ asio::awaitable<bool> ControlSession::serveOne()
     const bool hasBody = co_await readBody();
     if (!hasBody)
         co_return false;
-    enter(Stage::Working);
+    enter(Stage::working);
     ControlRequest request = m_request;
     request.body = std::move(m_parser->get().body());
     ControlAnswer answer = co_await m_server.api().answer(std::move(request));
@@ -168,7 +168,7 @@ asio::awaitable<bool> ControlSession::refuseUnreadable(ErrorCode failure)
     std::optional<ControlAnswer> answer = answerTo(failure);
     if (!answer)
         co_return false;
-    answer->then = ControlAnswer::Then::CloseConnection;
+    answer->then = ControlAnswer::Then::closeConnection;
     co_return co_await send(std::move(*answer));
 }
 
@@ -187,9 +187,9 @@ ControlRequest ControlSession::currentRequest() const
 
 asio::awaitable<bool> ControlSession::send(ControlAnswer answer)
 {
-    enter(Stage::Answer);
+    enter(Stage::answer);
     const bool wantsMore = m_parser->is_header_done() && m_parser->get().keep_alive();
-    const bool goesOn = wantsMore && answer.then == ControlAnswer::Then::GoOn && !m_server.isStopping();
+    const bool goesOn = wantsMore && answer.then == ControlAnswer::Then::goOn && !m_server.isStopping();
     http::response<http::string_body> response(static_cast<http::status>(answer.status), 11);
     if (!answer.allow.empty())
         response.set(http::field::allow, answer.allow);
@@ -202,7 +202,7 @@ asio::awaitable<bool> ControlSession::send(ControlAnswer answer)
     m_stream.expires_after(m_server.limits().write);
     const auto [failure, count] = co_await http::async_write(m_stream, response, asTuple);
     m_server.logAnswer(m_request, answer.status, std::chrono::steady_clock::now() - m_requestBegan);
-    if (answer.then == ControlAnswer::Then::EndService)
+    if (answer.then == ControlAnswer::Then::endService)
         m_server.requestShutdown();
     if (!failure && !goesOn)
         co_await letClientRead();
@@ -217,7 +217,7 @@ asio::awaitable<void> ControlSession::letClientRead()
     m_stream.socket().shutdown(asio::ip::tcp::socket::shutdown_send, failure);
     if (m_server.isStopping())
         co_return;
-    enter(Stage::Request);
+    enter(Stage::request);
     m_stream.expires_after(m_server.limits().linger);
     std::array<char, 16384> rest{};
     for (std::size_t pieces = 0; pieces < patience; ++pieces) {

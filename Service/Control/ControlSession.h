@@ -28,13 +28,13 @@ public:
     void close();
 
     /// True while a request is awaited, false while an answer is made or on its way.
-    bool isWaiting() const { return m_stage == Stage::Request; }
+    bool isWaiting() const { return m_stage == Stage::request; }
     /// True while only the client can bring things on: it has to send, or to take an answer.
-    bool dependsOnClient() const { return m_stage != Stage::Working; }
+    bool dependsOnClient() const { return m_stage != Stage::working; }
     std::chrono::steady_clock::time_point waitingSince() const { return m_waitingSince; }
 
 private:
-    enum class Stage { Request, Working, Answer };
+    enum class Stage { request, working, answer };
     using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
     using ErrorCode = boost::beast::error_code;
 
@@ -57,7 +57,7 @@ private:
     ControlRequest m_request;
     std::chrono::steady_clock::time_point m_waitingSince;
     std::chrono::steady_clock::time_point m_requestBegan;
-    Stage m_stage = Stage::Request;
+    Stage m_stage = Stage::request;
     bool m_isFirstRequest = true;
 };
 

@@ -56,7 +56,7 @@ ControlAnswer ControlApi::restartTunnel(const Call &call)
     ConfigDocument document = m_parts.config.document();
     if (requireNamed(kind, document.tunnels, call.name).disabled)
         throw Refusal(
-            Refusal::Kind::Conflict, "The tunnel " + shownName(call.name) + " is switched off; switch it on instead.");
+            Refusal::Kind::conflict, "The tunnel " + shownName(call.name) + " is switched off; switch it on instead.");
     m_parts.traffic.restartTunnel(call.name);
     return tunnels(call);
 }
@@ -69,9 +69,9 @@ ControlAnswer ControlApi::setTunnelSecret(const Call &call)
     const TunnelSettings &tunnel = requireNamed(kind, document.tunnels, call.name);
     if (tunnel.mode != "ssh" || !tunnel.ssh || tunnel.ssh->auth != "password")
         throw Refusal(
-            Refusal::Kind::Conflict, "The tunnel " + shownName(call.name) + " does not sign in with a password.");
+            Refusal::Kind::conflict, "The tunnel " + shownName(call.name) + " does not sign in with a password.");
     if (const std::optional<std::string> problem = lineProblem(password, longestPassword))
-        throw Refusal(Refusal::Kind::BadInput, "The password " + *problem + ".");
+        throw Refusal(Refusal::Kind::badInput, "The password " + *problem + ".");
     m_parts.traffic.setTunnelSecret(call.name, std::move(password));
     return tunnels(call);
 }

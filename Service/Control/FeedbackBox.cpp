@@ -33,11 +33,11 @@ json::object readFeedback(std::string_view text)
     refuseUnknownFields(body, feedback, "");
     for (const Field &field : fields)
         if (feedback.at(field.key).get_string().size() > field.mostBytes)
-            throw Refusal(Refusal::Kind::BadInput,
+            throw Refusal(Refusal::Kind::badInput,
                 "The field " + std::string(field.key) + " has more than " + std::to_string(field.mostBytes)
                     + " bytes.");
     if (feedback.at("message").get_string().empty())
-        throw Refusal(Refusal::Kind::BadInput, "The field message is empty.");
+        throw Refusal(Refusal::Kind::badInput, "The field message is empty.");
     return feedback;
 }
 
@@ -58,7 +58,7 @@ void FeedbackBox::add(std::string_view body) const
         Folder::openOrMake(m_folder, true)
             .append("feedback.jsonl", json::serialize(line) + "\n", sizeLimit, ownerReadsAndWrites);
     } catch (const std::system_error &failure) {
-        throw Refusal(Refusal::Kind::Later,
+        throw Refusal(Refusal::Kind::later,
             "The feedback could not be kept in " + (m_folder / "feedback.jsonl").string() + " (" + failure.what()
                 + ").");
     }

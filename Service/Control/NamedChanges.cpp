@@ -45,12 +45,12 @@ void checkNames(std::string_view kind, const NamedList<Settings> &list, const Sa
 {
     const std::string what(kind);
     if (!isValidName(save.name))
-        throw Refusal(Refusal::Kind::BadInput,
+        throw Refusal(Refusal::Kind::badInput,
             "The " + what + " name " + shownName(save.name) + " " + std::string(nameRule) + ".");
     if (save.originalName && !findNamed(list, *save.originalName))
-        throw Refusal(Refusal::Kind::Unknown, "The " + what + " " + shownName(*save.originalName) + " does not exist.");
+        throw Refusal(Refusal::Kind::unknown, "The " + what + " " + shownName(*save.originalName) + " does not exist.");
     if (save.originalName != save.name && findNamed(list, save.name))
-        throw Refusal(Refusal::Kind::Conflict, "A " + what + " named " + shownName(save.name) + " already exists.");
+        throw Refusal(Refusal::Kind::conflict, "A " + what + " named " + shownName(save.name) + " already exists.");
 }
 
 template <class Settings>
@@ -59,7 +59,7 @@ Settings &requireNamed(std::string_view kind, NamedList<Settings> &list, const s
     const auto found = std::ranges::find(list, name, &std::pair<std::string, Settings>::first);
     if (found == list.end())
         throw Refusal(
-            Refusal::Kind::Unknown, "The " + std::string(kind) + " " + shownName(name) + " is not configured.");
+            Refusal::Kind::unknown, "The " + std::string(kind) + " " + shownName(name) + " is not configured.");
     return found->second;
 }
 

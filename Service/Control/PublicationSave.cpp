@@ -13,7 +13,7 @@ namespace {
 
 [[noreturn]] void refuse(const std::string &sentence)
 {
-    throw Refusal(Refusal::Kind::BadInput, sentence);
+    throw Refusal(Refusal::Kind::badInput, sentence);
 }
 
 void checkProfile(const ConfigDocument &document, const std::string &name)
@@ -52,7 +52,7 @@ void checkEndpoint(const ConfigDocument &document, const SaveRequest<Publication
 {
     for (const auto &[name, other] : document.publications)
         if (name != save.originalName && other.profile == save.settings.profile && other.port == save.settings.port)
-            throw Refusal(Refusal::Kind::Conflict,
+            throw Refusal(Refusal::Kind::conflict,
                 "The publication endpoint " + other.profile + ":" + std::to_string(other.port)
                     + " is taken by publication " + shownName(name) + ".");
 }

@@ -10,7 +10,7 @@ namespace {
 
 [[noreturn]] void refuse(const std::string &sentence)
 {
-    throw Refusal(Refusal::Kind::BadInput, sentence);
+    throw Refusal(Refusal::Kind::badInput, sentence);
 }
 
 std::string decoded(std::string_view text)

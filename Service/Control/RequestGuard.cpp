@@ -13,7 +13,7 @@ constexpr std::uint16_t httpPort = 80;
 
 ControlAnswer closing(ControlAnswer answer)
 {
-    answer.then = ControlAnswer::Then::CloseConnection;
+    answer.then = ControlAnswer::Then::closeConnection;
     return answer;
 }
 

@@ -16,7 +16,7 @@ constexpr std::size_t longestText = 1024;
 
 [[noreturn]] void refuse(const std::string &sentence)
 {
-    throw Refusal(Refusal::Kind::BadInput, sentence);
+    throw Refusal(Refusal::Kind::badInput, sentence);
 }
 
 void checkLine(const std::string &what, const std::string &text)
@@ -80,7 +80,7 @@ void checkFree(const std::string &address, const ConfigDocument &others, std::ui
     for (const std::vector<PortUse> &uses :
         {routerPorts(others, controlPort), tunnelPorts(others), publishedPorts(others)})
         if (const PortUse *use = findUse(uses, portOf(address)))
-            throw Refusal(Refusal::Kind::Conflict, "The local address " + address + " is taken by " + use->by + ".");
+            throw Refusal(Refusal::Kind::conflict, "The local address " + address + " is taken by " + use->by + ".");
 }
 
 ConfigDocument without(const ConfigDocument &document, const std::optional<std::string> &name)
@@ -113,7 +113,7 @@ ConfigDocument withTunnel(const ConfigDocument &current, SaveRequest<TunnelSetti
     putTunnel(next, std::move(save));
     assignTunnelAddresses(next, controlPort);
     if (findNamed(next.tunnels, name)->listen.empty())
-        throw Refusal(Refusal::Kind::Conflict,
+        throw Refusal(Refusal::Kind::conflict,
             "No local port is free from " + std::to_string(next.router.tunnelListenBase)
                 + " on; give the tunnel a local address or change the tunnel base port.");
     return next;

@@ -8,7 +8,7 @@
 
 namespace veranox {
 
-enum class LogLevel { Debug, Info, Warn, Error };
+enum class LogLevel { debug, info, warn, error };
 
 /// The level of that word, in lower case; none for another word.
 std::optional<LogLevel> logLevel(std::string_view word);

@@ -60,31 +60,31 @@ public:
     {
         std::optional<Pipe> pipe = m_pool.take();
         if (!pipe)
-            return Flow::Failed;
+            return Flow::failed;
         const ssize_t count = move(from, pipe->in.get(), pieceSize);
         const int problem = errno;
         if (count > 0) {
             m_pipe.emplace(std::move(*pipe));
             m_held = static_cast<std::size_t>(count);
-            return Flow::Moved;
+            return Flow::moved;
         }
         m_pool.giveBack(std::move(*pipe));
         if (count == 0)
-            return Flow::Ended;
-        return problem == EAGAIN ? Flow::WouldBlock : Flow::Failed;
+            return Flow::ended;
+        return problem == EAGAIN ? Flow::wouldBlock : Flow::failed;
     }
 
     Flow drain(int to) override
     {
         const ssize_t count = move(m_pipe->out.get(), to, m_held);
         if (count < 0)
-            return errno == EAGAIN ? Flow::WouldBlock : Flow::Failed;
+            return errno == EAGAIN ? Flow::wouldBlock : Flow::failed;
         m_held -= static_cast<std::size_t>(count);
         if (m_held == 0) {
             m_pool.giveBack(std::move(*m_pipe));
             m_pipe.reset();
         }
-        return Flow::Moved;
+        return Flow::moved;
     }
 
     bool isEmpty() const override { return m_held == 0; }

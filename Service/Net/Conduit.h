@@ -8,7 +8,7 @@ namespace veranox {
 /// What it holds in between is bounded by `pieceSize`, so that a receiver who is slow slows down his sender.
 class Conduit {
 public:
-    enum class Flow { Moved, WouldBlock, Ended, Failed };
+    enum class Flow { moved, wouldBlock, ended, failed };
 
     /// Both directions of a connection whose two receivers are stuck stay below 64 KiB.
     static constexpr std::size_t pieceSize = 28 * 1024;

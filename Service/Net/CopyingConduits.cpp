@@ -27,10 +27,10 @@ public:
             count = ::recv(from, m_shared.data(), m_shared.size(), 0);
         while (count < 0 && errno == EINTR);
         if (count < 0)
-            return wouldBlock() ? Flow::WouldBlock : Flow::Failed;
+            return wouldBlock() ? Flow::wouldBlock : Flow::failed;
         m_isFresh = count > 0;
         m_held = static_cast<std::size_t>(count);
-        return count == 0 ? Flow::Ended : Flow::Moved;
+        return count == 0 ? Flow::ended : Flow::moved;
     }
 
     /// Whoever drains right after filling sends out of the shared buffer; what is left then moves into one of its own,
@@ -43,9 +43,9 @@ public:
             count = ::send(to, data, m_held, MSG_NOSIGNAL);
         while (count < 0 && errno == EINTR);
         if (count < 0 && !wouldBlock())
-            return Flow::Failed;
+            return Flow::failed;
         take(data, count < 0 ? 0 : static_cast<std::size_t>(count));
-        return count < 0 ? Flow::WouldBlock : Flow::Moved;
+        return count < 0 ? Flow::wouldBlock : Flow::moved;
     }
 
     bool isEmpty() const override { return m_held == 0; }

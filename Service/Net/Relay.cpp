@@ -69,14 +69,14 @@ asio::awaitable<void> Relay::carry(std::size_t from)
     StreamSocket &source = m_sockets[from];
     Conduit &conduit = *m_conduits[from];
     for (unsigned pieces = 1;; ++pieces) {
-        const Conduit::Flow flow = source.is_open() ? conduit.fill(source.native_handle()) : Conduit::Flow::Failed;
-        if (flow == Conduit::Flow::WouldBlock) {
+        const Conduit::Flow flow = source.is_open() ? conduit.fill(source.native_handle()) : Conduit::Flow::failed;
+        if (flow == Conduit::Flow::wouldBlock) {
             pieces = 0;
             co_await source.async_wait(asio::socket_base::wait_read, asTuple);
             continue;
         }
-        if (flow != Conduit::Flow::Moved) {
-            if (flow == Conduit::Flow::Failed)
+        if (flow != Conduit::Flow::moved) {
+            if (flow == Conduit::Flow::failed)
                 reset();
             break;
         }
@@ -96,12 +96,12 @@ asio::awaitable<bool> Relay::drain(std::size_t from)
     StreamSocket &sink = m_sockets[1 - from];
     Conduit &conduit = *m_conduits[from];
     while (!conduit.isEmpty()) {
-        const Conduit::Flow flow = sink.is_open() ? conduit.drain(sink.native_handle()) : Conduit::Flow::Failed;
-        if (flow == Conduit::Flow::Failed) {
+        const Conduit::Flow flow = sink.is_open() ? conduit.drain(sink.native_handle()) : Conduit::Flow::failed;
+        if (flow == Conduit::Flow::failed) {
             reset();
             co_return false;
         }
-        if (flow == Conduit::Flow::WouldBlock)
+        if (flow == Conduit::Flow::wouldBlock)
             co_await sink.async_wait(asio::socket_base::wait_write, asTuple);
     }
     co_return true;

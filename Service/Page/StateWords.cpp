@@ -55,12 +55,12 @@ std::string joined(std::string first, const std::string &second)
 StateWords runnerWords(const std::string &state, const std::string &error)
 {
     if (state == "starting")
-        return {Tone::Busy, "Starting", error};
+        return {Tone::busy, "Starting", error};
     if (state == "error")
-        return {Tone::Failed, "Error", orElse(error, "There is no word on why.")};
+        return {Tone::failed, "Error", orElse(error, "There is no word on why.")};
     if (state == "stopped" || state.empty())
-        return {Tone::Off, "Stopped", error};
-    return {Tone::Off, state, error};
+        return {Tone::off, "Stopped", error};
+    return {Tone::off, state, error};
 }
 
 } // namespace
@@ -68,36 +68,36 @@ StateWords runnerWords(const std::string &state, const std::string &error)
 StateWords wordsFor(const NodeStatus &status)
 {
     if (status.ok)
-        return {Tone::Good, "Running", ""};
+        return {Tone::good, "Running", ""};
     if (status.backendState == "NeedsLogin")
-        return {Tone::Attention, "Needs login", orElse(status.error, "Sign in to the tailnet in Veranox.")};
+        return {Tone::attention, "Needs login", orElse(status.error, "Sign in to the tailnet in Veranox.")};
     if (status.backendState == "NeedsMachineAuth")
-        return {Tone::Attention, "Needs approval",
+        return {Tone::attention, "Needs approval",
             orElse(status.error, "An admin of the tailnet has to approve this computer.")};
     if (status.backendState == "Stopped")
-        return {Tone::Failed, "Stopped", orElse(status.error, "There is no word on why.")};
-    return {Tone::Busy, "Starting", status.error};
+        return {Tone::failed, "Stopped", orElse(status.error, "There is no word on why.")};
+    return {Tone::busy, "Starting", status.error};
 }
 
 StateWords wordsFor(const TunnelSettings &settings, const TunnelStatus &status)
 {
     if (settings.disabled)
-        return {Tone::Off, "Disabled", ""};
+        return {Tone::off, "Disabled", ""};
     if (status.state == "listening")
-        return {Tone::Good, "Listening", joined(connections(status.activeConns), status.lastError)};
+        return {Tone::good, "Listening", joined(connections(status.activeConns), status.lastError)};
     return runnerWords(status.state, status.lastError);
 }
 
 StateWords wordsFor(const PublicationSettings &settings, const PublicationStatus &status)
 {
     if (status.state == "blocked")
-        return {Tone::Off, "Not published", "Veranox does not serve to the whole internet."};
+        return {Tone::off, "Not published", "Veranox does not serve to the whole internet."};
     if (settings.disabled)
-        return {Tone::Off, "Disabled", ""};
+        return {Tone::off, "Disabled", ""};
     if (status.state == "listening" && status.reachability.state == "unreachable")
-        return {Tone::Attention, "Unreachable", closedDoor(status.reachability)};
+        return {Tone::attention, "Unreachable", closedDoor(status.reachability)};
     if (status.state == "listening")
-        return {Tone::Good, "Published",
+        return {Tone::good, "Published",
             joined(joined(audience(status.reachability), connections(status.activeConns)), status.lastError)};
     return runnerWords(status.state, status.lastError);
 }

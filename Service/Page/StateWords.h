@@ -8,16 +8,16 @@ namespace veranox {
 
 /// How far something needs a person.
 enum class Tone {
-    Good,
-    Busy, // comes up by itself
-    Attention, // waits for a person
-    Failed,
-    Off, // switched off on purpose
+    good,
+    busy, // comes up by itself
+    attention, // waits for a person
+    failed,
+    off, // switched off on purpose
 };
 
 /// A state in words: one word or two for all of it, and what there is to say besides.
 struct StateWords {
-    Tone tone = Tone::Off;
+    Tone tone = Tone::off;
     std::string word;
     std::string detail; // a sentence or the error; empty when the word says it all
 

@@ -16,15 +16,15 @@ std::string counted(std::size_t count, const char *one, const char *many)
 StateWords verdict(const StatusTally &all)
 {
     if (all.total == 0)
-        return {Tone::Off, "Nothing is set up yet", "Open Veranox and add a profile: it joins one tailnet."};
+        return {Tone::off, "Nothing is set up yet", "Open Veranox and add a profile: it joins one tailnet."};
     if (all.needsPerson() > 0)
-        return {all.failed > 0 ? Tone::Failed : Tone::Attention,
+        return {all.failed > 0 ? Tone::failed : Tone::attention,
             counted(all.needsPerson(), "thing needs", "things need") + " attention", ""};
     if (all.busy > 0)
-        return {Tone::Busy, counted(all.busy, "thing is", "things are") + " still starting", ""};
+        return {Tone::busy, counted(all.busy, "thing is", "things are") + " still starting", ""};
     if (all.good == 0)
-        return {Tone::Off, "Everything is switched off", ""};
-    return {Tone::Good, "Everything works", ""};
+        return {Tone::off, "Everything is switched off", ""};
+    return {Tone::good, "Everything works", ""};
 }
 
 Html head(const StatusOverview &overview, const StateWords &verdict)

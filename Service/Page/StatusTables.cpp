@@ -7,15 +7,15 @@ namespace {
 HtmlLiteral markOpening(Tone tone)
 {
     switch (tone) {
-    case Tone::Good:
+    case Tone::good:
         return R"(<span class="state good">)";
-    case Tone::Busy:
+    case Tone::busy:
         return R"(<span class="state busy">)";
-    case Tone::Attention:
+    case Tone::attention:
         return R"(<span class="state attention">)";
-    case Tone::Failed:
+    case Tone::failed:
         return R"(<span class="state failed">)";
-    case Tone::Off:
+    case Tone::off:
         return R"(<span class="state off">)";
     }
     return R"(<span class="state">)";
@@ -155,10 +155,10 @@ StatusTable table(const Section &section, const Entries &entries, const auto &ro
 void StatusTally::count(Tone tone)
 {
     ++total;
-    good += tone == Tone::Good ? 1 : 0;
-    busy += tone == Tone::Busy ? 1 : 0;
-    attention += tone == Tone::Attention ? 1 : 0;
-    failed += tone == Tone::Failed ? 1 : 0;
+    good += tone == Tone::good ? 1 : 0;
+    busy += tone == Tone::busy ? 1 : 0;
+    attention += tone == Tone::attention ? 1 : 0;
+    failed += tone == Tone::failed ? 1 : 0;
 }
 
 StatusTally StatusTally::operator+(const StatusTally &other) const

@@ -10,7 +10,7 @@ class Refusal : public std::runtime_error {
 public:
     /// What the sender has to mend: 400 the request itself, 404 a name that there is not, 409 what stands against it
     /// here, 503 what may go well later.
-    enum class Kind : unsigned { BadInput = 400, Unknown = 404, Conflict = 409, Later = 503 };
+    enum class Kind : unsigned { badInput = 400, unknown = 404, conflict = 409, later = 503 };
 
     Refusal(Kind kind, const std::string &sentence) : std::runtime_error(sentence), kind(kind) { }
 

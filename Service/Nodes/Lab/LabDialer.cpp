@@ -65,7 +65,7 @@ std::vector<std::string> LabDialer::resolve(const std::string &profile, const st
         return {};
     const LabTailnet &tailnet = *tailnetOf(profile);
     const LabHost *known = findNamed(tailnet.hosts, labelOf(host, tailnet.suffix));
-    return {known && known->kind == LabHost::Kind::Address ? known->address : "127.0.0.1"};
+    return {known && known->kind == LabHost::Kind::address ? known->address : "127.0.0.1"};
 }
 
 /// Where on loopback that host is. Throws NetworkProblem.
@@ -77,14 +77,14 @@ LabDialer::Endpoint LabDialer::endpointOf(
     const LabTailnet &tailnet = *tailnetOf(profile);
     const std::string label = labelOf(host, tailnet.suffix);
     if (const LabHost *known = findNamed(tailnet.hosts, label)) {
-        if (known->kind != LabHost::Kind::Address)
+        if (known->kind != LabHost::Kind::address)
             return m_hosts.endpointOf(known->kind, port, executor);
         return {asio::ip::make_address(known->address), known->port == 0 ? port : known->port};
     }
     const auto published = m_published->find({findNamed(m_network.profiles, profile)->tailnet, label, port});
     if (published == m_published->end())
         throw NetworkProblem(at(host, port) + " refused the connection: the node publishes nothing there.");
-    if (findNamed(m_network.profiles, published->second.profile)->policy.admits == LabPolicy::Admits::Nobody)
+    if (findNamed(m_network.profiles, published->second.profile)->policy.admits == LabPolicy::Admits::nobody)
         throw NetworkProblem(at(host, port) + " refused the connection: the policy of the tailnet admits no device.");
     return published->second.endpoint;
 }

@@ -16,16 +16,16 @@ struct NodeWords {
 NodeWords wordsFor(const LabPhase &phase, bool needsLogin)
 {
     switch (phase.kind) {
-    case Kind::Unknown:
+    case Kind::unknown:
         return {"NoState", "The node has not reported its state yet."};
-    case Kind::Starting:
+    case Kind::starting:
         return {"Starting", "The node is joining its tailnet."};
-    case Kind::Asking:
+    case Kind::asking:
         return needsLogin ? NodeWords{"NeedsLogin", "The node needs an interactive login."}
                           : NodeWords{"NeedsMachineAuth", "The node waits for an admin of its tailnet to approve it."};
-    case Kind::Running:
+    case Kind::running:
         return {"Running", ""};
-    case Kind::Failed:
+    case Kind::failed:
         return {"Stopped", phase.failure};
     }
     return {};
@@ -44,25 +44,25 @@ std::string unknownProfile(const std::string &profile)
 /// What a forwarding has to say about a node that failed, against a failure of its own.
 std::string failureText(const LabPhase &phase, const LabPhase &node, const std::string &profile)
 {
-    return node.kind == Kind::Failed ? "Profile " + quoted(profile) + " is not running: " + phase.failure
+    return node.kind == Kind::failed ? "Profile " + quoted(profile) + " is not running: " + phase.failure
                                      : phase.failure;
 }
 
 std::string stateWord(const LabPhase &phase)
 {
-    return phase.kind == Kind::Running ? "listening" : phase.kind == Kind::Failed ? "error" : "starting";
+    return phase.kind == Kind::running ? "listening" : phase.kind == Kind::failed ? "error" : "starting";
 }
 
 Reachability reachability(const LabPolicy &policy)
 {
     switch (policy.admits) {
-    case LabPolicy::Admits::Everyone:
+    case LabPolicy::Admits::everyone:
         return {.state = "reachable", .peers = 0, .everyone = true, .detail = "", .hint = std::nullopt};
-    case LabPolicy::Admits::Some:
+    case LabPolicy::Admits::some:
         return {.state = "reachable", .peers = policy.devices, .everyone = false, .detail = "", .hint = std::nullopt};
-    case LabPolicy::Admits::Nobody:
+    case LabPolicy::Admits::nobody:
         return {.state = "unreachable", .peers = 0, .everyone = false, .detail = "", .hint = policy.hint};
-    case LabPolicy::Admits::Unknown:
+    case LabPolicy::Admits::unknown:
         return {.state = "unknown", .peers = 0, .everyone = false, .detail = policy.detail, .hint = std::nullopt};
     }
     return {};
@@ -111,7 +111,7 @@ NodeStatus LabEngine::profileStatus(const std::string &profile) const
             .ok = false, .backendState = "Stopped", .raw = "", .error = unknownProfile(profile), .since = m_wallStart};
     const LabPhase phase = nodePhase(profile, *lab);
     const NodeWords words = wordsFor(phase, needsLogin(*lab, sessionOf(profile)));
-    return {.ok = phase.kind == Kind::Running,
+    return {.ok = phase.kind == Kind::running,
         .backendState = words.state,
         .raw = "lab node on tailnet " + lab->tailnet + ": " + words.state,
         .error = words.error,
@@ -131,7 +131,7 @@ TunnelStatus LabEngine::tunnelStatus(const std::string &name, const TunnelSettin
     const LabPhase node = nodePhase(settings.profile, *profile);
     const LabPhase phase = phaseOf(tunnel, node, now);
     return {.state = stateWord(phase),
-        .activeConns = phase.kind == Kind::Running ? tunnel.activeConns : 0,
+        .activeConns = phase.kind == Kind::running ? tunnel.activeConns : 0,
         .lastError = failureText(phase, node, settings.profile)};
 }
 
@@ -156,9 +156,9 @@ PublicationStatus LabEngine::publicationStatus(
     const LabPhase phase = phaseOf(publication, node, now);
     status.state = stateWord(phase);
     status.lastError = failureText(phase, node, settings.profile);
-    if (node.kind == Kind::Running)
+    if (node.kind == Kind::running)
         status.address = publishedAddress(settings, hostname + findNamed(m_network.tailnets, profile->tailnet)->suffix);
-    if (phase.kind == Kind::Running) {
+    if (phase.kind == Kind::running) {
         status.activeConns = publication.activeConns;
         status.lastActive = publication.activeConns > 0 ? timestamp(m_wallStart + phase.since) : "";
         status.reachability = reachability(profile->policy);

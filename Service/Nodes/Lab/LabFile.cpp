@@ -52,16 +52,16 @@ void readAdmits(JsonReader &reader, LabPolicy &policy)
 {
     const json::value *value = reader.find("admits");
     if (value && value->is_number()) {
-        policy.admits = LabPolicy::Admits::Some;
+        policy.admits = LabPolicy::Admits::some;
         policy.devices = reader.number("admits", countRange);
         return;
     }
     if (value && !value->is_string())
         reader.complain("admits", R"(must be "everyone", "nobody", "unknown" or a number of devices)");
     const std::string word = reader.word("admits", {"everyone", "nobody", "unknown"}, "everyone");
-    policy.admits = word == "everyone" ? LabPolicy::Admits::Everyone
-        : word == "nobody"             ? LabPolicy::Admits::Nobody
-                                       : LabPolicy::Admits::Unknown;
+    policy.admits = word == "everyone" ? LabPolicy::Admits::everyone
+        : word == "nobody"             ? LabPolicy::Admits::nobody
+                                       : LabPolicy::Admits::unknown;
 }
 
 /// The two entries in the form of the tailnet's policy file, unless the lab file gives its own.
@@ -91,7 +91,7 @@ LabPolicy readPolicy(JsonReader reader)
     LabPolicy policy;
     readAdmits(reader, policy);
     policy.detail = reader.text("detail", "");
-    if (policy.admits == LabPolicy::Admits::Nobody)
+    if (policy.admits == LabPolicy::Admits::nobody)
         policy.hint = readHint(reader.object("hint"));
     reader.refuseUnread();
     return policy;

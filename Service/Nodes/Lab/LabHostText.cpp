@@ -11,9 +11,9 @@ namespace {
 LabHost addressHost(const std::string &text)
 {
     if (text == "127.0.0.1" || text == "::1")
-        return {LabHost::Kind::Address, text, 0};
+        return {LabHost::Kind::address, text, 0};
     const LoopbackEndpoint endpoint = parseLoopbackEndpoint(text, 1);
-    return {LabHost::Kind::Address, endpoint.host, endpoint.port};
+    return {LabHost::Kind::address, endpoint.host, endpoint.port};
 }
 
 } // namespace
@@ -22,11 +22,11 @@ LabHost readLabHost(const boost::json::value &value, const std::string &place)
 {
     if (const boost::json::string *text = value.if_string()) {
         if (*text == "site")
-            return {LabHost::Kind::Site, "", 0};
+            return {LabHost::Kind::site, "", 0};
         if (*text == "echo")
-            return {LabHost::Kind::Echo, "", 0};
+            return {LabHost::Kind::echo, "", 0};
         if (*text == "blackhole")
-            return {LabHost::Kind::Blackhole, "", 0};
+            return {LabHost::Kind::blackhole, "", 0};
         try {
             return addressHost(std::string(*text));
         } catch (const std::invalid_argument &) {

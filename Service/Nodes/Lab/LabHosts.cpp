@@ -22,9 +22,9 @@ constexpr std::chrono::milliseconds pauseAfterFailedAccept{100};
 
 asio::awaitable<void> serveAs(LabHost::Kind kind, LabConnection connection)
 {
-    if (kind == LabHost::Kind::Site)
+    if (kind == LabHost::Kind::site)
         return serveSite(std::move(connection));
-    return kind == LabHost::Kind::Echo ? serveEcho(std::move(connection)) : serveBlackhole(std::move(connection));
+    return kind == LabHost::Kind::echo ? serveEcho(std::move(connection)) : serveBlackhole(std::move(connection));
 }
 
 } // namespace
@@ -90,7 +90,7 @@ LabHosts::~LabHosts() = default;
 tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, std::uint16_t port, const asio::any_io_executor &executor)
 {
     constexpr std::uint16_t httpsPort = 443;
-    const bool isSecure = kind == LabHost::Kind::Site && port == httpsPort;
+    const bool isSecure = kind == LabHost::Kind::site && port == httpsPort;
     std::shared_ptr<Server> &server = m_servers[{kind, isSecure}];
     if (!server) {
         server = std::make_shared<Server>(kind, isSecure, executor);

@@ -30,18 +30,18 @@ NodeAction LabEngine::login(const std::string &profile)
     if (!lab)
         return refused(profileStatus(profile).error);
     const LabPhase phase = nodePhase(profile, *lab);
-    if (phase.kind == Kind::Running)
+    if (phase.kind == Kind::running)
         return done("The node is signed in to tailnet " + lab->tailnet + ".");
-    if (phase.kind == Kind::Failed)
+    if (phase.kind == Kind::failed)
         return refused(phase.failure);
-    if (phase.kind != Kind::Asking)
+    if (phase.kind != Kind::asking)
         return refused("The node is still starting; sign in once it asks for a login.");
     LabSession &session = m_sessions[profile];
     if (!needsLogin(*lab, session))
         return refused("The node waits for an admin of its tailnet to approve it.");
     if (!session.login)
         session.login = elapsed();
-    if (nodePhase(profile, *lab).kind == Kind::Running)
+    if (nodePhase(profile, *lab).kind == Kind::running)
         return done("The node is signed in to tailnet " + lab->tailnet + ".");
     const std::string address = signInAddress(profile, *session.login);
     return {.ok = false, .output = "To sign in, visit " + address, .error = "", .authURL = address};
@@ -53,7 +53,7 @@ NodeAction LabEngine::logout(const std::string &profile)
     if (!lab)
         return refused(profileStatus(profile).error);
     const LabPhase phase = nodePhase(profile, *lab);
-    if (phase.kind == Kind::Failed)
+    if (phase.kind == Kind::failed)
         return refused(phase.failure);
     m_sessions[profile] = {.loggedOut = elapsed(), .login = std::nullopt};
     return done("The node is signed out of tailnet " + lab->tailnet + ".");

@@ -14,11 +14,11 @@ using LabTime = std::chrono::milliseconds;
 
 /// What answers on a simulated tailnet under a host name.
 struct LabHost {
-    enum class Kind { Address, Site, Echo, Blackhole };
+    enum class Kind { address, site, echo, blackhole };
 
-    Kind kind = Kind::Site;
-    std::string address; // of Kind::Address: 127.x.y.z or ::1
-    std::uint16_t port = 0; // of Kind::Address: 0 leads to the port that was asked for
+    Kind kind = Kind::site;
+    std::string address; // of Kind::address: 127.x.y.z or ::1
+    std::uint16_t port = 0; // of Kind::address: 0 leads to the port that was asked for
 
     bool operator==(const LabHost &) const = default;
 };
@@ -36,12 +36,12 @@ struct LabFailure {
 
 /// Whom the tailnet's policy lets connect to this computer's node.
 struct LabPolicy {
-    enum class Admits { Everyone, Nobody, Some, Unknown };
+    enum class Admits { everyone, nobody, some, unknown };
 
-    Admits admits = Admits::Everyone;
-    std::int64_t devices = 0; // of Admits::Some
-    std::string detail; // of Admits::Unknown: why it is not known
-    PolicyHint hint; // of Admits::Nobody
+    Admits admits = Admits::everyone;
+    std::int64_t devices = 0; // of Admits::some
+    std::string detail; // of Admits::unknown: why it is not known
+    PolicyHint hint; // of Admits::nobody
 };
 
 /// How the node of a profile fares over time, counted from the start of the service.

@@ -28,15 +28,15 @@ LabPhase phaseOf(const LabProfile &profile, const LabSession &session, LabTime e
     const LabTime known = profile.settlesAfter / 4;
     const LabTime asksFrom = session.loggedOut.value_or(profile.settlesAfter);
     if (profile.failure && elapsed >= profile.failure->after)
-        return {Kind::Failed, profile.failure->after, profile.failure->text};
+        return {Kind::failed, profile.failure->after, profile.failure->text};
     if (!session.loggedOut && elapsed < known)
-        return {Kind::Unknown, LabTime(0), ""};
+        return {Kind::unknown, LabTime(0), ""};
     if (!session.loggedOut && elapsed < profile.settlesAfter)
-        return {Kind::Starting, known, ""};
+        return {Kind::starting, known, ""};
     const std::optional<LabTime> approved = approvalTime(profile, session, asksFrom);
     if (!approved || elapsed < *approved)
-        return {Kind::Asking, asksFrom, ""};
-    return {Kind::Running, *approved, ""};
+        return {Kind::asking, asksFrom, ""};
+    return {Kind::running, *approved, ""};
 }
 
 } // namespace veranox

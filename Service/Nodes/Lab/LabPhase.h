@@ -5,11 +5,11 @@ namespace veranox {
 
 /// What a simulated node or forwarding does at one moment, and since when.
 struct LabPhase {
-    enum class Kind { Unknown, Starting, Asking, Running, Failed };
+    enum class Kind { unknown, starting, asking, running, failed };
 
-    Kind kind = Kind::Unknown;
+    Kind kind = Kind::unknown;
     LabTime since{0};
-    std::string failure; // of Kind::Failed
+    std::string failure; // of Kind::failed
 
     bool operator==(const LabPhase &) const = default;
 };
@@ -33,15 +33,15 @@ LabPhase phaseOf(const LabProfile &profile, const LabSession &session, LabTime e
 template <class Settings>
 LabPhase phaseOf(const LabForwarding<Settings> &forwarding, const LabPhase &node, LabTime elapsed)
 {
-    if (node.kind == LabPhase::Kind::Failed)
+    if (node.kind == LabPhase::Kind::failed)
         return node;
-    if (node.kind != LabPhase::Kind::Running)
-        return {LabPhase::Kind::Starting, LabTime(0), ""};
+    if (node.kind != LabPhase::Kind::running)
+        return {LabPhase::Kind::starting, LabTime(0), ""};
     if (forwarding.failure && elapsed >= node.since + forwarding.failure->after)
-        return {LabPhase::Kind::Failed, node.since + forwarding.failure->after, forwarding.failure->text};
+        return {LabPhase::Kind::failed, node.since + forwarding.failure->after, forwarding.failure->text};
     if (elapsed < node.since + forwarding.startsAfter)
-        return {LabPhase::Kind::Starting, LabTime(0), ""};
-    return {LabPhase::Kind::Running, node.since + forwarding.startsAfter, ""};
+        return {LabPhase::Kind::starting, LabTime(0), ""};
+    return {LabPhase::Kind::running, node.since + forwarding.startsAfter, ""};
 }
 
 } // namespace veranox

@@ -73,7 +73,7 @@ std::optional<std::chrono::steady_clock::time_point> LabEngine::nextChange() con
     for (const auto &[name, profile] : m_network.profiles) {
         considerNode(moment, profile, sessionOf(name));
         const LabPhase phase = nodePhase(name, profile);
-        if (phase.kind != LabPhase::Kind::Running)
+        if (phase.kind != LabPhase::Kind::running)
             continue;
         considerForwardings(moment, phase.since, m_network.tunnels);
         considerForwardings(moment, phase.since, m_network.publications);

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         if (std::string line; std::getline(lines, line) && !line.empty())
             values->push_back(line);
     const ControlAnswer answer = test::awaitAnswer(bed.api(), request);
-    if (answer.then == ControlAnswer::Then::EndService)
+    if (answer.then == ControlAnswer::Then::endService)
         std::abort();
     if (answer.status == 200 && (!request.isRead() || request.hosts.size() != 1))
         std::abort();

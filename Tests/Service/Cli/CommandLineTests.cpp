@@ -48,14 +48,14 @@ std::string complaintOf(Words words)
 TEST(CommandLine, ServeWithoutOptions)
 {
     const LabVariable none(nullptr);
-    EXPECT_EQ(serve({"gui", "serve"}), (GuiServeCommand{"127.0.0.1:43200", "", LogLevel::Info}));
+    EXPECT_EQ(serve({"gui", "serve"}), (GuiServeCommand{"127.0.0.1:43200", "", LogLevel::info}));
 }
 
 TEST(CommandLine, ServeWithOptions)
 {
     const LabVariable none(nullptr);
     EXPECT_EQ(serve({"gui", "serve", "--listen", "[::1]:1", "--lab", "demo", "--log-level", "debug"}),
-        (GuiServeCommand{"[::1]:1", "demo", LogLevel::Debug}));
+        (GuiServeCommand{"[::1]:1", "demo", LogLevel::debug}));
     EXPECT_EQ(serve({"gui", "serve", "--listen=localhost:2"}).listen, "localhost:2");
 }
 

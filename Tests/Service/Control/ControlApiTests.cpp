@@ -96,13 +96,13 @@ TEST_F(ControlApiTest, WritesNeedTheToken)
         shutdown.tokens = tokens;
         const ControlAnswer given = answer(shutdown);
         EXPECT_EQ(given.status, 403U);
-        EXPECT_EQ(given.then, Then::GoOn) << "nothing happened";
+        EXPECT_EQ(given.then, Then::goOn) << "nothing happened";
         EXPECT_TRUE(given.body.at("error").is_string());
     }
     shutdown.tokens = {bed.token()};
     const ControlAnswer given = answer(shutdown);
     EXPECT_EQ(given.status, 200U);
-    EXPECT_EQ(given.then, Then::EndService);
+    EXPECT_EQ(given.then, Then::endService);
     EXPECT_TRUE(given.body.at("status").is_string());
 }
 
@@ -163,7 +163,7 @@ TEST_F(ControlApiTest, StrangersAreCutOffAndTokenRefusalsAreNot)
     ControlRequest stranger = request("GET", "/api/health");
     stranger.hosts = {"evil.example"};
     ASSERT_TRUE(bed.api().refuseEarly(stranger));
-    EXPECT_EQ(bed.api().refuseEarly(stranger)->then, Then::CloseConnection);
+    EXPECT_EQ(bed.api().refuseEarly(stranger)->then, Then::closeConnection);
     EXPECT_FALSE(bed.api().refuseEarly(request("POST", "/api/shutdown")))
         << "the token is looked at once the body is there";
 }

@@ -243,7 +243,7 @@ TEST(ControlServer, EndsThoughAClientDoesNotReadItsAnswer)
 
 TEST(ControlServer, LogsRefusalsAndWritesButNotReads)
 {
-    RunningServer server({}, LogLevel::Info);
+    RunningServer server({}, LogLevel::info);
     {
         RawClient client(server.port());
         client.exchange(client.request("GET", "/api/health", "X-Correlation-ID: quiet\r\n"));
@@ -267,7 +267,7 @@ TEST(ControlServer, LogsRefusalsAndWritesButNotReads)
 
 TEST(ControlServer, ClientThatAsksNonsenseWithoutEndDoesNotDrownTheLog)
 {
-    RunningServer server({}, LogLevel::Info);
+    RunningServer server({}, LogLevel::info);
     RawClient client(server.port());
     for (int i = 0; i < 500; ++i)
         EXPECT_EQ(client.exchange(client.request("GET", "/none")).result_int(), 404U);

@@ -12,7 +12,7 @@ std::string refusalOf(std::string_view query, const std::function<void(const Que
     try {
         read(QueryFields(query));
     } catch (const Refusal &refusal) {
-        EXPECT_EQ(refusal.kind, Refusal::Kind::BadInput);
+        EXPECT_EQ(refusal.kind, Refusal::Kind::badInput);
         return refusal.what();
     }
     return "none";

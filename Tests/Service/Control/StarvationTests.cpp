@@ -177,7 +177,7 @@ TEST(Starvation, BesideACrowdThatNeverReadsItsAnswers)
 
 TEST(Starvation, BesideAClientThatPipelinesWithoutEnd)
 {
-    RunningServer server({}, LogLevel::Info);
+    RunningServer server({}, LogLevel::info);
     RawClient greedy(server.port());
     const std::string many = repeated(greedy.request("GET", "/api/config"), 200);
     const Nuisance flood([&] {

@@ -89,8 +89,8 @@ public:
 TEST(Log, WritesLevelEventComponentAndSession)
 {
     Lines sink;
-    Log log(sink, LogLevel::Info, "session-1");
-    log.write(LogLevel::Warn, "thing_happened", "a thing happened", {{"n", 1}});
+    Log log(sink, LogLevel::info, "session-1");
+    log.write(LogLevel::warn, "thing_happened", "a thing happened", {{"n", 1}});
     EXPECT_THAT(sink.lines,
         ElementsAre(
             "a thing happened level=warn event_code=thing_happened component=local_service session_id=session-1 n=1"));
@@ -99,9 +99,9 @@ TEST(Log, WritesLevelEventComponentAndSession)
 TEST(Log, LeavesOutWhatIsBelowItsLevel)
 {
     Lines sink;
-    Log log(sink, LogLevel::Warn, "");
-    log.write(LogLevel::Info, "e", "not this");
-    log.write(LogLevel::Error, "e", "but this");
+    Log log(sink, LogLevel::warn, "");
+    log.write(LogLevel::info, "e", "not this");
+    log.write(LogLevel::error, "e", "but this");
     EXPECT_THAT(sink.lines, ElementsAre("but this level=error event_code=e component=local_service"));
 }
 
@@ -116,8 +116,8 @@ TEST(Log, Identifiers)
 
 TEST(Log, LevelWords)
 {
-    EXPECT_EQ(logLevel("debug"), LogLevel::Debug);
-    EXPECT_EQ(logLevel("error"), LogLevel::Error);
+    EXPECT_EQ(logLevel("debug"), LogLevel::debug);
+    EXPECT_EQ(logLevel("error"), LogLevel::error);
     EXPECT_FALSE(logLevel("INFO"));
     EXPECT_FALSE(logLevel(""));
 }

@@ -51,9 +51,9 @@ TEST(LabFile, ReadsEverything)
         "publications": {"x": {"config": {"Profile": "p", "Target": "127.0.0.1:1", "Port": 2}}}})");
     const NamedList<LabHost> &hosts = lab.tailnets.at(0).second.hosts;
     EXPECT_EQ(hosts,
-        (NamedList<LabHost>{{"wiki", {LabHost::Kind::Site, "", 0}}, {"redis", {LabHost::Kind::Echo, "", 0}},
-            {"hole", {LabHost::Kind::Blackhole, "", 0}}, {"db", {LabHost::Kind::Address, "127.0.0.1", 5432}},
-            {"box", {LabHost::Kind::Address, "127.0.0.1", 0}}, {"six", {LabHost::Kind::Address, "::1", 80}}}));
+        (NamedList<LabHost>{{"wiki", {LabHost::Kind::site, "", 0}}, {"redis", {LabHost::Kind::echo, "", 0}},
+            {"hole", {LabHost::Kind::blackhole, "", 0}}, {"db", {LabHost::Kind::address, "127.0.0.1", 5432}},
+            {"box", {LabHost::Kind::address, "127.0.0.1", 0}}, {"six", {LabHost::Kind::address, "::1", 80}}}));
     const LabProfile &profile = lab.profiles.at(0).second;
     EXPECT_EQ(profile.settlesAfter, LabTime(1500));
     EXPECT_TRUE(profile.needsLogin);

@@ -124,7 +124,7 @@ TEST(SecurePathReport, AddressIsCheckedButNotAskedForByName)
 TEST(SecurePathReport, AnswerThatGoesOnUntilTheEnd)
 {
     const std::string endless = "HTTP/1.1 200 OK\r\n\r\n" + std::string(100000, 'x');
-    for (const TlsServer::End end : {TlsServer::End::Farewell, TlsServer::End::Abrupt}) {
+    for (const TlsServer::End end : {TlsServer::End::farewell, TlsServer::End::abrupt}) {
         const TlsServer server("wiki.tail1.ts.net", endless, end);
         const boost::json::object found = reportOf(server.port());
         EXPECT_EQ(found.at("http").at("ok"), true) << text(found.at("http").at("error"));
@@ -135,7 +135,7 @@ TEST(SecurePathReport, AnswerThatGoesOnUntilTheEnd)
 TEST(SecurePathReport, AnswerThatBreaksOff)
 {
     const TlsServer server(
-        "wiki.tail1.ts.net", "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhello", TlsServer::End::Abrupt);
+        "wiki.tail1.ts.net", "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhello", TlsServer::End::abrupt);
     const boost::json::object found = reportOf(server.port());
     EXPECT_EQ(found.at("http").at("ok"), false);
     EXPECT_EQ(found.at("http").at("status_code"), 200);

@@ -20,7 +20,7 @@ public:
 /// A server on a thread of its own, with whatever limits a test needs.
 class RunningServer {
 public:
-    explicit RunningServer(ControlLimits limits, LogLevel level = LogLevel::Debug)
+    explicit RunningServer(ControlLimits limits, LogLevel level = LogLevel::debug)
         : m_log(m_lines, level, ""),
           m_acceptor(listenOnLoopback(m_context, {"127.0.0.1", 0})),
           m_port(m_acceptor.local_endpoint().port()),

@@ -70,7 +70,7 @@ void TlsServer::serveOne(tcp::socket socket)
     m_request.clear();
     asio::read_until(stream, asio::dynamic_buffer(m_request), "\r\n\r\n", failure);
     asio::write(stream, asio::buffer(m_answer), failure);
-    if (m_end == End::Farewell)
+    if (m_end == End::farewell)
         stream.shutdown(failure);
 }
 

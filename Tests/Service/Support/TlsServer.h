@@ -13,9 +13,9 @@ namespace veranox::test {
 class TlsServer {
 public:
     /// How it ends a connection once it has answered.
-    enum class End { Farewell, Abrupt };
+    enum class End { farewell, abrupt };
 
-    explicit TlsServer(const std::string &host, std::string answer, End end = End::Farewell);
+    explicit TlsServer(const std::string &host, std::string answer, End end = End::farewell);
     TlsServer(const TlsServer &) = delete;
     TlsServer &operator=(const TlsServer &) = delete;
     ~TlsServer();

@@ -253,7 +253,7 @@ TEST_F(TunnelPasswordChainTests, ARestartOfTheTunnelBringsItToo)
     ASSERT_TRUE(hasSignedIn(u"db"_s));
     restartService();
     EXPECT_TRUE(lacksPassword(u"db"_s));
-    finish(store->restartTunnel(u"db"_s));
+    EXPECT_TRUE(resultOf(store->restartTunnel(u"db"_s)).isSuccess());
     EXPECT_TRUE(hasSignedIn(u"db"_s));
     EXPECT_EQ(store->lastActionMessage(), QString());
 }
@@ -280,7 +280,7 @@ TEST_F(TunnelPasswordChainTests, ALockedKeyringHoldsNothingUpAndIsAskedOnce)
     EXPECT_EQ(monitor.calls("Unlock"), 1);
     EXPECT_TRUE(lacksPassword(u"db"_s));
 
-    const jobs::Job<> restarting = jobs.start(store->restartTunnel(u"db"_s));
+    const auto restarting = jobs.start(store->restartTunnel(u"db"_s));
     EXPECT_TRUE(heartbeat.turnLoopUntil([&] { return monitor.calls("Unlock") == 2; })) << "for a person it asks again";
     const jobs::Job<> refreshing = jobs.start(store->refresh());
     EXPECT_TRUE(heartbeat.turnLoopUntil([&] { return refreshing.finished(); }));
@@ -309,7 +309,7 @@ TEST_F(TunnelPasswordChainTests, WithoutAKeyringATunnelWorksUntilTheServiceResta
 
     save(u"db"_s, u"db"_s, password);
     EXPECT_TRUE(hasSignedIn(u"db"_s));
-    finish(store->restartTunnel(u"db"_s));
+    EXPECT_TRUE(resultOf(store->restartTunnel(u"db"_s)).isSuccess());
     EXPECT_TRUE(hasSignedIn(u"db"_s));
     EXPECT_EQ(store->lastActionMessage(), QString());
     EXPECT_EQ(resultOf(store->deleteTunnel(u"db"_s)), std::nullopt);

@@ -4,6 +4,7 @@
 #include "API/Records/VeranoxConfig.h"
 #include "API/Records/VeranoxEditableConfig.h"
 #include "API/Records/VeranoxEditablePublication.h"
+#include "API/Records/VeranoxEditableTunnel.h"
 #include "API/Records/VeranoxEnvironment.h"
 #include "API/Records/VeranoxFeedback.h"
 #include "API/Records/VeranoxPathReport.h"

@@ -21,7 +21,7 @@ public:
     VeranoxRuntimeClientProtocol &operator=(const VeranoxRuntimeClientProtocol &) = delete;
     virtual ~VeranoxRuntimeClientProtocol() = default;
 
-    // Launches the service, unless the one launched before still runs. Throws VeranoxError when the system refuses.
+    // Launches the service, unless the one launched before still runs. Throws LocalizedError when the system refuses.
     virtual void startGUI(const VeranoxCommand &command) = 0;
 
     // Ends the service that an earlier run left behind, if there is one: its process belongs to this user and has

@@ -1,5 +1,5 @@
 #include "Core/VeranoxServiceStart.h"
-#include "Base/Failures/VeranoxFailure.h"
+#include "Base/Failures/Failure.h"
 #include "Core/VeranoxRecoveryBudget.h"
 #include "Log/VeranoxActivityLog.h"
 #include "State/VeranoxState.h"

@@ -1,5 +1,5 @@
 #include "Log/VeranoxActivityLog.h"
-#include "Base/Failures/VeranoxFailure.h"
+#include "Base/Failures/Failure.h"
 #include "Log/VeranoxRuntimeLogDiscarder.h"
 #include "Log/VeranoxRuntimeLogLine.h"
 #include "Log/VeranoxRuntimeLogMetadataParser.h"

@@ -16,11 +16,11 @@ public:
     // The path of the file that new entries go to, if there is one.
     virtual std::optional<QString> fileURL() const = 0;
 
-    // The newest `limit` entries, oldest first. Throws a VeranoxError.
+    // The newest `limit` entries, oldest first. Throws a LocalizedError.
     virtual jobs::Async<QList<VeranoxRuntimeLogEntry>> loadRecent(int limit) = 0;
 
-    // Keeps more entries, in their order. One that cannot be kept does not stop the others. Throws a VeranoxError when
-    // the last one is not kept.
+    // Keeps more entries, in their order. One that cannot be kept does not stop the others. Throws a LocalizedError
+    // when the last one is not kept.
     virtual jobs::Async<> append(QList<VeranoxRuntimeLogEntry> entries) = 0;
 
 protected:

@@ -1,5 +1,5 @@
 #include "MenuBar/VeranoxMenuPopover.h"
-#include "Controls/VeranoxQmlEngine.h"
+#include "Controls/QmlEngine.h"
 #include "MenuBar/Popover/VeranoxMenuView.h"
 #include "MenuBar/PopoverPlacement.h"
 #include "Platform/WindowPlacing.h"
@@ -20,7 +20,7 @@ constexpr jobs::Clock::Duration focusSettles = 100ms; // desktops pass the focus
 } // namespace
 
 VeranoxMenuPopover::VeranoxMenuPopover(
-    jobs::MainQueue &queue, VeranoxStore &store, VeranoxQmlEngine &engine, VeranoxMenuActions actions)
+    jobs::MainQueue &queue, VeranoxStore &store, QmlEngine &engine, VeranoxMenuActions actions)
     : m_queue(queue),
       m_store(store),
       m_engine(engine),

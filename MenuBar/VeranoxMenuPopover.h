@@ -9,7 +9,7 @@
 class QQuickItem;
 class QScreen;
 class VeranoxMenuView;
-class VeranoxQmlEngine;
+class QmlEngine;
 class VeranoxStore;
 
 // The window of the popover. It is made when it is first shown and kept. Beside the icon it closes when the focus
@@ -19,8 +19,7 @@ class VeranoxMenuPopover final : public QObject {
 
 public:
     // The queue, the store and the engine outlive the popover. Its dismissMenu is the popover's own.
-    VeranoxMenuPopover(
-        jobs::MainQueue &queue, VeranoxStore &store, VeranoxQmlEngine &engine, VeranoxMenuActions actions);
+    VeranoxMenuPopover(jobs::MainQueue &queue, VeranoxStore &store, QmlEngine &engine, VeranoxMenuActions actions);
     ~VeranoxMenuPopover() override;
 
     bool isShown() const;
@@ -45,7 +44,7 @@ private:
 
     jobs::MainQueue &m_queue;
     VeranoxStore &m_store;
-    VeranoxQmlEngine &m_engine;
+    QmlEngine &m_engine;
     VeranoxMenuActions m_actions;
     std::unique_ptr<VeranoxMenuView> m_view;
     std::unique_ptr<QQuickWindow> m_window;

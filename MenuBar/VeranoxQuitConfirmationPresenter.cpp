@@ -1,5 +1,5 @@
 #include "MenuBar/VeranoxQuitConfirmationPresenter.h"
-#include "Controls/VeranoxQmlEngine.h"
+#include "Controls/QmlEngine.h"
 #include "MenuBar/Popover/VeranoxQuitConfirmation.h"
 #include "Platform/WindowPlacing.h"
 #include <QGuiApplication>
@@ -29,7 +29,7 @@ void centre(QQuickWindow &window)
 
 } // namespace
 
-VeranoxQuitConfirmationPresenter::VeranoxQuitConfirmationPresenter(VeranoxQmlEngine &engine) : m_engine(engine) { }
+VeranoxQuitConfirmationPresenter::VeranoxQuitConfirmationPresenter(QmlEngine &engine) : m_engine(engine) { }
 
 VeranoxQuitConfirmationPresenter::~VeranoxQuitConfirmationPresenter() = default;
 

@@ -5,7 +5,7 @@
 
 class QQuickItem;
 class QQuickWindow;
-class VeranoxQmlEngine;
+class QmlEngine;
 class VeranoxQuitConfirmation;
 class VeranoxStore;
 
@@ -16,7 +16,7 @@ class VeranoxQuitConfirmationPresenter final : public QObject {
 
 public:
     // The engine outlives the presenter.
-    explicit VeranoxQuitConfirmationPresenter(VeranoxQmlEngine &engine);
+    explicit VeranoxQuitConfirmationPresenter(QmlEngine &engine);
     ~VeranoxQuitConfirmationPresenter() override;
 
     // Asks; one that is open is closed first. confirm is called once the panel is closed, if the person says so. The
@@ -29,6 +29,6 @@ public:
 private:
     struct Panel;
 
-    VeranoxQmlEngine &m_engine;
+    QmlEngine &m_engine;
     std::shared_ptr<Panel> m_panel;
 };

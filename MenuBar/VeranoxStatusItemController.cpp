@@ -21,8 +21,7 @@ constexpr auto placingCheck = 50ms; // no panel says when it has done so
 } // namespace
 
 VeranoxStatusItemController::VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store,
-    std::unique_ptr<StatusItem> statusItem, SystemTheme &theme, VeranoxQmlEngine &engine,
-    std::function<void()> requestQuit)
+    std::unique_ptr<StatusItem> statusItem, SystemTheme &theme, QmlEngine &engine, std::function<void()> requestQuit)
     : m_store(store),
       m_statusItem(std::move(statusItem)),
       m_theme(theme),

@@ -12,7 +12,7 @@
 
 class SystemTheme;
 class StatusItem;
-class VeranoxQmlEngine;
+class QmlEngine;
 class VeranoxStore;
 
 // The application's only permanent face: one icon that tells the health of the whole system, a tool tip that says it in
@@ -23,7 +23,7 @@ class VeranoxStatusItemController final : public QObject {
 public:
     // All that is referred to outlives the controller. requestQuit is called when the person asks to quit.
     VeranoxStatusItemController(jobs::MainQueue &queue, VeranoxStore &store, std::unique_ptr<StatusItem> statusItem,
-        SystemTheme &theme, VeranoxQmlEngine &engine, std::function<void()> requestQuit);
+        SystemTheme &theme, QmlEngine &engine, std::function<void()> requestQuit);
     ~VeranoxStatusItemController() override;
 
     // Draws what the store says now. Nothing is drawn again that stands there already.

@@ -1,7 +1,7 @@
 #include "API/Client/VeranoxAPIClient.h"
 #include "API/Client/VeranoxAPIErrorBody.h"
+#include "Base/Json/DecodingError.h"
 #include "Base/Json/Json.h"
-#include "Base/Json/VeranoxDecodingError.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,7 +24,7 @@ VeranoxAPIFailure refusalIn(const VeranoxHTTPResponse &response)
 {
     try {
         return VeranoxAPIFailure::refused(decodeRecord<VeranoxAPIErrorBody>(response.body).error, response.status);
-    } catch (const VeranoxDecodingError &) {
+    } catch (const DecodingError &) {
         return VeranoxAPIFailure::badResponse();
     }
 }

@@ -14,8 +14,8 @@
 #include "API/Records/VeranoxSaveConfigResponse.h"
 #include "API/Records/VeranoxShutdownResponse.h"
 #include "API/Records/VeranoxTunnel.h"
+#include "Base/Json/DecodingError.h"
 #include "Base/Json/Json.h"
-#include "Base/Json/VeranoxDecodingError.h"
 
 using namespace Qt::StringLiterals;
 
@@ -35,7 +35,7 @@ template <class T> auto decodeInto(Slot<T> slot)
         try {
             slot->emplace(decodeRecord<T>(body));
             return {};
-        } catch (const VeranoxDecodingError &error) {
+        } catch (const DecodingError &error) {
             return std::unexpected(VeranoxAPIFailure::undecodable(error.localizedDescription()));
         }
     };

@@ -1,9 +1,9 @@
 #pragma once
-#include "Base/Failures/VeranoxError.h"
+#include "Base/Failures/LocalizedError.h"
 #include <expected>
 
 // Why a draft cannot become a record: one finished sentence. The first problem only.
-class VeranoxDraftError final : public VeranoxError {
+class VeranoxDraftError final : public LocalizedError {
 public:
     explicit VeranoxDraftError(QString text);
 

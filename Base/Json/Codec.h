@@ -1,7 +1,7 @@
 #pragma once
+#include "Base/Json/DecodingError.h"
 #include "Base/Json/Json.h"
 #include "Base/Json/Reading.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include "Base/Json/Writing.h"
 
 // What a file with a field table includes. It ends with lines such as
@@ -14,7 +14,7 @@ template <class Value> Value decodeRecord(const QByteArray &text)
     const json::Document document(text);
     Value value;
     if (const auto outcome = json::read(document.root(), value); !outcome)
-        throw VeranoxDecodingError(outcome.error().place, outcome.error().expected, outcome.error().found);
+        throw DecodingError(outcome.error().place, outcome.error().expected, outcome.error().found);
     return value;
 }
 

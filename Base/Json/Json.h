@@ -2,7 +2,7 @@
 #include <QByteArray>
 #include <QList>
 
-// The one decoder of what the service sends. `Value` is a record or a QList of records. Throws VeranoxDecodingError for
+// The one decoder of what the service sends. `Value` is a record or a QList of records. Throws DecodingError for
 // anything that is not such a value; accepts any bytes. Any thread.
 template <class Value> Value decodeRecord(const QByteArray &json);
 

@@ -1,6 +1,6 @@
 #include "Base/Json/Node.h"
+#include "Base/Json/DecodingError.h"
 #include "Base/Json/HugeNumbers.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include <bit>
 #include <cmath>
 #include <simdjson.h>
@@ -177,8 +177,7 @@ Document::Document(const QByteArray &text) : m_parser(std::make_unique<Parser>()
     if (mayBeAHugeNumber(fault))
         fault = parse(withNumbersInBounds(text));
     if (fault)
-        throw VeranoxDecodingError(
-            {}, u"JSON"_s, u"a fault ("_s + QString::fromUtf8(simdjson::error_message(fault)) + u')');
+        throw DecodingError({}, u"JSON"_s, u"a fault ("_s + QString::fromUtf8(simdjson::error_message(fault)) + u')');
 }
 
 Document::~Document() = default;

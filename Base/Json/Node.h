@@ -45,7 +45,7 @@ private:
 // 64 bits nor a double holds stands for some number that is not whole.
 class Document {
 public:
-    // Throws VeranoxDecodingError for what is no JSON.
+    // Throws DecodingError for what is no JSON.
     explicit Document(const QByteArray &text);
     ~Document();
 

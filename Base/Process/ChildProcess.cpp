@@ -1,7 +1,7 @@
 #include "Base/Process/ChildProcess.h"
+#include "Base/Process/LaunchError.h"
 #include "Base/Process/Spawn.h"
 #include "Base/Process/SpawnSupport.h"
-#include "Base/Process/VeranoxLaunchError.h"
 #include <cerrno>
 #include <csignal>
 #include <sys/ioctl.h>
@@ -41,14 +41,14 @@ ChildProcess::ChildProcess(jobs::MainQueue &queue, const Program &program) : m_q
 {
     auto pipe = openPipe();
     if (!pipe)
-        throw VeranoxLaunchError(program.executable, errno);
+        throw LaunchError(program.executable, errno);
     m_identifier = spawn(program, pipe->writeEnd);
     m_output = std::move(pipe->readEnd);
     m_exit = openExitDescriptor(m_identifier);
     if (!m_exit) { // a child whose end would go unnoticed is of no use
         const int reason = errno;
         sendSignal(SIGKILL);
-        throw VeranoxLaunchError(program.executable, reason);
+        throw LaunchError(program.executable, reason);
     }
     m_outputNotifier = std::make_unique<QSocketNotifier>(m_output.number(), QSocketNotifier::Read);
     m_exitNotifier = std::make_unique<QSocketNotifier>(m_exit.number(), QSocketNotifier::Read);

@@ -26,7 +26,7 @@ public:
     };
     static constexpr qsizetype chunkSize = 64 * 1024; // bytes; what a pipe holds on Linux
 
-    // Throws VeranoxLaunchError, also when the program cannot be executed.
+    // Throws LaunchError, also when the program cannot be executed.
     ChildProcess(jobs::MainQueue &queue, const Program &program);
     // Neither stops the child nor waits for it.
     ~ChildProcess();

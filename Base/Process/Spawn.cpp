@@ -1,6 +1,6 @@
 #include "Base/Process/Spawn.h"
+#include "Base/Process/LaunchError.h"
 #include "Base/Process/SpawnSupport.h"
-#include "Base/Process/VeranoxLaunchError.h"
 #include <QFile>
 #include <csignal>
 #include <fcntl.h>
@@ -113,6 +113,6 @@ pid_t spawn(const ChildProcess::Program &program, const Descriptor &output)
     const int failure = ::posix_spawn(&child, arguments.first().constData(), &files.actions(), &attributes.attributes(),
         pointers(arguments).data(), pointers(environment).data());
     if (failure != 0)
-        throw VeranoxLaunchError(program.executable, failure);
+        throw LaunchError(program.executable, failure);
     return child;
 }

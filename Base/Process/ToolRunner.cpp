@@ -1,7 +1,7 @@
 #include "Base/Process/ToolRunner.h"
 #include "Base/Process/ChildProcess.h"
+#include "Base/Process/LaunchError.h"
 #include "Base/Process/Utf8.h"
-#include "Base/Process/VeranoxLaunchError.h"
 #include <csignal>
 
 namespace {
@@ -39,7 +39,7 @@ std::shared_ptr<ChildProcess> ToolRunner::launch(const QString &executable, cons
                 .arguments = arguments,
                 .environment = plainEnvironment(),
                 .capture = ChildProcess::Capture::outputOnly});
-    } catch (const VeranoxLaunchError &) {
+    } catch (const LaunchError &) {
         return nullptr;
     }
 }

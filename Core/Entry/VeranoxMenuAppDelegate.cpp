@@ -1,5 +1,5 @@
 #include "Core/Entry/VeranoxMenuAppDelegate.h"
-#include "Controls/VeranoxQmlEngine.h"
+#include "Controls/QmlEngine.h"
 #include "MenuBar/VeranoxQuitConfirmationPresenter.h"
 #include "MenuBar/VeranoxStatusItemController.h"
 #include <QCoreApplication>
@@ -30,7 +30,7 @@ VeranoxMenuAppDelegate::VeranoxMenuAppDelegate(jobs::MainQueue &queue, VeranoxMe
       m_store(std::move(parts.store)),
       m_makeStatusItem(std::move(parts.makeStatusItem)),
       m_endProcessAfter(std::move(parts.endProcessAfter)),
-      m_qmlEngine(std::make_unique<VeranoxQmlEngine>(*m_theme)),
+      m_qmlEngine(std::make_unique<QmlEngine>(*m_theme)),
       m_quitConfirmation(std::make_unique<VeranoxQuitConfirmationPresenter>(*m_qmlEngine)),
       m_jobs(queue)
 {

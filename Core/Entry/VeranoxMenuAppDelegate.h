@@ -4,7 +4,7 @@
 #include <QObject>
 #include <memory>
 
-class VeranoxQmlEngine;
+class QmlEngine;
 class VeranoxQuitConfirmationPresenter;
 class VeranoxStatusItemController;
 
@@ -52,7 +52,7 @@ private:
     std::unique_ptr<VeranoxStore> m_store;
     std::function<std::unique_ptr<StatusItem>()> m_makeStatusItem;
     std::function<void(std::chrono::milliseconds)> m_endProcessAfter;
-    std::unique_ptr<VeranoxQmlEngine> m_qmlEngine;
+    std::unique_ptr<QmlEngine> m_qmlEngine;
     std::unique_ptr<VeranoxQuitConfirmationPresenter> m_quitConfirmation;
     std::unique_ptr<VeranoxStatusItemController> m_statusItemController; // from launch to termination
     bool m_isCompletingTerminateRequest = false;

@@ -51,7 +51,7 @@ void expectWrongTypesFail(const QJsonObject &report, const QStringList &part, co
 }
 
 // The report's own failure for a part in which one key is left out.
-std::optional<VeranoxDecodingError> withoutKey(const QString &part, const QByteArray &full, const QString &key)
+std::optional<DecodingError> withoutKey(const QString &part, const QByteArray &full, const QString &key)
 {
     const QJsonObject broken = checks::without(checks::object(full), key);
     return checks::failure<VeranoxPathReport>(checks::text(QJsonObject{{part, broken}}));

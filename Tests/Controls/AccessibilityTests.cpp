@@ -22,7 +22,7 @@ constexpr auto tallPage = R"(
         }
     })";
 
-class FocusReveal : public QmlStage {
+class FocusRevealing : public QmlStage {
 protected:
     void SetUp() override
     {
@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_F(FocusReveal, theKeyboardIsNeverOutOfSight)
+TEST_F(FocusRevealing, theKeyboardIsNeverOutOfSight)
 {
     for (int index = 0; index < 10; ++index) {
         find(u"button%1"_s.arg(index))->forceActiveFocus(Qt::TabFocusReason);
@@ -53,7 +53,7 @@ TEST_F(FocusReveal, theKeyboardIsNeverOutOfSight)
     EXPECT_EQ(scrolled(), 0);
 }
 
-TEST_F(FocusReveal, thereIsRoomAroundIt)
+TEST_F(FocusRevealing, thereIsRoomAroundIt)
 {
     find(u"button4"_s)->forceActiveFocus(Qt::TabFocusReason);
     EXPECT_EQ(scrolled(), 5 * 28 + 10 - 100);
@@ -61,7 +61,7 @@ TEST_F(FocusReveal, thereIsRoomAroundIt)
     EXPECT_EQ(scrolled(), 2 * 28 - 10);
 }
 
-TEST_F(FocusReveal, whatThePointerPressesStaysUnderIt)
+TEST_F(FocusRevealing, whatThePointerPressesStaysUnderIt)
 {
     QTest::mouseClick(&window, Qt::LeftButton, {}, {20, 90}); // the fourth, of which a part is seen
     EXPECT_TRUE(find(u"button3"_s)->hasActiveFocus());
@@ -70,7 +70,7 @@ TEST_F(FocusReveal, whatThePointerPressesStaysUnderIt)
 
 namespace {
 
-class ControlAccessible : public QmlStage {
+class AccessibleControls : public QmlStage {
 protected:
     static QAccessibleInterface &told(QQuickItem *item) { return *QAccessible::queryAccessibleInterface(item); }
     static QStringList actions(QQuickItem *item) { return told(item).actionInterface()->actionNames(); }
@@ -83,7 +83,7 @@ const QString setFocus = QAccessibleActionInterface::setFocusAction();
 
 } // namespace
 
-TEST_F(ControlAccessible, aDisabledControlSaysSoAndOffersNothing)
+TEST_F(AccessibleControls, aDisabledControlSaysSoAndOffersNothing)
 {
     auto *button = show("ActionButton { text: 'Copy' }");
     EXPECT_FALSE(told(button).state().disabled);
@@ -98,7 +98,7 @@ TEST_F(ControlAccessible, aDisabledControlSaysSoAndOffersNothing)
     EXPECT_EQ(clicks.size(), 0);
 }
 
-TEST_F(ControlAccessible, aSwitchIsToggledOnceByEitherAction)
+TEST_F(AccessibleControls, aSwitchIsToggledOnceByEitherAction)
 {
     auto *item = show("ToggleSwitch { text: 'db'; on: true }");
     EXPECT_EQ(actions(item), QStringList({toggle, press, setFocus}));
@@ -112,7 +112,7 @@ TEST_F(ControlAccessible, aSwitchIsToggledOnceByEitherAction)
     EXPECT_FALSE(told(item).state().checked);
 }
 
-TEST_F(ControlAccessible, theFocusCanBeGivenAndIsTold)
+TEST_F(AccessibleControls, theFocusCanBeGivenAndIsTold)
 {
     show("Row { ActionButton { objectName: 'one'; text: 'One' } ActionButton { objectName: 'two'; text: 'Two' } }");
     act(find(u"two"_s), setFocus);
@@ -120,7 +120,7 @@ TEST_F(ControlAccessible, theFocusCanBeGivenAndIsTold)
     EXPECT_FALSE(told(find(u"one"_s)).state().focused);
 }
 
-TEST_F(ControlAccessible, itTellsWhereItStandsAndWhetherThatIsSeen)
+TEST_F(AccessibleControls, itTellsWhereItStandsAndWhetherThatIsSeen)
 {
     auto *page = show(tallPage);
     const QRect first = told(find(u"button0"_s)).rect();
@@ -133,7 +133,7 @@ TEST_F(ControlAccessible, itTellsWhereItStandsAndWhetherThatIsSeen)
     EXPECT_TRUE(told(find(u"button0"_s)).state().invisible);
 }
 
-TEST_F(ControlAccessible, parentsAndChildrenKnowEachOther)
+TEST_F(AccessibleControls, parentsAndChildrenKnowEachOther)
 {
     auto *list = show("Item { Accessible.role: Accessible.List; Accessible.name: 'all'; "
                       "Item { ActionButton { objectName: 'one'; text: 'One' } } }");

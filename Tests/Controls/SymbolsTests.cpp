@@ -1,5 +1,5 @@
 #include "API/Values/VeranoxProfileAppearance.h"
-#include "Controls/VeranoxSymbols.h"
+#include "Controls/Symbols.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QFont>
 #include <QRawFont>
@@ -9,10 +9,10 @@ using namespace Qt::StringLiterals;
 
 TEST(Symbols, haveAGlyphForEachIconThatAProfileCanHave)
 {
-    const VeranoxSymbols symbols;
+    const Symbols symbols;
     const QRawFont font = QRawFont::fromFont(QFont(symbols.family()));
     for (const auto &icon : VeranoxProfileAppearance::icons()) {
-        const QString glyph = VeranoxSymbols::glyph(icon.identifier);
+        const QString glyph = Symbols::glyph(icon.identifier);
         ASSERT_FALSE(glyph.isEmpty()) << icon.identifier.data();
         EXPECT_NE(font.glyphIndexesForString(glyph).value(0), 0U) << icon.identifier.data();
     }
@@ -20,13 +20,13 @@ TEST(Symbols, haveAGlyphForEachIconThatAProfileCanHave)
 
 TEST(Symbols, knowNoOtherNames)
 {
-    EXPECT_EQ(VeranoxSymbols::glyph(u""_s), QString());
-    EXPECT_EQ(VeranoxSymbols::glyph(u"aaa"_s), QString());
-    EXPECT_EQ(VeranoxSymbols::glyph(u"arrow.clockwise "_s), QString());
-    EXPECT_EQ(VeranoxSymbols::glyph(u"zzz"_s), QString());
+    EXPECT_EQ(Symbols::glyph(u""_s), QString());
+    EXPECT_EQ(Symbols::glyph(u"aaa"_s), QString());
+    EXPECT_EQ(Symbols::glyph(u"arrow.clockwise "_s), QString());
+    EXPECT_EQ(Symbols::glyph(u"zzz"_s), QString());
 }
 
 TEST(Symbols, comeFromTheEmbeddedFont)
 {
-    EXPECT_EQ(VeranoxSymbols().family(), u"Veranox Symbols"_s);
+    EXPECT_EQ(Symbols().family(), u"Veranox Symbols"_s);
 }

@@ -147,7 +147,7 @@ TEST_F(Theme, knowsTheColoursOfProfilesAndTakesGrayForOthers)
 TEST(QmlEngine, isNotMadeBeforeAWindowNeedsIt)
 {
     FixedTheme theme(false);
-    VeranoxQmlEngine engine(theme);
+    QmlEngine engine(theme);
     theme.setDark(true);
     EXPECT_FALSE(engine.isMade());
     engine.engine();

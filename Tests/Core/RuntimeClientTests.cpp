@@ -1,4 +1,4 @@
-#include "Base/Process/VeranoxLaunchError.h"
+#include "Base/Process/LaunchError.h"
 #include "Tests/Core/RuntimeClientWorld.h"
 #include <QScopeGuard>
 #include <QTemporaryDir>
@@ -94,7 +94,7 @@ TEST_F(RuntimeClient, aLaunchFailureIsThrownInTheSystemsWordsAndChangesNothing)
     const auto messageOf = [this](const QString &executable) {
         try {
             client->startGUI({.executableURL = QUrl::fromLocalFile(executable), .leadingArguments = {}});
-        } catch (const VeranoxError &error) {
+        } catch (const LocalizedError &error) {
             return error.localizedDescription();
         }
         return u"started"_s;

@@ -1,6 +1,6 @@
 // How the store gets to a service that answers.
-#include "Base/Failures/VeranoxCancellation.h"
-#include "Base/Process/VeranoxLaunchError.h"
+#include "Base/Failures/Cancellation.h"
+#include "Base/Process/LaunchError.h"
 #include "Tests/Support/StoreWorld.h"
 
 using namespace Qt::StringLiterals;
@@ -108,7 +108,7 @@ TEST_F(StoreServiceStart, aChildThatSomebodyStopsIsNoLongerWaitedFor)
 TEST_F(StoreServiceStart, aLaunchFailureIsToldInTheSystemsWords)
 {
     service->health.answer(false);
-    runtime->failLaunch(VeranoxLaunchError(u"/opt/veranox/veranox"_s, EACCES));
+    runtime->failLaunch(LaunchError(u"/opt/veranox/veranox"_s, EACCES));
     ensure();
     world.run();
     const QString message = u"/opt/veranox/veranox could not be started: Permission denied."_s;
@@ -121,7 +121,7 @@ TEST_F(StoreServiceStart, aLaunchFailureIsToldInTheSystemsWords)
 TEST_F(StoreServiceStart, aCancelledLaunchEndsSilently)
 {
     service->health.answer(false);
-    runtime->failLaunch(VeranoxCancellation());
+    runtime->failLaunch(Cancellation());
     const auto start = ensure();
     world.run();
     EXPECT_TRUE(start.finished());

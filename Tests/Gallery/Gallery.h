@@ -1,5 +1,5 @@
 #pragma once
-#include "Controls/VeranoxQmlEngine.h"
+#include "Controls/QmlEngine.h"
 #include "Tests/Support/FixedTheme.h"
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -13,7 +13,7 @@ public:
 
     bool isDark() const { return m_theme.isDark(); }
     void setDark(bool dark) { m_theme.setDark(dark); }
-    VeranoxQmlEngine &engine() { return m_engine; }
+    QmlEngine &engine() { return m_engine; }
 
     // Draws an item of the size that it wants, after so many milliseconds.
     void draw(const QString &name, std::unique_ptr<QQuickItem> item, int after = 0);
@@ -21,5 +21,5 @@ public:
 private:
     QString m_folder;
     FixedTheme m_theme{false};
-    VeranoxQmlEngine m_engine{m_theme};
+    QmlEngine m_engine{m_theme};
 };

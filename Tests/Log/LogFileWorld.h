@@ -1,6 +1,6 @@
 // A log file in a folder of its own, in virtual time.
 #pragma once
-#include "Base/Failures/VeranoxError.h"
+#include "Base/Failures/LocalizedError.h"
 #include "Log/VeranoxRuntimeLogFile.h"
 #include "Tests/Support/QtPrinters.h"
 #include "Tests/Support/VirtualTime.h"
@@ -105,7 +105,7 @@ private:
         try {
             co_await file->append(std::move(entries));
             result.reset();
-        } catch (const VeranoxError &error) {
+        } catch (const LocalizedError &error) {
             result = error.localizedDescription();
         }
     }
@@ -117,7 +117,7 @@ private:
         try {
             loaded = co_await file->loadRecent(limit);
             result.reset();
-        } catch (const VeranoxError &error) {
+        } catch (const LocalizedError &error) {
             result = error.localizedDescription();
         }
     }

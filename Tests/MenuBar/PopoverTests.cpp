@@ -56,7 +56,7 @@ protected:
 
     NoWarnings noWarnings;
     FixedTheme theme{false};
-    VeranoxQmlEngine engine{theme};
+    QmlEngine engine{theme};
     std::unique_ptr<VeranoxMenuPopover> popover;
     QStringList copied;
     int quitRequests = 0;

@@ -1,4 +1,4 @@
-#include "Controls/VeranoxQmlEngine.h"
+#include "Controls/QmlEngine.h"
 #include "MenuBar/VeranoxStatusItemController.h"
 #include "Platform/StatusItem.h"
 #include "Platform/SystemTheme.h"
@@ -69,7 +69,7 @@ protected:
     }
 
     FakeTheme theme;
-    VeranoxQmlEngine engine{theme};
+    QmlEngine engine{theme};
     std::unique_ptr<VeranoxStatusItemController> controller;
     FakeStatusItem *item = nullptr; // the controller's
     bool trayIsThere = true;

@@ -7,7 +7,7 @@
 #include "API/Records/VeranoxFeedback.h"
 #include "API/Records/VeranoxPathReport.h"
 #include "API/Records/VeranoxProfileAction.h"
-#include "Base/Failures/VeranoxCancellation.h"
+#include "Base/Failures/Cancellation.h"
 #include "Base/Jobs/Jobs.h"
 #include "Base/Json/Json.h"
 #include <expected>
@@ -87,7 +87,7 @@ private:
         if constexpr (std::is_same_v<Failure, VeranoxAPIFailure>)
             return VeranoxAPIFailure::cancelled();
         else
-            return std::make_exception_ptr(VeranoxCancellation());
+            return std::make_exception_ptr(Cancellation());
     }
 
     jobs::MainQueue &m_queue;

@@ -1,6 +1,6 @@
 // A window off screen in which QML is tried; every warning of Qt's fails the test.
 #pragma once
-#include "Controls/VeranoxQmlEngine.h"
+#include "Controls/QmlEngine.h"
 #include "Tests/Support/FixedTheme.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QGuiApplication>
@@ -81,7 +81,7 @@ protected:
 
     NoWarnings noWarnings;
     FixedTheme theme{false};
-    VeranoxQmlEngine engine{theme};
+    QmlEngine engine{theme};
     QQmlEngine &made = engine.engine(); // chooses how windows are drawn, and so comes before the first one
     QQuickWindow window;
     std::unique_ptr<QQuickItem> shown;

@@ -1,6 +1,6 @@
 #pragma once
+#include "Base/Json/DecodingError.h"
 #include "Base/Json/Json.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include "Tests/Support/QtPrinters.h"
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -36,12 +36,12 @@ inline QJsonObject without(QJsonObject object, const QString &key)
 }
 
 // The failure of decoding, or nothing if it succeeds.
-template <class Value> std::optional<VeranoxDecodingError> failure(const QByteArray &json)
+template <class Value> std::optional<DecodingError> failure(const QByteArray &json)
 {
     try {
         std::ignore = decodeRecord<Value>(json);
         return std::nullopt;
-    } catch (const VeranoxDecodingError &error) {
+    } catch (const DecodingError &error) {
         return error;
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
+#include "Base/Json/DecodingError.h"
 #include "Base/Json/Json.h"
-#include "Base/Json/VeranoxDecodingError.h"
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -19,7 +19,7 @@ template <class Value> std::optional<Value> decoded(const std::uint8_t *data, st
 {
     try {
         return decodeRecord<Value>(QByteArray(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)));
-    } catch (const VeranoxDecodingError &error) {
+    } catch (const DecodingError &error) {
         require(!error.expected().isEmpty() && !error.found().isEmpty());
         return std::nullopt;
     }

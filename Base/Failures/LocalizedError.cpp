@@ -1,6 +1,6 @@
-#include "Base/Failures/VeranoxError.h"
+#include "Base/Failures/LocalizedError.h"
 
-const char *VeranoxError::what() const noexcept
+const char *LocalizedError::what() const noexcept
 {
     try {
         if (m_what.isNull())

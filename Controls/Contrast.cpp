@@ -1,4 +1,4 @@
-#include "Controls/VeranoxContrast.h"
+#include "Controls/Contrast.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,14 +25,14 @@ QColor shade(const QColor &color, float lightness)
 
 } // namespace
 
-double VeranoxContrast::between(const QColor &one, const QColor &other)
+double Contrast::between(const QColor &one, const QColor &other)
 {
     const double a = luminance(one);
     const double b = luminance(other);
     return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
-QColor VeranoxContrast::reach(const QColor &color, const QColor &other, double ratio)
+QColor Contrast::reach(const QColor &color, const QColor &other, double ratio)
 {
     if (between(color, other) >= ratio)
         return color;

@@ -3,7 +3,7 @@
 
 // The soft shadow of the rounded panel that lies in its middle, `extent` pixels from each edge. Painted once for each
 // size: software has no blur.
-class VeranoxSoftShadow : public QQuickPaintedItem {
+class SoftShadow : public QQuickPaintedItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(SoftShadow)
     Q_PROPERTY(double extent MEMBER m_extent NOTIFY changed)
@@ -11,7 +11,7 @@ class VeranoxSoftShadow : public QQuickPaintedItem {
     Q_PROPERTY(double strength MEMBER m_strength NOTIFY changed)
 
 public:
-    explicit VeranoxSoftShadow(QQuickItem *parent = nullptr);
+    explicit SoftShadow(QQuickItem *parent = nullptr);
 
     void paint(QPainter *painter) override;
 

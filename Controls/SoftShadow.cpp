@@ -1,12 +1,12 @@
-#include "Controls/VeranoxSoftShadow.h"
+#include "Controls/SoftShadow.h"
 #include <QPainter>
 
-VeranoxSoftShadow::VeranoxSoftShadow(QQuickItem *parent) : QQuickPaintedItem(parent)
+SoftShadow::SoftShadow(QQuickItem *parent) : QQuickPaintedItem(parent)
 {
-    connect(this, &VeranoxSoftShadow::changed, this, [this] { update(); });
+    connect(this, &SoftShadow::changed, this, [this] { update(); });
 }
 
-void VeranoxSoftShadow::paint(QPainter *painter)
+void SoftShadow::paint(QPainter *painter)
 {
     constexpr double drop = 1.0 / 6; // of the extent: the light comes from above
     const double shift = m_extent * drop;

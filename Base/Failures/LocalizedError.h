@@ -4,7 +4,7 @@
 #include <exception>
 
 // Base of every failure that a job of this application throws.
-class VeranoxError : public std::exception {
+class LocalizedError : public std::exception {
 public:
     // One finished sentence for a person.
     virtual QString localizedDescription() const = 0;

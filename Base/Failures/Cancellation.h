@@ -1,8 +1,8 @@
 #pragma once
-#include "Base/Failures/VeranoxError.h"
+#include "Base/Failures/LocalizedError.h"
 
 // The waiting job was cancelled. Callers stay silent; the text is for a debugger.
-class VeranoxCancellation final : public VeranoxError {
+class Cancellation final : public LocalizedError {
 public:
     QString localizedDescription() const override;
 };

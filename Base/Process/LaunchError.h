@@ -1,11 +1,11 @@
 #pragma once
-#include "Base/Failures/VeranoxError.h"
+#include "Base/Failures/LocalizedError.h"
 
 // A program that the system would not start.
-class VeranoxLaunchError final : public VeranoxError {
+class LaunchError final : public LocalizedError {
 public:
     // `code` is the system's error number.
-    VeranoxLaunchError(QString executable, int code);
+    LaunchError(QString executable, int code);
 
     // Names the program and gives the reason in the system's words.
     QString localizedDescription() const override;

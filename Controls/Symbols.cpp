@@ -1,4 +1,4 @@
-#include "Controls/VeranoxSymbols.h"
+#include "Controls/Symbols.h"
 #include <QFontDatabase>
 #include <algorithm>
 
@@ -18,13 +18,13 @@ constexpr Glyph glyphs[] = {
 
 } // namespace
 
-VeranoxSymbols::VeranoxSymbols(QObject *parent) : QObject(parent)
+Symbols::Symbols(QObject *parent) : QObject(parent)
 {
     const int font = QFontDatabase::addApplicationFont(u":/Veranox/Controls/symbols.ttf"_s);
     m_family = QFontDatabase::applicationFontFamilies(font).value(0);
 }
 
-QString VeranoxSymbols::glyph(const QString &name)
+QString Symbols::glyph(const QString &name)
 {
     const auto found = std::ranges::lower_bound(glyphs, name, {}, &Glyph::symbol);
     if (found == std::end(glyphs) || found->symbol != name)

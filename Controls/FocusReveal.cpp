@@ -1,19 +1,19 @@
-#include "Controls/VeranoxFocusReveal.h"
+#include "Controls/FocusReveal.h"
 #include <QGuiApplication>
 
-void VeranoxFocusReveal::setFlickable(QQuickItem *flickable)
+void FocusReveal::setFlickable(QQuickItem *flickable)
 {
     if (flickable == m_flickable)
         return;
     disconnect(m_windows);
     m_flickable = flickable;
     if (flickable)
-        m_windows = connect(flickable, &QQuickItem::windowChanged, this, &VeranoxFocusReveal::follow);
+        m_windows = connect(flickable, &QQuickItem::windowChanged, this, &FocusReveal::follow);
     follow(flickable ? flickable->window() : nullptr);
     Q_EMIT flickableChanged();
 }
 
-void VeranoxFocusReveal::follow(QQuickWindow *window)
+void FocusReveal::follow(QQuickWindow *window)
 {
     disconnect(m_focus);
     if (!window)
@@ -24,7 +24,7 @@ void VeranoxFocusReveal::follow(QQuickWindow *window)
     });
 }
 
-void VeranoxFocusReveal::reveal(const QQuickItem *focused)
+void FocusReveal::reveal(const QQuickItem *focused)
 {
     const auto *content = m_flickable ? m_flickable->property("contentItem").value<QQuickItem *>() : nullptr;
     if (!content || !focused || focused == content || !content->isAncestorOf(focused))

@@ -9,13 +9,13 @@ class QQuickItem;
 
 // The engine behind every window. It is made when the first window asks for it: an icon that nobody clicks on does not
 // pay for it. Main thread only.
-class VeranoxQmlEngine {
+class QmlEngine {
 public:
     // The theme outlives the engine.
-    explicit VeranoxQmlEngine(SystemTheme &theme);
-    ~VeranoxQmlEngine();
-    VeranoxQmlEngine(const VeranoxQmlEngine &) = delete;
-    VeranoxQmlEngine &operator=(const VeranoxQmlEngine &) = delete;
+    explicit QmlEngine(SystemTheme &theme);
+    ~QmlEngine();
+    QmlEngine(const QmlEngine &) = delete;
+    QmlEngine &operator=(const QmlEngine &) = delete;
 
     // The engine, which knows the controls. Every window is drawn by the processor from then on.
     QQmlEngine &engine();

@@ -5,7 +5,7 @@
 
 // Scrolls a Flickable to what the keyboard comes to in it, with some room around. What the pointer presses stays where
 // it is.
-class VeranoxFocusReveal : public QObject {
+class FocusReveal : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(FocusReveal)
     Q_PROPERTY(QQuickItem *flickable READ flickable WRITE setFlickable NOTIFY flickableChanged)

@@ -1,11 +1,11 @@
-#include "Base/Failures/VeranoxFailure.h"
-#include "Base/Failures/VeranoxCancellation.h"
+#include "Base/Failures/Failure.h"
+#include "Base/Failures/Cancellation.h"
 
 QString describeFailure(const std::exception_ptr &failure)
 {
     try {
         std::rethrow_exception(failure);
-    } catch (const VeranoxError &error) {
+    } catch (const LocalizedError &error) {
         return error.localizedDescription();
     } catch (const std::exception &error) {
         return QString::fromUtf8(error.what());
@@ -16,7 +16,7 @@ bool isCancellation(const std::exception_ptr &failure)
 {
     try {
         std::rethrow_exception(failure);
-    } catch (const VeranoxCancellation &) {
+    } catch (const Cancellation &) {
         return true;
     } catch (const std::exception &) {
         return false;

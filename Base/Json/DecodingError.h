@@ -1,12 +1,12 @@
 #pragma once
-#include "Base/Failures/VeranoxError.h"
+#include "Base/Failures/LocalizedError.h"
 
 // JSON from the service that does not have the shape of the record it should be.
-class VeranoxDecodingError final : public VeranoxError {
+class DecodingError final : public LocalizedError {
 public:
     // `place` is a path such as "[3].status.ok", or empty for the whole text; `expected` and `found` are kinds of
     // values such as "a number" and "text".
-    VeranoxDecodingError(QString place, QString expected, QString found);
+    DecodingError(QString place, QString expected, QString found);
 
     QString localizedDescription() const override;
 

@@ -1,15 +1,15 @@
-#include "Base/Json/VeranoxDecodingError.h"
+#include "Base/Json/DecodingError.h"
 
 using namespace Qt::StringLiterals;
 
-VeranoxDecodingError::VeranoxDecodingError(QString place, QString expected, QString found)
+DecodingError::DecodingError(QString place, QString expected, QString found)
     : m_place(std::move(place)),
       m_expected(std::move(expected)),
       m_found(std::move(found))
 {
 }
 
-QString VeranoxDecodingError::localizedDescription() const
+QString DecodingError::localizedDescription() const
 {
     const QString where = m_place.isEmpty() ? QString() : u" at "_s + m_place;
     return u"The answer of Veranox's local service could not be read: expected "_s + m_expected + where + u", found "_s

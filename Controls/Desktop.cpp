@@ -1,44 +1,44 @@
-#include "Controls/VeranoxDesktop.h"
+#include "Controls/Desktop.h"
 #include "Platform/SystemTheme.h"
 #include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQmlEngine>
 
-VeranoxDesktop *VeranoxDesktop::create(QQmlEngine *engine, QJSEngine *)
+Desktop *Desktop::create(QQmlEngine *engine, QJSEngine *)
 {
     auto *theme = engine->property(themeProperty).value<SystemTheme *>();
     if (!theme)
         qFatal("The engine does not know the desktop's theme.");
-    return new VeranoxDesktop(*theme); // the engine's
+    return new Desktop(*theme); // the engine's
 }
 
-VeranoxDesktop::VeranoxDesktop(SystemTheme &theme, QObject *parent) : QObject(parent), m_theme(theme)
+Desktop::Desktop(SystemTheme &theme, QObject *parent) : QObject(parent), m_theme(theme)
 {
-    connect(&m_theme, &SystemTheme::changed, this, &VeranoxDesktop::changed);
+    connect(&m_theme, &SystemTheme::changed, this, &Desktop::changed);
 }
 
-bool VeranoxDesktop::dark() const
+bool Desktop::dark() const
 {
     return m_theme.isDark();
 }
 
-bool VeranoxDesktop::reducedMotion() const
+bool Desktop::reducedMotion() const
 {
     return m_theme.prefersReducedMotion();
 }
 
-QColor VeranoxDesktop::accent() const
+QColor Desktop::accent() const
 {
     return m_theme.accent().value_or(QColor());
 }
 
-QString VeranoxDesktop::family() const
+QString Desktop::family() const
 {
     return QGuiApplication::font().family();
 }
 
-QString VeranoxDesktop::fixedFamily() const
+QString Desktop::fixedFamily() const
 {
     return QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
 }

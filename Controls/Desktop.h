@@ -8,7 +8,7 @@ class QJSEngine;
 class QQmlEngine;
 
 // What the desktop asks of every window, live, for QML. One for each engine.
-class VeranoxDesktop final : public QObject {
+class Desktop final : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(Desktop)
     QML_SINGLETON
@@ -22,10 +22,10 @@ public:
     // The property of the engine that holds the SystemTheme.
     static constexpr const char *themeProperty = "veranoxTheme";
 
-    static VeranoxDesktop *create(QQmlEngine *engine, QJSEngine *);
+    static Desktop *create(QQmlEngine *engine, QJSEngine *);
 
     // The theme outlives the engine.
-    explicit VeranoxDesktop(SystemTheme &theme, QObject *parent = nullptr);
+    explicit Desktop(SystemTheme &theme, QObject *parent = nullptr);
 
     bool dark() const;
     bool reducedMotion() const;

@@ -1,6 +1,6 @@
-#include "Controls/VeranoxQmlEngine.h"
-#include "Controls/VeranoxControlAccessible.h"
-#include "Controls/VeranoxDesktop.h"
+#include "Controls/QmlEngine.h"
+#include "Controls/ControlAccessible.h"
+#include "Controls/Desktop.h"
 #include "Platform/SystemTheme.h"
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -12,17 +12,17 @@ using namespace Qt::StringLiterals;
 
 void qml_register_types_Veranox_Controls(); // made by the build
 
-VeranoxQmlEngine::VeranoxQmlEngine(SystemTheme &theme) : m_theme(theme) { }
+QmlEngine::QmlEngine(SystemTheme &theme) : m_theme(theme) { }
 
-VeranoxQmlEngine::~VeranoxQmlEngine() = default;
+QmlEngine::~QmlEngine() = default;
 
-QQmlEngine &VeranoxQmlEngine::engine()
+QQmlEngine &QmlEngine::engine()
 {
     if (m_engine)
         return *m_engine;
     static std::once_flag typesAreRegistered; // for the whole process
     std::call_once(typesAreRegistered, qml_register_types_Veranox_Controls);
-    VeranoxControlAccessible::install();
+    ControlAccessible::install();
     // Small windows that rarely change: drawn by the processor they take a third of the memory that a graphics context
     // does, and no driver can spoil them.
     if (QQuickWindow::sceneGraphBackend() != "software"_L1)
@@ -30,11 +30,11 @@ QQmlEngine &VeranoxQmlEngine::engine()
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     m_engine = std::make_unique<QQmlEngine>();
     m_engine->addImportPath(u"qrc:/"_s); // Qt looks there by itself from 6.5 on
-    m_engine->setProperty(VeranoxDesktop::themeProperty, QVariant::fromValue(&m_theme));
+    m_engine->setProperty(Desktop::themeProperty, QVariant::fromValue(&m_theme));
     return *m_engine;
 }
 
-std::unique_ptr<QQuickItem> VeranoxQmlEngine::create(const QUrl &file, const QVariantMap &properties)
+std::unique_ptr<QQuickItem> QmlEngine::create(const QUrl &file, const QVariantMap &properties)
 {
     QQmlComponent component(&engine(), file);
     if (!component.isReady())

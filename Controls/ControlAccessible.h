@@ -6,9 +6,9 @@ class QQuickItem;
 
 // A button or check box as assistive programs see it. Unlike Qt's own up to 6.4 it says when the control is disabled.
 // The words and what an action does are those of the control's Accessible properties.
-class VeranoxControlAccessible final : public QAccessibleObject, public QAccessibleActionInterface {
+class ControlAccessible final : public QAccessibleObject, public QAccessibleActionInterface {
 public:
-    explicit VeranoxControlAccessible(QQuickItem *item);
+    explicit ControlAccessible(QQuickItem *item);
 
     // Has Qt ask this class about buttons and check boxes from then on. Any number of calls do what one does.
     static void install();

@@ -4,7 +4,7 @@
 #include <QtQml/qqmlregistration.h>
 
 // Colours that stand out from each other, as the web accessibility guidelines measure it, for QML.
-class VeranoxContrast final : public QObject {
+class Contrast final : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(Contrast)
     QML_SINGLETON

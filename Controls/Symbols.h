@@ -4,14 +4,14 @@
 #include <QtQml/qqmlregistration.h>
 
 // The symbols that views name, such as "arrow.clockwise", as glyphs of the embedded font. Main thread only.
-class VeranoxSymbols final : public QObject {
+class Symbols final : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(Symbols)
     QML_SINGLETON
     Q_PROPERTY(QString family READ family CONSTANT)
 
 public:
-    explicit VeranoxSymbols(QObject *parent = nullptr);
+    explicit Symbols(QObject *parent = nullptr);
 
     // The font family that has the glyphs.
     QString family() const { return m_family; }

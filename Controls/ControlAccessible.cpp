@@ -1,4 +1,4 @@
-#include "Controls/VeranoxControlAccessible.h"
+#include "Controls/ControlAccessible.h"
 #include <QAccessible>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -16,7 +16,7 @@ QAccessibleInterface *make(const QString &className, QObject *object)
     // Asked for each class of the object, the most special one first.
     if (className != buttonClass && className != checkBoxClass)
         return nullptr;
-    return new VeranoxControlAccessible(qobject_cast<QQuickItem *>(object)); // Qt's cache owns it
+    return new ControlAccessible(qobject_cast<QQuickItem *>(object)); // Qt's cache owns it
 }
 
 QRectF onScene(const QQuickItem &item)
@@ -34,23 +34,23 @@ void tellDisabled(QObject *control)
 
 } // namespace
 
-void VeranoxControlAccessible::install()
+void ControlAccessible::install()
 {
     static std::once_flag installed; // for the whole process
     std::call_once(installed, [] { QAccessible::installFactory(make); });
 }
 
-VeranoxControlAccessible::VeranoxControlAccessible(QQuickItem *item) : QAccessibleObject(item)
+ControlAccessible::ControlAccessible(QQuickItem *item) : QAccessibleObject(item)
 {
     QObject::connect(item, &QQuickItem::enabledChanged, item, [item] { tellDisabled(item); });
 }
 
-QQuickItem *VeranoxControlAccessible::item() const
+QQuickItem *ControlAccessible::item() const
 {
     return static_cast<QQuickItem *>(object());
 }
 
-QObject *VeranoxControlAccessible::words() const
+QObject *ControlAccessible::words() const
 {
     const QObjectList &parts = item()->children();
     const auto found =
@@ -58,18 +58,18 @@ QObject *VeranoxControlAccessible::words() const
     return found == parts.end() ? nullptr : *found;
 }
 
-QString VeranoxControlAccessible::said(const char *property) const
+QString ControlAccessible::said(const char *property) const
 {
     const QObject *properties = words();
     return properties ? properties->property(property).toString() : QString();
 }
 
-QWindow *VeranoxControlAccessible::window() const
+QWindow *ControlAccessible::window() const
 {
     return item()->window();
 }
 
-QRect VeranoxControlAccessible::rect() const
+QRect ControlAccessible::rect() const
 {
     if (!item()->window())
         return {};
@@ -77,7 +77,7 @@ QRect VeranoxControlAccessible::rect() const
     return {item()->window()->mapToGlobal(place.topLeft()), place.size()};
 }
 
-QAccessibleInterface *VeranoxControlAccessible::parent() const
+QAccessibleInterface *ControlAccessible::parent() const
 {
     const QQuickWindow *const shownIn = item()->window();
     for (QQuickItem *above = item()->parentItem(); above; above = above->parentItem()) {
@@ -89,7 +89,7 @@ QAccessibleInterface *VeranoxControlAccessible::parent() const
     return nullptr;
 }
 
-QString VeranoxControlAccessible::text(QAccessible::Text text) const
+QString ControlAccessible::text(QAccessible::Text text) const
 {
     switch (text) {
     case QAccessible::Name:
@@ -101,12 +101,12 @@ QString VeranoxControlAccessible::text(QAccessible::Text text) const
     }
 }
 
-QAccessible::Role VeranoxControlAccessible::role() const
+QAccessible::Role ControlAccessible::role() const
 {
     return item()->inherits(checkBoxClass.data()) ? QAccessible::CheckBox : QAccessible::Button;
 }
 
-QAccessible::State VeranoxControlAccessible::state() const
+QAccessible::State ControlAccessible::state() const
 {
     QAccessible::State state;
     const bool enabled = item()->isEnabled();
@@ -121,7 +121,7 @@ QAccessible::State VeranoxControlAccessible::state() const
     return state;
 }
 
-bool VeranoxControlAccessible::isOffScreen() const
+bool ControlAccessible::isOffScreen() const
 {
     if (!item()->window())
         return true;
@@ -134,12 +134,12 @@ bool VeranoxControlAccessible::isOffScreen() const
     return false;
 }
 
-void *VeranoxControlAccessible::interface_cast(QAccessible::InterfaceType type)
+void *ControlAccessible::interface_cast(QAccessible::InterfaceType type)
 {
     return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
 }
 
-QStringList VeranoxControlAccessible::actionNames() const
+QStringList ControlAccessible::actionNames() const
 {
     if (!item()->isEnabled())
         return {};
@@ -148,7 +148,7 @@ QStringList VeranoxControlAccessible::actionNames() const
     return {pressAction(), setFocusAction()};
 }
 
-void VeranoxControlAccessible::doAction(const QString &name)
+void ControlAccessible::doAction(const QString &name)
 {
     if (!item()->isEnabled())
         return;

@@ -1,8 +1,0 @@
-#include "Base/Failures/VeranoxCancellation.h"
-
-using namespace Qt::StringLiterals;
-
-QString VeranoxCancellation::localizedDescription() const
-{
-    return u"The request was cancelled."_s;
-}

@@ -6,6 +6,7 @@
 #include "API/Records/VeranoxEnvironment.h"
 #include "API/Records/VeranoxProfile.h"
 #include "API/Records/VeranoxPublication.h"
+#include "API/Records/VeranoxTunnel.h"
 #include "Tests/Support/HostileServer.h"
 #include "Tests/Support/MainThreadHeartbeat.h"
 #include "Tests/Support/QtPrinters.h"

@@ -5,6 +5,7 @@
 #include "API/Records/VeranoxFeedback.h"
 #include "API/Records/VeranoxPathReport.h"
 #include "API/Records/VeranoxProfileAction.h"
+#include "API/Records/VeranoxTunnel.h"
 #include "Tests/API/ApiClientTest.h"
 #include <gmock/gmock.h>
 

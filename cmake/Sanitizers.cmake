@@ -15,3 +15,9 @@ elseif(VERANOX_SANITIZER)
 endif()
 add_compile_options(${flags})
 add_link_options(${flags})
+
+if(VERANOX_FUZZERS)
+  # Fuzzers are led by the branches that our own code takes; all of it, so that it agrees with its precompiled headers.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_link_options(-fsanitize=fuzzer-no-link)
+endif()

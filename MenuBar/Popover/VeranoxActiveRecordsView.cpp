@@ -9,10 +9,10 @@ constexpr qint64 mostRows = 6;
 
 } // namespace
 
-VeranoxActiveRecordsView::VeranoxActiveRecordsView(jobs::MainQueue &queue, VeranoxStore &store, const QString &noun,
+VeranoxActiveRecordsView::VeranoxActiveRecordsView(jobs::MainQueue &queue, VeranoxStore &store, QString noun,
     VeranoxRowOperations operations, std::function<void(const QString &)> copyText)
     : m_store(store),
-      m_noun(noun),
+      m_noun(std::move(noun)),
       m_commands(queue, std::move(operations), std::move(copyText))
 {
     connect(&m_commands, &VeranoxRowCommands::changed, this, &VeranoxActiveRecordsView::show);

@@ -41,8 +41,8 @@ Q_SIGNALS:
 
 protected:
     // The store outlives the view. The noun is that of many. What inherits calls show() once, when it stands.
-    VeranoxActiveRecordsView(jobs::MainQueue &queue, VeranoxStore &store, const QString &noun,
-        VeranoxRowOperations operations, std::function<void(const QString &)> copyText);
+    VeranoxActiveRecordsView(jobs::MainQueue &queue, VeranoxStore &store, QString noun, VeranoxRowOperations operations,
+        std::function<void(const QString &)> copyText);
 
     // Presents what the store holds. Called again whenever what follow() reads, or what is under way in a row, has
     // become another.

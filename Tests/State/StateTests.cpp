@@ -66,7 +66,7 @@ TEST(VeranoxState, tellsItsObserverAfterEachWriteThatFailuresShowIn)
     busy.clear();
     state.setIsRefreshing(true);
     state.setRouterNeedsRestart(true);
-    EXPECT_EQ(busy, QList<bool>());
+    EXPECT_TRUE(busy.isEmpty());
 }
 
 TEST(VeranoxState, adoptsAListAsAnotherGeneration)

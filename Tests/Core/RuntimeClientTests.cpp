@@ -47,7 +47,7 @@ TEST_F(RuntimeClient, tellsOfTheStartTheLinesAndTheEnd)
 TEST_F(RuntimeClient, passesTheSubcommandAfterTheLeadingArguments)
 {
     EXPECT_EQ(client->staleGUICommandLine(doing({u"stay"_s})),
-        QStringLiteral(SERVICE_DOUBLE) + u" stay gui serve --listen 127.0.0.1:43299"_s);
+        QStringLiteral(SERVICE_DOUBLE) + u" stay gui serve --listen "_s + ownAddress());
 }
 
 TEST_F(RuntimeClient, aSignalDeathCountsAsShellsCountIt)

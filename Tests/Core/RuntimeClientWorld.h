@@ -1,6 +1,7 @@
 // A runtime client over real processes, in real time.
 #pragma once
 #include "Core/VeranoxRuntimeClient.h"
+#include "Tests/Core/OwnAddress.h"
 #include "Tests/Support/QtPrinters.h"
 #include "Tests/Support/RealWorld.h"
 #include <QFile>
@@ -13,7 +14,7 @@ class RuntimeClientWorld : public ::testing::Test {
 protected:
     RuntimeClientWorld()
         : session(VeranoxDiagnosticSession::make()),
-          client(std::make_unique<VeranoxRuntimeClient>(world.queue, QStringLiteral("127.0.0.1:43299"), session)),
+          client(std::make_unique<VeranoxRuntimeClient>(world.queue, ownAddress(), session)),
           scope(world.queue)
     {
         client->onOutput = [this](const QString &line) { lines.append(line); };

@@ -19,7 +19,7 @@ protected:
                 .executable = executable, .arguments = arguments, .environment = currentProcessEnvironment()});
     }
 
-    static QStringList service(const QStringList &instructions, const QString &listen = u"127.0.0.1:43299"_s)
+    static QStringList service(const QStringList &instructions, const QString &listen = ownAddress())
     {
         return instructions + QStringList{u"gui"_s, u"serve"_s, u"--listen"_s, listen};
     }
@@ -98,8 +98,9 @@ TEST_F(StaleService, lookAlikesAreNotTouched)
     const std::unique_ptr<ChildProcess> lookAlikes[] = {
         other(executable, service({u"stay"_s}, u"127.0.0.1:43298"_s)),
         other(executable, service({u"stay"_s}) + QStringList{u"--verbose"_s}),
-        other(executable, service({u"stay"_s}, u"127.0.0.1:432990"_s)),
-        other(executable, service({u"stay"_s}, u"127x0x0x1:43299"_s)), // what a dot in a pattern would also match
+        other(executable, service({u"stay"_s}, ownAddress() + u'0')),
+        other(executable,
+            service({u"stay"_s}, ownAddress().replace(u'.', u'x'))), // what a dot in a pattern would also match
         other(executable, {u"stay"_s}),
         other(copyTo(u"veranox2"_s), service({u"stay"_s})),
         other(copyTo(u"other/veranox"_s), service({u"stay"_s})),

@@ -3,6 +3,7 @@
 #include "Core/VeranoxStore.h"
 #include "Log/VeranoxRuntimeLogFile.h"
 #include "Tests/Core/FloodWatch.h"
+#include "Tests/Core/OwnAddress.h"
 #include "Tests/Support/FakeAPIClient.h"
 #include "Tests/Support/QtPrinters.h"
 #include "Tests/Support/RealWorld.h"
@@ -38,7 +39,7 @@ protected:
         service->health.answer(false);
         store = std::make_unique<VeranoxStore>(world.queue,
             VeranoxStore::Collaborators{.apiClient = std::move(service),
-                .runtimeClient = std::make_unique<VeranoxRuntimeClient>(world.queue, u"127.0.0.1:43299"_s, session),
+                .runtimeClient = std::make_unique<VeranoxRuntimeClient>(world.queue, ownAddress(), session),
                 .cliCommand = VeranoxCommand{.executableURL = QUrl::fromLocalFile(QStringLiteral(SERVICE_DOUBLE)),
                     .leadingArguments = instructions},
                 .diagnostics = session,

@@ -42,7 +42,7 @@ double luminance(const std::string &colour)
 
 double contrast(const std::string &one, const std::string &other)
 {
-    const auto [dark, light] = std::minmax(luminance(one), luminance(other));
+    const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
     return (light + 0.05) / (dark + 0.05);
 }
 

@@ -85,16 +85,16 @@ class Place(unittest.TestCase):
 
 class Command(unittest.TestCase):
     def test_names_neither_checkout_nor_target(self):
-        one = tidy.portable("c++ -DA=\\\"/work/a\\\" -I/work/a/build/debug/x_autogen/include -I/work/a -o x.dir/A.o "
-                            "-include /work/a/build/debug/pch.hxx -c /work/a/A.cpp", "/work/a", "/work/a/build/debug")
+        one = tidy.portable("c++ -DA=\\\"/src/a\\\" -I/src/a/build/debug/x_autogen/include -I/src/a -o x.dir/A.o "
+                            "-include /src/a/build/debug/pch.hxx -c /src/a/A.cpp", "/src/a", "/src/a/build/debug")
         other = tidy.portable("c++ -DA=\\\"/b\\\" -I/b/build/release/y_autogen/include -I/b -o y.dir/A.o "
                               "-include /b/build/release/pch.hxx -c /b/A.cpp", "/b", "/b/build/release")
         self.assertEqual(one, other)
         self.assertNotIn("/work", one)
 
     def test_leaves_a_neighbours_name_alone(self):
-        self.assertEqual(tidy.portable("c++ -I/work/a-b -I/work/ab -I/work/a/c", "/work/a", "/work/a/build/debug"),
-                         "c++ -I/work/a-b -I/work/ab -I<root>/c")
+        self.assertEqual(tidy.portable("c++ -I/src/a-b -I/src/ab -I/src/a/c", "/src/a", "/src/a/build/debug"),
+                         "c++ -I/src/a-b -I/src/ab -I<root>/c")
 
 
 if __name__ == "__main__":

@@ -1,8 +1,10 @@
 // What the store does with tunnels and the service.
 #include "Tests/Support/JobResult.h"
 #include "Tests/Support/StoreWorld.h"
+#include "Tests/Tunnels/TunnelDrafts.h"
 
 using namespace Qt::StringLiterals;
+using tunnel_drafts::draftNamed;
 
 namespace {
 
@@ -11,15 +13,6 @@ using Sentence = std::optional<QString>;
 VeranoxTunnel passwordTunnel(const QString &name)
 {
     return {.name = name, .mode = u"ssh"_s, .sshAuth = u"password"_s};
-}
-
-VeranoxTunnelDraft draftNamed(const QString &name)
-{
-    VeranoxTunnelDraft draft;
-    draft.name = name;
-    draft.profile = u"home"_s;
-    draft.target = u"db:5432"_s;
-    return draft;
 }
 
 } // namespace

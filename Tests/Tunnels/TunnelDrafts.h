@@ -16,6 +16,15 @@ inline Draft nativeDraft()
     return draft;
 }
 
+inline Draft draftNamed(const QString &name)
+{
+    Draft draft;
+    draft.name = name;
+    draft.profile = QStringLiteral("home");
+    draft.target = QStringLiteral("db:5432");
+    return draft;
+}
+
 inline Draft sshDraft(Auth auth)
 {
     Draft draft = nativeDraft();

@@ -1,10 +1,12 @@
 // What a person does with tunnels, without the store.
 #include "Tests/Support/FakeTunnelSecrets.h"
 #include "Tests/Support/SubjectWorld.h"
+#include "Tests/Tunnels/TunnelDrafts.h"
 #include "Tunnels/VeranoxTunnelOperations.h"
 #include "Tunnels/VeranoxTunnelPasswords.h"
 
 using namespace Qt::StringLiterals;
+using tunnel_drafts::draftNamed;
 
 namespace {
 
@@ -16,15 +18,6 @@ const QString unreadable =
 jobs::Async<> ignoring(jobs::Async<VeranoxActionOutcome> operation)
 {
     std::ignore = co_await std::move(operation);
-}
-
-VeranoxTunnelDraft draftNamed(const QString &name)
-{
-    VeranoxTunnelDraft draft;
-    draft.name = name;
-    draft.profile = u"home"_s;
-    draft.target = u"db:5432"_s;
-    return draft;
 }
 
 } // namespace

@@ -35,5 +35,5 @@ private:
 
 inline size_t qHash(const VeranoxSettingsSelection &selection, size_t seed = 0)
 {
-    return qHashMulti(seed, int(selection.section()), selection.profileName());
+    return qHashMulti(seed, static_cast<int>(selection.section()), selection.profileName());
 }

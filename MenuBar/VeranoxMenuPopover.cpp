@@ -72,7 +72,7 @@ void VeranoxMenuPopover::show(const QRect &icon)
     // Before the surface, which changes the height in turn: a height cannot be bounded while it is being worked out.
     m_view->presentation()->adoptScreen(screen->availableGeometry().height());
     const Surface surface = m_isOrdinary ? ordinary : platform::blendsWindows() ? blended : plain;
-    m_content->setProperty("surface", int(surface));
+    m_content->setProperty("surface", static_cast<int>(surface));
     fit();
     m_window->show();
     m_window->raise();

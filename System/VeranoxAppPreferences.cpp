@@ -47,7 +47,7 @@ std::uint32_t VeranoxAppPreferences::storedNumber(const QString &key) const
 {
     const QVariant value = m_defaults->value(key);
     const qint64 number = value.typeId() == QMetaType::LongLong ? value.toLongLong() : 0;
-    return number >= 0 && number <= std::numeric_limits<std::uint32_t>::max() ? std::uint32_t(number) : 0;
+    return std::in_range<std::uint32_t>(number) ? static_cast<std::uint32_t>(number) : 0;
 }
 
 void VeranoxAppPreferences::setStartServiceOnLaunch(bool on)
@@ -81,8 +81,8 @@ void VeranoxAppPreferences::setCustomSettingsShortcut(
     m_customKeyCode = keyCode;
     m_customModifiers = carbonModifiers;
     m_defaults->setValue(key::customTitle, title);
-    m_defaults->setValue(key::customKeyCode, qint64(keyCode));
-    m_defaults->setValue(key::customModifiers, qint64(carbonModifiers));
+    m_defaults->setValue(key::customKeyCode, static_cast<qint64>(keyCode));
+    m_defaults->setValue(key::customModifiers, static_cast<qint64>(carbonModifiers));
 }
 
 void VeranoxAppPreferences::setLaunchAtLogin(bool enabled)

@@ -26,7 +26,7 @@ constexpr double badgeY = 15.5;
 class Layout {
 public:
     explicit Layout(int pixels)
-        : m_scale(double(pixels) / veranoxMenuBarIconSize),
+        : m_scale(static_cast<double>(pixels) / veranoxMenuBarIconSize),
           m_left(std::round((pixels - veranoxMenuBarMarkWidth * m_scale) / 2)),
           m_lineWidth(std::max(1.0, std::round(lineWidth * m_scale))),
           m_middleY(onLine(pixels / 2.0))

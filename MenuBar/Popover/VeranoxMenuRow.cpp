@@ -20,7 +20,7 @@ template <class Record> VeranoxMenuRow rowOf(const Record &record, const Veranox
     row.title = orElse(record.displayName, record.name);
     row.accent = surroundings.accent;
     row.target = record.target;
-    row.mark = int(indicator.mark());
+    row.mark = static_cast<int>(indicator.mark());
     row.tone = indicator.color();
     row.stateText = indicator.help();
     row.isOn = !record.disabled;

@@ -69,7 +69,7 @@ BusSingleInstance::Answer BusSingleInstance::callOther() const
     auto call = QDBusMessage::createMethodCall(service, path, u"org.freedesktop.Application"_s, u"Activate"_s);
     call << platformData();
     call.setAutoStartService(false);
-    const QDBusMessage reply = m_bus.call(call, QDBus::Block, int(m_timeout.count()));
+    const QDBusMessage reply = m_bus.call(call, QDBus::Block, static_cast<int>(m_timeout.count()));
     if (reply.type() == QDBusMessage::ReplyMessage)
         return Answer::given;
     return QDBusError(reply).type() == QDBusError::ServiceUnknown ? Answer::noSuchProcess : Answer::none;

@@ -50,7 +50,7 @@ std::optional<QColor> accentFrom(const QVariant &value)
     const auto isPart = [](double part) { return part >= 0 && part <= 1; };
     if (!isPart(red) || !isPart(green) || !isPart(blue))
         return std::nullopt;
-    return QColor::fromRgbF(float(red), float(green), float(blue));
+    return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue));
 }
 
 // A factor that is written as a text; 0 for no motion.
@@ -129,9 +129,8 @@ void DesktopTheme::adopt(const QString &group, const QString &key, const QVarian
 
 DesktopTheme::Scheme DesktopTheme::schemeFrom(const QVariant &value)
 {
-    const uint scheme = value.toUInt();
-    const bool isKnown = scheme == uint(Scheme::dark) || scheme == uint(Scheme::light);
-    return isKnown ? Scheme(scheme) : Scheme::noPreference;
+    const auto scheme = static_cast<Scheme>(value.toUInt());
+    return scheme == Scheme::dark || scheme == Scheme::light ? scheme : Scheme::noPreference;
 }
 
 void DesktopTheme::noteChange()

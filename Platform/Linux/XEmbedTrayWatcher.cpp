@@ -14,9 +14,9 @@ struct Free {
 xcb_atom_t internAtom(xcb_connection_t *connection, const QByteArray &name)
 {
     constexpr quint8 onlyIfExists = 0;
-    const auto cookie = xcb_intern_atom(connection, onlyIfExists, quint16(name.size()), name.constData());
+    const auto cookie = xcb_intern_atom(connection, onlyIfExists, static_cast<quint16>(name.size()), name.constData());
     const std::unique_ptr<xcb_intern_atom_reply_t, Free> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 // Events that came through SendEvent carry this bit in their type.

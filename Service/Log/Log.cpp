@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <poll.h>
 #include <unistd.h>
+#include <utility>
 
 namespace veranox {
 
@@ -62,7 +63,7 @@ bool DescriptorLogSink::write(std::string_view text) const
     for (;;) {
         const ssize_t count = ::write(m_descriptor, text.data(), text.size());
         if (count >= 0 || errno != EINTR)
-            return count == static_cast<ssize_t>(text.size());
+            return std::cmp_equal(count, text.size());
     }
 }
 

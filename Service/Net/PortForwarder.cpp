@@ -48,7 +48,7 @@ void PortForwarder::stop()
     m_acceptor.close(ignored);
     m_wake.cancel();
     for (const std::shared_ptr<Relay> &relay : m_relays)
-        relay->reset();
+        relay->cut();
 }
 
 asio::awaitable<void> PortForwarder::acceptConnections(std::shared_ptr<PortForwarder> self)

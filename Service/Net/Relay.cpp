@@ -56,7 +56,7 @@ asio::awaitable<void> Relay::run(std::shared_ptr<Relay> self)
         socket.close(ignored);
 }
 
-void Relay::reset()
+void Relay::cut()
 {
     for (StreamSocket &socket : m_sockets)
         if (socket.is_open())
@@ -77,7 +77,7 @@ asio::awaitable<void> Relay::carry(std::size_t from)
         }
         if (flow != Conduit::Flow::moved) {
             if (flow == Conduit::Flow::failed)
-                reset();
+                cut();
             break;
         }
         const bool isDelivered = co_await drain(from);
@@ -98,7 +98,7 @@ asio::awaitable<bool> Relay::drain(std::size_t from)
     while (!conduit.isEmpty()) {
         const Conduit::Flow flow = sink.is_open() ? conduit.drain(sink.native_handle()) : Conduit::Flow::failed;
         if (flow == Conduit::Flow::failed) {
-            reset();
+            cut();
             co_return false;
         }
         if (flow == Conduit::Flow::wouldBlock)
@@ -115,7 +115,7 @@ asio::awaitable<void> Relay::watch(std::shared_ptr<Relay> self, std::size_t side
     if (failure || !socket.is_open())
         co_return;
     if (hasFailed(socket.native_handle()))
-        self->reset();
+        self->cut();
 }
 
 } // namespace veranox

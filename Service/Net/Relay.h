@@ -22,7 +22,7 @@ public:
     static boost::asio::awaitable<void> run(std::shared_ptr<Relay> self);
 
     /// Ends both connections with a reset.
-    void reset();
+    void cut();
 
 private:
     boost::asio::awaitable<void> carry(std::size_t from);

@@ -90,7 +90,7 @@ void SshSession::stop()
     m_error.close(ignored);
     m_child.reset();
     if (m_relay)
-        m_relay->reset();
+        m_relay->cut();
     removeFolder();
 }
 

@@ -47,6 +47,7 @@ class WholeTest(unittest.TestCase):
     def run_test(self, *arguments, fails=""):
         environment = os.environ | {
             "PATH": f"{self.top}/bin:{os.environ['PATH']}", "STATE": self.top, "FAILS": fails}
+        self.write("calls", "")
         run = subprocess.run([os.path.join(self.top, "scripts", "test"), *arguments], env=environment, timeout=60,
                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         with open(os.path.join(self.top, "calls"), encoding="utf-8") as calls:
@@ -60,6 +61,14 @@ class WholeTest(unittest.TestCase):
         self.assertIn("cmake --build --preset tsan --target threaded_test_programs", calls)
         tests = [call.split(" -")[1] for call in calls if call.startswith("ctest")]
         self.assertEqual(tests, ["-preset asan", "-preset tsan", "-preset release"])
+
+    def test_a_unit_test_runs_under_the_sanitizers_or_in_the_release_build(self):
+        for arguments, leaves_out in (((), True), (("--quick",), False)):
+            _, _, calls = self.run_test(*arguments)
+            builds = "cmake --build --preset release --target all unit_test_programs" in calls
+            runs = [call for call in calls if call.startswith("ctest --preset release")]
+            self.assertEqual(len(runs), 1)
+            self.assertEqual(("-LE ^unit(-threads)?$" in runs[0], builds), (leaves_out, not leaves_out), arguments)
 
     def test_quick_leaves_the_sanitizers_out(self):
         status, lines, calls = self.run_test("--quick")

@@ -29,7 +29,7 @@ std::optional<DBusMenuLayout> DBusMenuExporter::layout(int id, int depth, const 
     if (!own)
         return std::nullopt;
     DBusMenuLayout layout{id, pickDBusMenuProperties(*own, names), {}};
-    QMenu *menu = menuOf(id);
+    const QMenu *menu = menuOf(id);
     if (!menu || depth == 0)
         return layout;
     const auto actions = menu->actions();

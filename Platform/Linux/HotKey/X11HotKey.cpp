@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <xcb/xcb_keysyms.h>
 
 using namespace std::chrono_literals;
@@ -121,7 +122,7 @@ bool X11HotKey::nativeEventFilter(const QByteArray &eventType, void *message, qi
     }
     constexpr std::uint8_t lastLayoutEvent = 1; // a new keyboard, a new map
     const bool layoutChanged = type == XCB_MAPPING_NOTIFY
-        || (m_keyboardEvent != 0 && type == m_keyboardEvent && event->pad0 <= lastLayoutEvent);
+        || (m_keyboardEvent != 0 && type == m_keyboardEvent && std::cmp_less_equal(event->pad0, lastLayoutEvent));
     if (layoutChanged && m_shortcut)
         m_layoutSettles.start();
     return false;

@@ -13,7 +13,7 @@ StatusNotifierPixmap toPixmap(const QImage &picture)
 {
     const QImage argb = picture.convertToFormat(QImage::Format_ARGB32);
     StatusNotifierPixmap pixmap{argb.width(), argb.height(), {}};
-    const qsizetype bytesPerRow = qsizetype(argb.width()) * 4;
+    const qsizetype bytesPerRow = qsizetype{argb.width()} * 4;
     pixmap.pixels.resize(bytesPerRow * argb.height());
     for (int row = 0; row < argb.height(); ++row)
         qToBigEndian<quint32>(argb.constScanLine(row), argb.width(), pixmap.pixels.data() + row * bytesPerRow);

@@ -14,8 +14,8 @@ double linear(double part)
 
 double luminance(const QColor &color)
 {
-    return 0.2126 * linear(double(color.redF())) + 0.7152 * linear(double(color.greenF()))
-        + 0.0722 * linear(double(color.blueF()));
+    return 0.2126 * linear(static_cast<double>(color.redF())) + 0.7152 * linear(static_cast<double>(color.greenF()))
+        + 0.0722 * linear(static_cast<double>(color.blueF()));
 }
 
 QColor shade(const QColor &color, float lightness)
@@ -39,7 +39,8 @@ QColor Contrast::reach(const QColor &color, const QColor &other, double ratio)
     const float from = color.lightnessF();
     const float end = between(Qt::black, other) > between(Qt::white, other) ? 0.0F : 1.0F;
     for (int step = 1; step < steps; ++step) {
-        const QColor candidate = shade(color, from + (end - from) * float(step) / float(steps));
+        const QColor candidate =
+            shade(color, from + (end - from) * static_cast<float>(step) / static_cast<float>(steps));
         if (between(candidate, other) >= ratio)
             return candidate;
     }

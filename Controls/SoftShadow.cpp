@@ -19,7 +19,7 @@ void SoftShadow::paint(QPainter *painter)
     for (int layer = 0; layer < layers; ++layer) {
         const double spread = reach - layer;
         const double weight = 2.0 * (layer + 1) / (layers * (layers + 1.0));
-        painter->setBrush(QColor::fromRgbF(0, 0, 0, float(m_strength * weight)));
+        painter->setBrush(QColor::fromRgbF(0, 0, 0, static_cast<float>(m_strength * weight)));
         painter->drawRoundedRect(
             panel.adjusted(-spread, -spread + shift, spread, spread + shift), m_radius + spread, m_radius + spread);
     }

@@ -12,7 +12,7 @@ bool isTrusted(const QString &path)
     if (!path.startsWith(u'/'))
         return false;
     const QFileInfo file(path);
-    const bool writableByOthers = bool(file.permissions() & (QFile::WriteGroup | QFile::WriteOther));
+    const bool writableByOthers = (file.permissions() & (QFile::WriteGroup | QFile::WriteOther)) != 0;
     return file.isFile() && file.isExecutable() && !writableByOthers;
 }
 

@@ -20,8 +20,8 @@ QList<VeranoxProfile> inSharedProfileOrder(const QList<VeranoxProfile> &profiles
 {
     QCollator collator;
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    std::vector<qsizetype> places(std::size_t(profiles.size()));
-    std::ranges::copy(std::views::iota(qsizetype(0), profiles.size()), places.begin());
+    std::vector<qsizetype> places(static_cast<std::size_t>(profiles.size()));
+    std::ranges::copy(std::views::iota(qsizetype{0}, profiles.size()), places.begin());
     std::ranges::sort(places, [&](qsizetype one, qsizetype other) {
         const bool isWorkFirst = isWork(profiles.at(one));
         if (isWorkFirst != isWork(profiles.at(other)))

@@ -8,7 +8,7 @@ namespace jobs::detail {
 
 void Inbox::put(std::shared_ptr<Delivery> delivery)
 {
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     if (!m_receiver)
         return;
     m_mail.push_back(std::move(delivery));
@@ -22,7 +22,7 @@ void Inbox::put(std::shared_ptr<Delivery> delivery)
 
 std::vector<std::shared_ptr<Delivery>> Inbox::take()
 {
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     return std::exchange(m_mail, {});
 }
 
@@ -35,7 +35,7 @@ bool Inbox::waitForMail(std::chrono::milliseconds limit)
 void Inbox::close()
 {
     std::vector<std::shared_ptr<Delivery>> undelivered; // dies after the lock: its end may run foreign code
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     m_receiver = nullptr;
     undelivered.swap(m_mail);
 }

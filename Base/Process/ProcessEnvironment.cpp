@@ -6,7 +6,7 @@ extern char **environ;
 ProcessEnvironment currentProcessEnvironment()
 {
     ProcessEnvironment environment;
-    for (char **entry = environ; entry && *entry; ++entry) {
+    for (const char *const *entry = environ; entry && *entry; ++entry) {
         const QByteArray line(*entry);
         const qsizetype equals = line.indexOf('=');
         if (equals > 0 && !environment.contains(line.first(equals))) // getenv() too finds the first

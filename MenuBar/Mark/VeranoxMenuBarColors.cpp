@@ -10,7 +10,7 @@ const QColor notDrawn;
 
 QColor faded(QColor color, double strength)
 {
-    color.setAlphaF(float(std::clamp(strength, 0.0, 1.0)));
+    color.setAlphaF(static_cast<float>(std::clamp(strength, 0.0, 1.0)));
     return color;
 }
 

@@ -17,7 +17,7 @@ template <class Reply> std::unique_ptr<Reply, decltype(&std::free)> owned(Reply 
 bool hasCompositingManager(xcb_connection_t *connection)
 {
     constexpr QByteArrayView name{"_NET_WM_CM_S0"};
-    const auto request = xcb_intern_atom(connection, 1, quint16(name.size()), name.data());
+    const auto request = xcb_intern_atom(connection, 1, static_cast<quint16>(name.size()), name.data());
     const auto atom = owned(xcb_intern_atom_reply(connection, request, nullptr));
     if (!atom || atom->atom == XCB_ATOM_NONE)
         return false;

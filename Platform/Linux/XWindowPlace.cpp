@@ -21,7 +21,7 @@ QRect placeOnDisplay(const QWidget &window)
     if (!x11 || !window.internalWinId())
         return {};
     auto *connection = x11->connection();
-    const auto id = xcb_window_t(window.internalWinId());
+    const auto id = static_cast<xcb_window_t>(window.internalWinId());
     const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     const auto geometryCookie = xcb_get_geometry(connection, id);
     const auto attributesCookie = xcb_get_window_attributes(connection, id);

@@ -105,7 +105,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     const Nodes nodes = makeNodes(std::move(lab), time);
     NodeTraffic traffic(context.get_executor(), *nodes.engine, *nodes.gate, time,
         {ownExecutable(), folders.applicationSupport / "known_hosts", environment});
-    traffic.apply(config.document());
+    traffic.apply(config.snapshot());
     ControlApi api({config, *nodes.engine, traffic, time, environment, endpoint.port, folders.applicationSupport},
         RequestGuard(std::move(token), endpoint.port));
 

@@ -49,7 +49,7 @@ void ConfigStore::load(WallTime now)
         m_isNew = !text;
         ConfigDocument document = text ? parseConfig(*text) : ConfigDocument{};
         if (configFileText(document).size() <= sizeLimit) {
-            m_document = std::move(document);
+            m_document = std::make_shared<const ConfigDocument>(std::move(document));
             m_fileText = text.value_or("");
             return;
         }
@@ -95,7 +95,7 @@ void ConfigStore::save(ConfigDocument document)
         throw ServiceProblem("The configuration file " + shownPath(file()) + " could not be written (" + failure.what()
             + "); make room or let yourself write there.");
     }
-    m_document = std::move(document);
+    m_document = std::make_shared<const ConfigDocument>(std::move(document));
     m_fileText = std::move(text);
     m_isNew = false;
     ++m_generation;

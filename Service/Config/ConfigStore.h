@@ -3,6 +3,7 @@
 #include "Service/Time/WallTime.h"
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 
 namespace veranox {
 
@@ -30,7 +31,9 @@ public:
     /// Keeps what others wrote into the file as "config.json.replaced-<time>" beside it. Throws ServiceProblem.
     void keepChanged(WallTime now) const;
 
-    const ConfigDocument &document() const { return m_document; }
+    const ConfigDocument &document() const { return *m_document; }
+    /// The current document for whoever keeps it: a later save does not touch it.
+    std::shared_ptr<const ConfigDocument> snapshot() const { return m_document; }
     std::filesystem::path file() const { return m_folder / "config.json"; }
     bool isNew() const { return m_isNew; }
     /// Counts the documents that this process has had, from 1.
@@ -40,7 +43,7 @@ private:
     [[noreturn]] void setAside(const std::string &complaint, WallTime now) const;
 
     std::filesystem::path m_folder;
-    ConfigDocument m_document;
+    std::shared_ptr<const ConfigDocument> m_document = std::make_shared<const ConfigDocument>();
     std::string m_fileText; // as last read or written
     bool m_isNew = true;
     std::uint64_t m_generation = 1;

@@ -22,7 +22,7 @@ void ConfigWriter::commit(ConfigDocument document, IfChanged ifChanged)
         m_store.keepChanged(m_time.wallNow());
     }
     m_store.save(std::move(document));
-    m_traffic.apply(m_store.document());
+    m_traffic.apply(m_store.snapshot());
 }
 
 } // namespace veranox

@@ -126,9 +126,7 @@ TEST_F(ControlApiTest, HostsThatAreNot)
 
 TEST_F(ControlApiTest, OnTheHttpPortTheHostNeedsNone)
 {
-    ControlApi onPort80({bed.store(), bed.nodes(), bed.traffic(), bed.time(),
-                            [](const std::string &) { return std::nullopt; }, 80, bed.folder().path()},
-        RequestGuard(ControlToken::random(), 80));
+    ControlApi onPort80(bed.parts(80, bed.traffic()), RequestGuard(ControlToken::random(), 80));
     ControlRequest made = request("GET", "/api/health");
     made.hosts = {"localhost"};
     EXPECT_EQ(test::awaitAnswer(onPort80, made).status, 200U);
@@ -164,8 +162,13 @@ TEST_F(ControlApiTest, StrangersAreCutOffAndTokenRefusalsAreNot)
     stranger.hosts = {"evil.example"};
     ASSERT_TRUE(bed.api().refuseEarly(stranger));
     EXPECT_EQ(bed.api().refuseEarly(stranger)->then, Then::closeConnection);
-    EXPECT_FALSE(bed.api().refuseEarly(request("POST", "/api/shutdown")))
-        << "the token is looked at once the body is there";
+    ControlRequest guess = request("POST", "/api/shutdown");
+    guess.tokens = {bed.token()};
+    EXPECT_FALSE(bed.api().refuseEarly(guess));
+    guess.tokens = {"guess"};
+    ASSERT_TRUE(bed.api().refuseEarly(guess)) << "before its body is there";
+    EXPECT_EQ(bed.api().refuseEarly(guess)->status, 403U);
+    EXPECT_EQ(bed.api().refuseEarly(guess)->then, Then::goOn);
 }
 
 TEST(RequestTarget, IsTakenApart)

@@ -9,13 +9,14 @@
 #include "Service/Files/Worker.h"
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Nodes/Lab/LabConfig.h"
-#include "Service/Nodes/Lab/LabEngine.h"
 #include "Service/Nodes/Lab/LabFile.h"
+#include "Service/Nodes/Lab/LabGate.h"
 #include "Service/Nodes/NoNodeEngine.h"
-#include "Service/Nodes/NodeTraffic.h"
 #include "Service/Text/Refusal.h"
 #include "Service/Text/ServiceProblem.h"
 #include "Service/Text/ShownPath.h"
+#include "Service/Traffic/NodeGate.h"
+#include "Service/Traffic/NodeTraffic.h"
 #include <boost/asio/post.hpp>
 #include <csignal>
 #include <functional>
@@ -87,19 +88,32 @@ constexpr std::chrono::milliseconds longestEnd{800};
 /// More than any client in good order leaves waiting for a disk that works.
 constexpr std::size_t mostWaitingWork = 32;
 
+/// The engine and what it lets tunnels and publications do.
+struct Nodes {
+    std::unique_ptr<NodeEngine> engine;
+    std::unique_ptr<ForwardingGate> gate;
+};
+
+Nodes makeNodes(std::optional<LabNetwork> lab, const TimeSource &time)
+{
+    Nodes nodes;
+    if (lab) {
+        auto engine = std::make_unique<LabEngine>(std::move(*lab), time);
+        nodes.gate = std::make_unique<LabGate>(*engine);
+        nodes.engine = std::move(engine);
+    } else {
+        nodes.engine = std::make_unique<NoNodeEngine>(time.wallNow());
+        nodes.gate = std::make_unique<NodeGate>(*nodes.engine);
+    }
+    return nodes;
+}
+
 /// Drops whatever still waits while everything that it refers to is there.
 class ServiceContext : public asio::io_context {
 public:
     using asio::io_context::io_context;
     void dropRest() { shutdown(); }
 };
-
-std::unique_ptr<NodeEngine> makeEngine(std::optional<LabNetwork> lab, const TimeSource &time)
-{
-    if (lab)
-        return std::make_unique<LabEngine>(std::move(*lab), time);
-    return std::make_unique<NoNodeEngine>(time.wallNow());
-}
 
 } // namespace
 
@@ -135,14 +149,14 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     prepareConfig(config, lab, wanted.port, endpoint.port, time.wallNow());
     ControlToken token = ControlToken::random();
     token.writeTo(folders.applicationSupport);
-    const std::unique_ptr<NodeEngine> engine = makeEngine(std::move(lab), time);
-    NodeTraffic traffic(context.get_executor(), *engine, time,
+    const Nodes nodes = makeNodes(std::move(lab), time);
+    NodeTraffic traffic(context.get_executor(), *nodes.engine, *nodes.gate, time,
         {ownExecutable(), folders.applicationSupport / "known_hosts", environment});
     traffic.apply(config.document());
     Worker saves(mostWaitingWork);
     Worker lookUps(mostWaitingWork);
-    ControlApi api(
-        {config, *engine, traffic, time, environment, endpoint.port, folders.applicationSupport, saves, lookUps, log},
+    ControlApi api({config, *nodes.engine, traffic, time, environment, endpoint.port, folders.applicationSupport, saves,
+                       lookUps, log},
         RequestGuard(std::move(token), endpoint.port));
 
     ControlServer server(context, std::move(acceptor), api, config, log, ControlLimits{}, [&stop] { stop("request"); });

@@ -1,7 +1,7 @@
 #pragma once
 #include "Service/Config/ConfigDocument.h"
 #include "Service/Config/ConfigFile.h"
-#include "Service/Nodes/NodeStatus.h"
+#include "Service/Time/WallTime.h"
 #include <cstdint>
 #include <filesystem>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 #include "Service/Config/PortPlan.h"
-#include "Service/Publications/PublicationSettings.h"
+#include "Service/Config/PublicationSettings.h"
 #include "Service/Text/Refusal.h"
 #include <string>
 #include <vector>

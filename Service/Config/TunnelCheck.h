@@ -1,6 +1,6 @@
 #pragma once
 #include "Service/Config/PortPlan.h"
-#include "Service/Tunnels/TunnelSettings.h"
+#include "Service/Config/TunnelSettings.h"
 #include <string>
 #include <vector>
 

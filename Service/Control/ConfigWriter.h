@@ -2,8 +2,8 @@
 #include "Service/Config/ConfigStore.h"
 #include "Service/Files/Worker.h"
 #include "Service/Log/Log.h"
-#include "Service/Nodes/TimeSource.h"
-#include "Service/Nodes/Traffic.h"
+#include "Service/Time/TimeSource.h"
+#include "Service/Traffic/Traffic.h"
 #include <boost/asio/awaitable.hpp>
 
 namespace veranox {

@@ -10,8 +10,8 @@
 #include "Service/Files/Worker.h"
 #include "Service/Log/Log.h"
 #include "Service/Nodes/NodeEngine.h"
-#include "Service/Nodes/TimeSource.h"
-#include "Service/Nodes/Traffic.h"
+#include "Service/Time/TimeSource.h"
+#include "Service/Traffic/Traffic.h"
 #include <boost/asio/awaitable.hpp>
 #include <cstdint>
 #include <filesystem>

@@ -171,8 +171,8 @@ asio::awaitable<bool> ControlSession::readBody()
     co_return true;
 }
 
-/// Piece by piece, as the parser counts the bytes of a body and none of those that frame it. An eager one would not come
-/// back between the chunks.
+/// Piece by piece, as the parser counts the bytes of a body and none of those that frame it. An eager one would not
+/// come back between the chunks.
 asio::awaitable<ControlSession::ErrorCode> ControlSession::takeBody(bool isKept)
 {
     m_parser->get().body().isKept = isKept;

@@ -213,7 +213,7 @@ TEST_F(ConfigStoreTest, WhatCannotBeReadIsLeftAsItIs)
     EXPECT_TRUE(fs::is_directory(folder / "config.json"));
     fs::remove(folder / "config.json");
     folder.write("config.json", std::string(ConfigStore::sizeLimit + 1, ' '));
-    EXPECT_THAT(loadFailure(), HasSubstr("more than 4194304 bytes; it was left as it is: "));
+    EXPECT_THAT(loadFailure(), HasSubstr("more than 4194304 bytes: File too large; it was left as it is: "));
     EXPECT_EQ(fs::file_size(folder / "config.json"), ConfigStore::sizeLimit + 1);
     fs::remove(folder / "config.json");
     fs::create_symlink("nowhere/config.json", folder / "config.json");

@@ -149,6 +149,36 @@ TEST_F(ControlApiTest, OtherOriginsMayNot)
     EXPECT_EQ(statusForOrigins("GET", {"http://127.0.0.1:43200", "http://evil.example"}), 400U);
 }
 
+TEST_F(ControlApiTest, OnlyWhatItsUserTypedOrOurOwnPageMayAskThroughABrowser)
+{
+    const std::pair<std::vector<std::string>, unsigned> table[] = {
+        {{}, 200},
+        {{"none"}, 200},
+        {{"same-origin"}, 200},
+        {{"none", "same-origin"}, 200},
+        {{"cross-site"}, 400},
+        {{"same-site"}, 400}, // another port of this computer, as of a page that comes through a tunnel
+        {{""}, 400},
+        {{"None"}, 400},
+        {{"none, cross-site"}, 400},
+        {{"none", "cross-site"}, 400},
+        {{"cross-site", "none"}, 400},
+    };
+    for (const std::string target : {"/", "/status.css", "/api/health", "/api/config", "/api/reports/path?target=a"})
+        for (const auto &[sites, status] : table) {
+            ControlRequest made = request("GET", target);
+            made.sites = sites;
+            const ControlAnswer given = answer(made);
+            EXPECT_EQ(given.status, status) << target << " " << testing::PrintToString(sites);
+            if (status == 400U) {
+                EXPECT_EQ(
+                    test::errorOf(given), "The Sec-Fetch-Site header tells of a web page that is not of this service.");
+                EXPECT_EQ(given.then, Then::closeConnection);
+            }
+        }
+    EXPECT_EQ(bed.traffic().questions.size(), 4U) << "what is refused asks nobody";
+}
+
 TEST_F(ControlApiTest, NoOriginMayWriteEvenWithTheToken)
 {
     EXPECT_EQ(statusForOrigins("POST", {}), 200U);

@@ -146,7 +146,7 @@ TEST(TunnelCheck, WhatIsSavedCanBeStartedAndWhatCannotIsNotSaved)
     int refused = 0;
     for (const std::string &bastion : words)
         for (const std::string &user : words)
-            for (const std::string &path : {"/" + user, "/k", "k"}) {
+            for (const std::string &path : {"/" + user, std::string("/k"), std::string("k")}) {
                 const TunnelSSHSettings ssh{.bastion = bastion, .user = user, .auth = "key", .identityFile = path};
                 const json::value body{{"Name", "t"},
                     {"Tunnel",

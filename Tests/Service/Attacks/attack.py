@@ -1,9 +1,12 @@
 """What the attacks have in common: the real service, raw bytes to it, hosts that misbehave, and looks at its process."""
 
 import contextlib
+import os
+import pwd
 import resource
 import socket
 import struct
+import subprocess
 import sys
 import threading
 import time
@@ -11,7 +14,8 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "Peers"))
 
-from support import PeerTest, answers, eventually, free_port, lab  # noqa: E402,F401 pylint: disable=wrong-import-position
+# pylint: disable-next=wrong-import-position
+from support import PROGRAM, PeerTest, answers, eventually, free_port, lab  # noqa: E402,F401
 
 ANSWER_TIME = 10  # seconds after which an answer counts as missing
 SUPPORT_FOLDER = ".local/share/Veranox"
@@ -179,6 +183,22 @@ class AttackTest(PeerTest):
         self.assertTrue(eventually(lambda: answers(port)))
         return service, port
 
+    def run_service(self, *arguments, **options):
+        """A service that is expected to end by itself; how it ended and what it said."""
+        return subprocess.run(
+            [PROGRAM, "gui", "serve", "--listen", "127.0.0.1:0", *arguments], capture_output=True, text=True,
+            timeout=ANSWER_TIME, check=False, **{"env": {"HOME": str(self.folder / "home")}, **options})
+
+    def assert_refuses_to_start(self, **options):
+        """It ends with status 2 and one sentence, which is given back."""
+        try:
+            ended = self.run_service(**options)
+        except subprocess.TimeoutExpired:
+            self.fail("it starts")
+        self.assertEqual(ended.returncode, 2, ended.stderr)
+        self.assertRegex(ended.stderr, r"\Averanox: [^\n]+\.\n\Z")
+        return ended.stderr
+
     def assert_answers(self, service):
         self.assertEqual(service.ask("GET", "/api/health"), {"status": "ok"})
 
@@ -205,6 +225,17 @@ class AttackTest(PeerTest):
             client.setblocking(False)
             client.connect_ex(stuck.getsockname())
         return stuck.getsockname()[1]
+
+
+def plain_user(*folders):
+    """Popen's options for a user to whom file modes mean something; the folders, and what is in them, become his."""
+    if os.geteuid() != 0:
+        return {}
+    nobody = pwd.getpwnam("nobody")
+    for folder in folders:
+        for path in (folder, *folder.rglob("*")):
+            os.chown(path, nobody.pw_uid, nobody.pw_gid, follow_symlinks=False)
+    return {"user": nobody.pw_uid, "group": nobody.pw_gid, "extra_groups": []}
 
 
 def request(method, path, port, fields="", body=b""):

@@ -99,4 +99,5 @@ class DiskTest(AttackTest):
         thread = threading.Thread(target=action)
         thread.start()
         self.addCleanup(thread.join)
+        self.addCleanup(self.mend)  # before that, or it waits for ever
         return thread

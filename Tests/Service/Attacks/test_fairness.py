@@ -1,6 +1,7 @@
 """What others get carried while a stream waits for its echo. Bytes are counted, not time: they are the same on a slow
 and on a busy computer."""
 
+import contextlib
 import multiprocessing
 import os
 import selectors
@@ -11,7 +12,7 @@ import unittest
 from attack import AttackTest, Wire, answers, eventually, free_port, lab, use_all_descriptors
 
 SENDERS = 100
-ROUNDS = 30
+ROUNDS = 10
 # What one of the others may have carried while an echo goes there and back, which takes four turns.
 MOST_EACH = 4 * 64 * 1024
 SENT_AT_ONCE = 1 << 18
@@ -28,7 +29,8 @@ def swallow(listener, swallowed):
                 selector.register(listener.accept()[0], selectors.EVENT_READ)
             else:
                 # The system drops it without copying, so that the one in the middle has the most to do.
-                swallowed.value += key.fileobj.recv_into(buffer, len(buffer), socket.MSG_TRUNC | socket.MSG_DONTWAIT)
+                with contextlib.suppress(ConnectionResetError):
+                    swallowed.value += key.fileobj.recv_into(buffer, len(buffer), socket.MSG_TRUNC | socket.MSG_DONTWAIT)
 
 
 def send_without_end(port, is_busy):
@@ -57,13 +59,9 @@ class Fairness(AttackTest):
         with Wire(port) as wire:
             wire.socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
             begin = swallowed.value
-            counts = []
             for _ in range(ROUNDS):
-                last = swallowed.value
                 wire.send(b"?")
                 self.assertEqual(wire.socket.recv(1), b"?")
-                counts.append(swallowed.value - last)
-            print(sorted(counts)[::3])
             return (swallowed.value - begin) / ROUNDS
 
     def test_echo_beside_bulk_senders(self):

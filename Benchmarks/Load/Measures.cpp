@@ -21,6 +21,7 @@ std::vector<double> onEachClient(const Load &load, const std::function<std::vect
 {
     const Clock::time_point end = Clock::now() + std::chrono::duration_cast<Clock::duration>(load.time);
     std::vector<std::future<std::vector<double>>> clients;
+    clients.reserve(load.clients);
     for (std::size_t i = 0; i < load.clients; ++i)
         clients.push_back(std::async(std::launch::async, work, end));
     std::vector<double> found;

@@ -4,6 +4,7 @@
 // while the file is empty; "hang" lasts as long as the file says so. Each time the step is met, a byte is added to the
 // file of that name with ".met" behind it.
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <cstdarg>
 #include <cstdio>
@@ -109,7 +110,7 @@ Way meet(std::string_view step, const std::string &path)
     }
     if (way == "short")
         return Way::shortly;
-    errno = std::atoi(way.c_str());
+    std::from_chars(way.data(), way.data() + way.size(), errno);
     return way.empty() ? Way::onward : Way::fail;
 }
 

@@ -18,9 +18,9 @@ class BadFiles(AttackTest):
         self.good = json.loads(self.config.read_text())
 
     def state(self):
-        """All that lies in the folder, as it is; hidden files are the service's own housekeeping."""
+        """The file and all copies of it, as they are."""
         return {path.name: (os.readlink(path) if path.is_symlink() else path.read_bytes() if path.is_file() else None)
-                for path in self.config.parent.iterdir() if not path.name.startswith(".")}
+                for path in self.config.parent.glob("*config.json*")}
 
     def assert_refused_and_untouched(self, **options):
         before = self.state()
@@ -89,7 +89,7 @@ class BadFiles(AttackTest):
                 self.config.parent.mkdir()
                 self.config.write_bytes(content)
                 self.assertIn("config.json.damaged-", self.assert_refuses_to_start())
-                kept = [path for path in self.config.parent.iterdir() if not path.name.startswith(".")]
+                kept = list(self.config.parent.glob("*config.json*"))
                 self.assertEqual([path.read_bytes() for path in kept], [content])
                 self.assertTrue(kept[0].name.startswith("config.json.damaged-"), kept)
 

@@ -61,14 +61,16 @@ class EndlessAnswers(AttackTest):
         for what, (begin, piece) in ENDLESS.items():
             with self.subTest(what):
                 service = self.start_reported(sending_for_ever(begin, piece))
-                report, grown = self.report(service)
+                try:
+                    report, grown = self.report(service)
+                finally:
+                    service.end()
                 self.assertLess(grown, MOST_GROWTH_MIB)
                 self.assertEqual(report["profile"], "p")
                 self.assertTrue(report["ping"]["ok"], report)
                 self.assertTrue(report["http"]["ok"] or report["http"]["error"], report["http"])
                 self.assertTrue(report["summary"].endswith("."), report["summary"])
                 self.assertNotIn(" with .", report["summary"])
-                service.end()
 
     def test_a_page_longer_than_it_cares_for_is_a_good_answer(self):
         def serve(connection):

@@ -1,7 +1,8 @@
 #pragma once
 #include "Service/Net/Backoff.h"
 #include "Service/Nodes/NodeEngine.h"
-#include "Service/Nodes/TimeSource.h"
+#include "Service/Publications/PublicationRecord.h"
+#include "Service/Time/TimeSource.h"
 #include <boost/asio/ssl/context.hpp>
 
 namespace veranox {

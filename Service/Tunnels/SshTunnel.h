@@ -1,6 +1,6 @@
 #pragma once
 #include "Service/Net/Backoff.h"
-#include "Service/Nodes/TimeSource.h"
+#include "Service/Time/TimeSource.h"
 #include "Service/Tunnels/SshSession.h"
 #include "Service/Tunnels/TunnelRunner.h"
 

@@ -7,6 +7,7 @@
 
 namespace veranox {
 
+namespace asio = boost::asio;
 namespace json = boost::json;
 
 ControlAnswer ControlApi::profiles(const Call &) const
@@ -23,11 +24,13 @@ ControlAnswer ControlApi::config(const Call &) const
     return success(configRecord(m_parts.config.document()));
 }
 
-ControlAnswer ControlApi::environment(const Call &) const
+asio::awaitable<ControlAnswer> ControlApi::environment(Call)
 {
-    const std::string &command = m_parts.config.document().tailscale.tailscaledBin;
-    const std::optional<std::filesystem::path> program = findProgram(command, m_parts.environment);
-    return success(json::object{
+    requireRoom(m_parts.lookUps);
+    const std::string command = m_parts.config.document().tailscale.tailscaledBin;
+    const std::optional<std::filesystem::path> program = co_await m_parts.lookUps.run(
+        [command, environment = m_parts.environment] { return findProgram(command, environment); });
+    co_return success(json::object{
         {"TailscaledAvailable", program.has_value()}, {"TailscaledBin", program ? shownPath(*program) : command}});
 }
 

@@ -174,7 +174,7 @@ asio::awaitable<json::object> makePathReport(
         conclude(report, verdictOnNode(found, target->host));
         co_return report;
     }
-    const std::vector<std::string> addresses = nodes->resolve(name, target->host);
+    const std::vector<std::string> addresses = co_await nodes->resolve(name, target->host);
     report["dns"] = json::object{{"ok", found.dnsError.empty()}, {"profile", name}, {"host", target->host},
         {"network", "ip"}, {"addresses", json::array(addresses.begin(), addresses.end())}, {"error", found.dnsError}};
     if (found.dnsError.empty()) {

@@ -112,8 +112,19 @@ TEST(PathReportOfAFarHost, IsAskedByItsPortAndWithNothingThatMayNotStandInAReque
         AllOf(StartsWith("GET /a%20b%5Cc?d%20e HTTP/1.1\r\n"), HasSubstr("\r\nHost: far.t:8080\r\n")));
 }
 
-/// Beginnings of answers, each with what may go on for ever behind it.
-class EndlessAnswers : public ::testing::TestWithParam<std::pair<std::string, std::string>> { };
+/// A beginning of an answer and what goes on for ever behind it.
+struct Endless {
+    std::string what;
+    std::string begin;
+    std::string more;
+};
+
+void PrintTo(const Endless &endless, std::ostream *stream)
+{
+    *stream << endless.what;
+}
+
+class EndlessAnswers : public ::testing::TestWithParam<Endless> { };
 
 /// How many bytes of memory this process has used at the most.
 long peakMemory()
@@ -127,7 +138,7 @@ TEST_P(EndlessAnswers, TakeABoundedAmountOfMemory)
 {
     constexpr long most = 16L * 1024 * 1024;
     const long before = peakMemory();
-    const boost::json::object found = reportOn(GetParam().first, "/", GetParam().second).found;
+    const boost::json::object found = reportOn(GetParam().begin, "/", GetParam().more).found;
     EXPECT_TRUE(found.at("http").is_object());
     EXPECT_LT(peakMemory() - before, most);
 }
@@ -136,10 +147,11 @@ const std::string chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r
 const std::string block(64 * 1024, '0');
 
 INSTANTIATE_TEST_SUITE_P(PathReport, EndlessAnswers,
-    ::testing::Values(std::pair("HTTP/1.1 200 ", block), std::pair("HTTP/1.1 200 OK\r\nX: ", block),
-        std::pair("HTTP/1.1 200 OK\r\n", std::string("X-Field: x\r\n")), std::pair(chunked + "1;x=", block),
-        std::pair(chunked, block), std::pair(chunked + "0\r\n", std::string("X-Field: x\r\n")),
-        std::pair(chunked + "0\r\nX: ", block), std::pair("", std::string("HTTP/1.1 100 Continue\r\n\r\n"))));
+    ::testing::Values(Endless{"reason", "HTTP/1.1 200 ", block}, Endless{"field", "HTTP/1.1 200 OK\r\nX: ", block},
+        Endless{"fields", "HTTP/1.1 200 OK\r\n", "X-Field: x\r\n"}, Endless{"chunk extension", chunked + "1;x=", block},
+        Endless{"chunk size", chunked, block}, Endless{"trailers", chunked + "0\r\n", "X-Field: x\r\n"},
+        Endless{"trailer", chunked + "0\r\nX: ", block},
+        Endless{"answers on the way", "", "HTTP/1.1 100 Continue\r\n\r\n"}));
 
 } // namespace
 

@@ -65,7 +65,7 @@ asio::awaitable<ControlAnswer> ControlApi::stopPublication(Call call)
 
 ControlAnswer ControlApi::restartPublication(const Call &call)
 {
-    ConfigDocument document = m_parts.config.document();
+    const ConfigDocument &document = m_parts.config.document();
     if (requireNamed(kind, document.publications, call.name).disabled)
         throw Refusal(Refusal::Kind::conflict,
             "The publication " + shownName(call.name) + " is switched off; switch it on instead.");

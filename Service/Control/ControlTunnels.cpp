@@ -59,7 +59,7 @@ asio::awaitable<ControlAnswer> ControlApi::switchTunnel(Call call, bool isDisabl
 
 ControlAnswer ControlApi::restartTunnel(const Call &call)
 {
-    ConfigDocument document = m_parts.config.document();
+    const ConfigDocument &document = m_parts.config.document();
     if (requireNamed(kind, document.tunnels, call.name).disabled)
         throw Refusal(
             Refusal::Kind::conflict, "The tunnel " + shownName(call.name) + " is switched off; switch it on instead.");
@@ -71,7 +71,7 @@ ControlAnswer ControlApi::setTunnelSecret(const Call &call)
 {
     constexpr std::size_t longestPassword = 1024;
     std::string password = readSecret(call.request.body);
-    ConfigDocument document = m_parts.config.document();
+    const ConfigDocument &document = m_parts.config.document();
     const TunnelSettings &tunnel = requireNamed(kind, document.tunnels, call.name);
     if (tunnel.mode != "ssh" || !tunnel.ssh || tunnel.ssh->auth != "password")
         throw Refusal(

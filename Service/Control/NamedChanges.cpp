@@ -3,6 +3,7 @@
 #include "Service/Text/Refusal.h"
 #include "Service/Text/Words.h"
 #include <algorithm>
+#include <utility>
 
 namespace veranox {
 
@@ -54,13 +55,18 @@ void checkNames(std::string_view kind, const NamedList<Settings> &list, const Sa
 }
 
 template <class Settings>
+const Settings &requireNamed(std::string_view kind, const NamedList<Settings> &list, const std::string &name)
+{
+    if (const Settings *found = findNamed(list, name))
+        return *found;
+    throw Refusal(Refusal::Kind::unknown, "The " + std::string(kind) + " " + shownName(name) + " is not configured.");
+}
+
+template <class Settings>
 Settings &requireNamed(std::string_view kind, NamedList<Settings> &list, const std::string &name)
 {
-    const auto found = std::ranges::find(list, name, &std::pair<std::string, Settings>::first);
-    if (found == list.end())
-        throw Refusal(
-            Refusal::Kind::unknown, "The " + std::string(kind) + " " + shownName(name) + " is not configured.");
-    return found->second;
+    requireNamed(kind, std::as_const(list), name);
+    return std::ranges::find(list, name, &std::pair<std::string, Settings>::first)->second;
 }
 
 void putTunnel(ConfigDocument &document, SaveRequest<TunnelSettings> save)
@@ -79,6 +85,10 @@ template void checkNames(
     std::string_view kind, const NamedList<TunnelSettings> &list, const SaveRequest<TunnelSettings> &save);
 template void checkNames(
     std::string_view kind, const NamedList<PublicationSettings> &list, const SaveRequest<PublicationSettings> &save);
+template const TunnelSettings &requireNamed(
+    std::string_view kind, const NamedList<TunnelSettings> &list, const std::string &name);
+template const PublicationSettings &requireNamed(
+    std::string_view kind, const NamedList<PublicationSettings> &list, const std::string &name);
 template TunnelSettings &requireNamed(std::string_view kind, NamedList<TunnelSettings> &list, const std::string &name);
 template PublicationSettings &requireNamed(
     std::string_view kind, NamedList<PublicationSettings> &list, const std::string &name);

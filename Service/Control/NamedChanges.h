@@ -16,6 +16,8 @@ void checkNames(std::string_view kind, const NamedList<Settings> &list, const Sa
 /// The record of that name; refuses one that there is not.
 template <class Settings>
 Settings &requireNamed(std::string_view kind, NamedList<Settings> &list, const std::string &name);
+template <class Settings>
+const Settings &requireNamed(std::string_view kind, const NamedList<Settings> &list, const std::string &name);
 
 /// Puts the checked record in the place of the original one, or at the end. What the file holds beyond the known keys
 /// moves along to a new name.

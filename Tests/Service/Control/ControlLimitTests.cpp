@@ -217,6 +217,9 @@ TEST(ControlServer, ConnectionsThatAWantOfMemoryEndsAreForgotten)
     }
     for (RawClient &client : clients)
         EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U) << "all have room";
+    server.end();
+    for (const std::string &line : server.lines())
+        EXPECT_FALSE(line.contains("connection_pushed_out")) << "nobody had to go for them";
 }
 
 TEST(ControlServer, CrowdOfIdleConnectionsLocksNobodyOut)

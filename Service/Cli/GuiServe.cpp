@@ -152,7 +152,7 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     const Nodes nodes = makeNodes(std::move(lab), time);
     NodeTraffic traffic(context.get_executor(), *nodes.engine, *nodes.gate, time,
         {ownExecutable(), folders.applicationSupport / "known_hosts", environment});
-    traffic.apply(config.document());
+    traffic.apply(config.snapshot());
     Worker saves(mostWaitingWork);
     Worker lookUps(mostWaitingWork);
     ControlApi api({config, *nodes.engine, traffic, time, environment, endpoint.port, folders.applicationSupport, saves,

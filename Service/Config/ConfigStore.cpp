@@ -37,7 +37,7 @@ void ConfigStore::load(WallTime now, std::uint16_t controlPort)
         m_isNew = !text;
         if (!text)
             return;
-        m_document = read(*text, controlPort);
+        m_document = std::make_shared<const ConfigDocument>(read(*text, controlPort));
         m_knownText = std::make_shared<const std::string>(*text);
     } catch (const JsonSyntaxProblem &problem) {
         setAside(atPlace(problem), now);
@@ -85,7 +85,7 @@ void ConfigStore::setAside(const std::string &complaint, WallTime now) const
 
 void ConfigStore::adopt(ConfigDraft draft)
 {
-    m_document = std::move(draft.document);
+    m_document = std::make_shared<const ConfigDocument>(std::move(draft.document));
     m_knownText = std::move(draft.text);
     m_isNew = false;
     ++m_generation;

@@ -30,7 +30,9 @@ public:
     /// document are the old ones.
     Durability save(ConfigDocument document);
 
-    const ConfigDocument &document() const { return m_document; }
+    const ConfigDocument &document() const { return *m_document; }
+    /// The current document for whoever keeps it: a later save does not touch it.
+    std::shared_ptr<const ConfigDocument> snapshot() const { return m_document; }
     /// Where the document lies, for any thread.
     const ConfigFile &disk() const { return m_file; }
     std::filesystem::path file() const { return m_file.path(); }
@@ -46,7 +48,7 @@ private:
     [[noreturn]] void setAside(const std::string &complaint, WallTime now) const;
 
     ConfigFile m_file;
-    ConfigDocument m_document;
+    std::shared_ptr<const ConfigDocument> m_document = std::make_shared<const ConfigDocument>();
     std::shared_ptr<const std::string> m_knownText = std::make_shared<const std::string>();
     bool m_isNew = true;
     std::uint64_t m_generation = 1;

@@ -62,7 +62,7 @@ asio::awaitable<void> ConfigWriter::commit(ConfigDocument document, IfChanged if
         m_log.write(LogLevel::warn, "config_unconfirmed",
             "the configuration is saved, but the disk did not confirm that it would outlast a loss of power",
             {{"config_generation", m_store.generation()}});
-    m_traffic.apply(m_store.document());
+    m_traffic.apply(m_store.snapshot());
 }
 
 } // namespace veranox

@@ -1,3 +1,4 @@
+#include "Service/Config/ProfileDefaults.h"
 #include "Service/Control/ControlApi.h"
 #include "Service/Files/Programs.h"
 #include "Service/Profiles/ProfileRecord.h"
@@ -33,20 +34,11 @@ asio::awaitable<ControlAnswer> ControlApi::environment(Call)
         {"TailscaledAvailable", program.has_value()}, {"TailscaledBin", program ? shownPath(*program) : command}});
 }
 
-namespace {
-
-std::string withoutProfile(const std::string &profile)
-{
-    return "The profile \"" + profile + "\" is not configured.";
-}
-
-} // namespace
-
 // Whatever carries the traffic need not know which profiles are configured: here they are known.
 TunnelStatus ControlApi::tunnelStatus(const std::string &name, const TunnelSettings &settings) const
 {
     if (!settings.disabled && !findNamed(m_parts.config.document().profiles, settings.profile))
-        return {.state = "error", .activeConns = 0, .lastError = withoutProfile(settings.profile)};
+        return {.state = "error", .activeConns = 0, .lastError = unconfiguredProfile(settings.profile)};
     return m_parts.traffic.tunnelStatus(name);
 }
 
@@ -58,7 +50,7 @@ PublicationStatus ControlApi::publicationStatus(const std::string &name, const P
         return m_parts.traffic.publicationStatus(name);
     PublicationStatus status;
     status.state = "error";
-    status.lastError = withoutProfile(settings.profile);
+    status.lastError = unconfiguredProfile(settings.profile);
     return status;
 }
 

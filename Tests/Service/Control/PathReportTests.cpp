@@ -95,7 +95,7 @@ public:
     {
         m_gate.expires_at(boost::asio::steady_timer::time_point::max());
     }
-    void apply(const ConfigDocument &) override { }
+    void apply(std::shared_ptr<const ConfigDocument>) override { }
     void nodesChanged() override { }
     TunnelStatus tunnelStatus(const std::string &) const override { return {}; }
     PublicationStatus publicationStatus(const std::string &) const override { return {}; }

@@ -33,7 +33,7 @@ ApiBed::ApiBed(std::string_view config, std::string_view lab)
     if (!config.empty())
         m_folder.write("config.json", config);
     m_store.load(m_time.wallNow());
-    m_traffic.apply(m_store.document());
+    m_traffic.apply(m_store.snapshot());
     if (lab.empty())
         m_nodes = std::make_unique<NoNodeEngine>(m_time.wallNow());
     else

@@ -107,6 +107,7 @@ std::string measureEcho(const Load &load)
     return describe(onEachClient(load,
                         [&load](Clock::time_point end) {
                             const Descriptor socket = connectTo(load.port);
+                            askOnce(socket); // what it takes to get in is no round trip
                             return timed(end, [&socket] { askOnce(socket); });
                         }),
         load);
@@ -126,11 +127,17 @@ std::string measureReads(const Load &load)
 std::string holdIdle(const Load &load)
 {
     std::vector<Descriptor> clients;
-    while (clients.size() < load.clients) {
-        clients.push_back(connectTo(load.port));
-        askOnce(clients.back());
+    try {
+        while (clients.size() < load.clients) {
+            Descriptor client = connectTo(load.port);
+            askOnce(client);
+            clients.push_back(std::move(client));
+        }
+    } catch (const std::system_error &) {
+        // No more are let in: what counts is how many are.
+        std::cerr << "tunnel_load: no more than " << clients.size() << " connections are let in\n";
     }
-    std::cout << "ready" << std::endl;
+    std::cout << clients.size() << std::endl;
     for (std::string line; std::getline(std::cin, line);) { }
     return "held=" + std::to_string(clients.size());
 }

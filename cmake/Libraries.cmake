@@ -5,7 +5,7 @@ set(QT_QML_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml) # one import root
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   find_package(Qt6 6.4 REQUIRED COMPONENTS DBus)
 endif()
-find_package(Boost 1.81 REQUIRED COMPONENTS json)
+find_package(Boost 1.81 REQUIRED COMPONENTS json url)
 find_package(OpenSSL 3 REQUIRED)
 find_package(simdjson REQUIRED)
 find_package(CLI11 REQUIRED)

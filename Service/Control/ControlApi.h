@@ -79,10 +79,10 @@ private:
 
     boost::asio::awaitable<ControlAnswer> environment(Call call);
     boost::asio::awaitable<ControlAnswer> pathReport(Call call);
+    boost::asio::awaitable<ControlAnswer> login(Call call);
+    boost::asio::awaitable<ControlAnswer> logout(Call call);
 
     boost::asio::awaitable<ControlAnswer> saveConfig(Call call);
-    ControlAnswer login(const Call &call);
-    ControlAnswer logout(const Call &call);
     boost::asio::awaitable<ControlAnswer> feedback(Call call);
     ControlAnswer shutdown(const Call &call);
 

@@ -55,20 +55,20 @@ asio::awaitable<ControlAnswer> ControlApi::saveConfig(Call call)
     co_return success(json::object{{"status", "saved"}, {"path", shownPath(m_parts.config.file())}});
 }
 
-ControlAnswer ControlApi::login(const Call &call)
+boost::asio::awaitable<ControlAnswer> ControlApi::login(Call call)
 {
     requireProfile(m_parts.config.document(), call.name);
-    const NodeAction result = m_parts.nodes.login(call.name);
+    const NodeAction result = co_await m_parts.nodes.login(call.name);
     m_parts.traffic.nodesChanged();
-    return success(actionRecord(call.name, "login", result));
+    co_return success(actionRecord(call.name, "login", result));
 }
 
-ControlAnswer ControlApi::logout(const Call &call)
+boost::asio::awaitable<ControlAnswer> ControlApi::logout(Call call)
 {
     requireProfile(m_parts.config.document(), call.name);
-    const NodeAction result = m_parts.nodes.logout(call.name);
+    const NodeAction result = co_await m_parts.nodes.logout(call.name);
     m_parts.traffic.nodesChanged();
-    return success(actionRecord(call.name, "logout", result));
+    co_return success(actionRecord(call.name, "logout", result));
 }
 
 ControlAnswer ControlApi::shutdown(const Call &)

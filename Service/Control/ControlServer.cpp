@@ -5,6 +5,7 @@
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
 #include <boost/asio/use_awaitable.hpp>
+#include <new>
 #include <random>
 
 namespace veranox {
@@ -43,24 +44,31 @@ asio::awaitable<void> ControlServer::acceptConnections()
 {
     while (!m_isStopping) {
         auto [failure, socket] = co_await m_acceptor.async_accept(asTuple);
-        if (!failure) {
-            begin(std::move(socket));
-        } else if (!m_isStopping) {
+        const bool hasBegun = !failure && begin(std::move(socket));
+        if (!hasBegun && !m_isStopping) {
             m_timer.expires_after(pauseAfterFailedAccept);
             co_await m_timer.async_wait(asTuple);
         }
     }
 }
 
-void ControlServer::begin(asio::ip::tcp::socket socket)
+/// False when there was no memory for it, so that a pause is in place.
+bool ControlServer::begin(asio::ip::tcp::socket socket)
 {
-    if (m_isStopping || !makeRoom())
-        return;
-    boost::system::error_code ignored;
-    socket.set_option(asio::ip::tcp::no_delay(true), ignored);
-    const auto session = std::make_shared<ControlSession>(std::move(socket), *this);
-    m_sessions.insert(session.get());
-    session->start();
+    std::shared_ptr<ControlSession> session;
+    try {
+        if (m_isStopping || !makeRoom())
+            return true;
+        boost::system::error_code ignored;
+        socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+        session = std::make_shared<ControlSession>(std::move(socket), *this);
+        m_sessions.insert(session.get());
+        session->start();
+        return true;
+    } catch (const std::bad_alloc &) {
+        m_sessions.erase(session.get());
+        return false;
+    }
 }
 
 /// Pushes out a connection that keeps us waiting, so that a crowd of such locks nobody out: first one that does not

@@ -44,7 +44,7 @@ public:
 
 private:
     boost::asio::awaitable<void> acceptConnections();
-    void begin(boost::asio::ip::tcp::socket socket);
+    bool begin(boost::asio::ip::tcp::socket socket);
     bool makeRoom();
     boost::asio::awaitable<void> closeLaggards();
 

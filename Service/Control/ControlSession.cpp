@@ -89,12 +89,16 @@ void ControlSession::enter(Stage stage)
     m_waitingSince = std::chrono::steady_clock::now();
 }
 
+/// However it comes to its end, a want of memory included, the server hears of it.
 asio::awaitable<void> ControlSession::run(std::shared_ptr<ControlSession> self)
 {
+    const auto end = [this](ControlSession *session) {
+        m_stream.close();
+        m_server.sessionEnded(*session);
+    };
+    const std::unique_ptr<ControlSession, decltype(end)> ending(self.get(), end);
     while (co_await serveOne())
         m_isFirstRequest = false;
-    m_stream.close();
-    m_server.sessionEnded(*self);
 }
 
 asio::awaitable<bool> ControlSession::serveOne()

@@ -11,20 +11,22 @@ const std::string noEngine = "No network engine: start the service with --lab de
 
 NoNodeEngine::NoNodeEngine(WallTime started) : m_started(started) { }
 
+void NoNodeEngine::setChanged(std::function<void()>) { }
+
 NodeStatus NoNodeEngine::profileStatus(const std::string &) const
 {
     // "Stopped", as a node that waits to be known ("NoState", "Starting") would look as if it came up soon.
     return {.ok = false, .backendState = "Stopped", .raw = "", .error = noEngine, .since = m_started};
 }
 
-NodeAction NoNodeEngine::login(const std::string &)
+boost::asio::awaitable<NodeAction> NoNodeEngine::login(std::string)
 {
-    return {.ok = false, .output = "", .error = noEngine, .authURL = ""};
+    co_return NodeAction{.ok = false, .output = "", .error = noEngine, .authURL = ""};
 }
 
-NodeAction NoNodeEngine::logout(const std::string &)
+boost::asio::awaitable<NodeAction> NoNodeEngine::logout(std::string)
 {
-    return {.ok = false, .output = "", .error = noEngine, .authURL = ""};
+    co_return NodeAction{.ok = false, .output = "", .error = noEngine, .authURL = ""};
 }
 
 std::optional<std::chrono::steady_clock::time_point> NoNodeEngine::nextChange() const
@@ -37,9 +39,9 @@ std::string NoNodeEngine::hostProblem(const std::string &, const std::string &) 
     return noEngine;
 }
 
-std::vector<std::string> NoNodeEngine::resolve(const std::string &, const std::string &) const
+boost::asio::awaitable<std::vector<std::string>> NoNodeEngine::resolve(std::string, std::string)
 {
-    return {};
+    co_return std::vector<std::string>{};
 }
 
 NodeNames NoNodeEngine::nodeNames(const std::string &, const std::string &hostname) const
@@ -55,6 +57,11 @@ boost::asio::awaitable<boost::asio::ip::tcp::socket> NoNodeEngine::dial(std::str
 
 NodePort NoNodeEngine::openPort(
     const boost::asio::any_io_executor &, const std::string &, const std::string &, std::uint16_t)
+{
+    throw NetworkProblem(noEngine);
+}
+
+std::shared_ptr<boost::asio::ssl::context> NoNodeEngine::certificate(const std::string &)
 {
     throw NetworkProblem(noEngine);
 }

@@ -8,17 +8,19 @@ class NoNodeEngine final : public NodeEngine {
 public:
     explicit NoNodeEngine(WallTime started);
 
+    void setChanged(std::function<void()> changed) override;
     NodeStatus profileStatus(const std::string &profile) const override;
-    NodeAction login(const std::string &profile) override;
-    NodeAction logout(const std::string &profile) override;
+    boost::asio::awaitable<NodeAction> login(std::string profile) override;
+    boost::asio::awaitable<NodeAction> logout(std::string profile) override;
     std::optional<std::chrono::steady_clock::time_point> nextChange() const override;
     std::string hostProblem(const std::string &profile, const std::string &host) const override;
-    std::vector<std::string> resolve(const std::string &profile, const std::string &host) const override;
+    boost::asio::awaitable<std::vector<std::string>> resolve(std::string profile, std::string host) override;
     NodeNames nodeNames(const std::string &profile, const std::string &hostname) const override;
     boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
         std::string profile, std::string host, std::uint16_t port) override;
     NodePort openPort(const boost::asio::any_io_executor &executor, const std::string &profile,
         const std::string &hostname, std::uint16_t port) override;
+    std::shared_ptr<boost::asio::ssl::context> certificate(const std::string &dnsName) override;
     void stop() override;
 
 private:

@@ -1,6 +1,5 @@
 #include "Service/Publications/PublicationRunner.h"
 
-#include "Service/Net/LabCertificate.h"
 #include "Service/Net/LoopbackEndpoint.h"
 #include "Service/Net/TlsEnd.h"
 #include "Service/Text/Timestamps.h"
@@ -80,8 +79,7 @@ void PublicationRunner::listen()
 {
     const LoopbackEndpoint target = parseLoopbackEndpoint(m_settings.target, 1);
     if (m_settings.tls && !m_tls)
-        m_tls = std::make_shared<asio::ssl::context>(
-            selfSignedContext(m_nodes.nodeNames(m_settings.profile, m_hostname).dnsName));
+        m_tls = m_nodes.certificate(m_nodes.nodeNames(m_settings.profile, m_hostname).dnsName);
     NodePort port =
         m_nodes.openPort(m_executor, m_settings.profile, m_hostname, static_cast<std::uint16_t>(m_settings.port));
     m_lease = std::move(port.lease);

@@ -2,14 +2,18 @@
 #include "Service/Reports/DialWithin.h"
 #include "Service/Reports/PathProbes.h"
 #include "Service/Text/Words.h"
+#include <array>
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/ssl/error.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/buffer_body.hpp>
 #include <boost/beast/http/empty_body.hpp>
 #include <boost/beast/http/read.hpp>
-#include <boost/beast/http/string_body.hpp>
+#include <boost/beast/http/status.hpp>
 #include <boost/beast/http/write.hpp>
+#include <memory>
+#include <optional>
 
 namespace veranox {
 
@@ -24,7 +28,9 @@ namespace {
 constexpr auto asTuple = asio::as_tuple(asio::use_awaitable);
 constexpr std::chrono::milliseconds handshakeTime{1500};
 constexpr std::chrono::milliseconds httpTime{2000};
-constexpr std::uint64_t bodyLimit = 256 * 1024;
+constexpr std::uint64_t enoughOfABody = 256 * 1024; // to know that the host answers
+constexpr int mostAnswers = 20; // to one request, where all but the last come on the way to it
+constexpr std::size_t pieceSize = 16 * 1024; // the most of an answer that is kept at a time
 
 std::chrono::milliseconds since(Clock::time_point begin)
 {
@@ -33,7 +39,7 @@ std::chrono::milliseconds since(Clock::time_point begin)
 
 std::string addressOf(const PathTarget &target)
 {
-    const std::string scheme = target.scheme == "https" ? "https://" : "http://";
+    const std::string scheme = target.isSecure() ? "https://" : "http://";
     const std::string host = target.host.contains(':') ? "[" + target.host + "]" : target.host;
     return scheme + host + ":" + std::to_string(target.port) + target.path;
 }
@@ -41,7 +47,7 @@ std::string addressOf(const PathTarget &target)
 http::request<http::empty_body> pageRequest(const PathTarget &target)
 {
     http::request<http::empty_body> request(http::verb::get, target.path, 11);
-    request.set(http::field::host, target.host);
+    request.set(http::field::host, hostField(target));
     request.set(http::field::user_agent, "Veranox path report");
     request.set(http::field::connection, "close");
     return request;
@@ -54,6 +60,8 @@ std::string sentence(const beast::error_code &failure)
     if (failure == http::error::end_of_stream || failure == asio::error::connection_reset
         || failure == asio::ssl::error::stream_truncated)
         return "The host took the connection and closed it without an answer.";
+    if (failure == http::error::header_limit || failure == http::error::buffer_overflow)
+        return "The host took the connection, but the header of its answer is too long.";
     if (failure.category() == http::make_error_code(http::error::bad_version).category())
         return "The host took the connection but does not speak HTTP.";
     return "The HTTP request failed: " + failure.message() + ".";
@@ -66,24 +74,51 @@ std::string told(std::string_view text)
     return shortened(printable(text), longest);
 }
 
-using PageParser = http::response_parser<http::string_body>;
+using PageParser = http::response_parser<http::buffer_body>;
 
-/// The rest of the answer once its header is there. Many hosts end TLS without a farewell, so that counts as the end
-/// of an answer that goes on until the end.
+/// The header of the answer itself: what a host says on the way to it (100 Continue and its like) is passed over.
+template <class Stream>
+asio::awaitable<beast::error_code> readHeader(
+    Stream *stream, beast::flat_buffer *buffer, std::optional<PageParser> *parser)
+{
+    for (int answers = 0; answers < mostAnswers; ++answers) {
+        parser->emplace();
+        (*parser)->body_limit(boost::none);
+        const auto [failure, size] = co_await http::async_read_header(*stream, *buffer, **parser, asTuple);
+        if (failure || http::to_status_class((*parser)->get().result_int()) != http::status_class::informational)
+            co_return failure;
+    }
+    co_return http::error::bad_status;
+}
+
+/// The rest of the answer once its header is there, piece by piece and as much as is enough. Many hosts end TLS
+/// without a farewell, so that counts as the end of an answer that goes on until the end.
 template <class Stream>
 asio::awaitable<beast::error_code> readBody(
     Stream *stream, beast::flat_buffer *buffer, PageParser *parser, HttpResult *result, Clock::time_point begin)
 {
+    const auto piece = std::make_unique<std::array<char, pieceSize>>();
     beast::error_code failure;
-    while (!failure && !parser->is_done()) {
+    while (!failure && !parser->is_done() && result->bytesRead < enoughOfABody) {
+        parser->get().body().data = piece->data();
+        parser->get().body().size = piece->size();
         failure = std::get<0>(co_await http::async_read_some(*stream, *buffer, *parser, asTuple));
         if (failure == asio::ssl::error::stream_truncated)
             parser->put_eof(failure);
+        if (failure == http::error::need_buffer)
+            failure = {};
         if (result->bytesRead == 0)
             result->toFirstByte = since(begin);
-        result->bytesRead = parser->get().body().size();
+        result->bytesRead += piece->size() - parser->get().body().size;
     }
     co_return failure;
+}
+
+void noteHeader(const PageParser::value_type &answer, HttpResult &result)
+{
+    result.statusCode = answer.result_int();
+    result.status = std::to_string(result.statusCode) + " " + told(answer.reason());
+    result.contentType = told(answer[http::field::content_type]);
 }
 
 /// Request and answer over a connection that is ready for them; the times in the result are counted from `begin`.
@@ -93,21 +128,17 @@ asio::awaitable<void> exchange(Stream *stream, PathTarget target, HttpResult *re
     beast::get_lowest_layer(*stream).expires_after(httpTime);
     const http::request<http::empty_body> request = pageRequest(target);
     const auto [unsent, sent] = co_await http::async_write(*stream, request, asTuple);
-    beast::flat_buffer buffer;
-    PageParser parser;
-    parser.body_limit(bodyLimit);
+    beast::flat_buffer buffer(pieceSize);
+    std::optional<PageParser> parser;
     beast::error_code failure = unsent;
     if (!failure)
-        failure = std::get<0>(co_await http::async_read_header(*stream, buffer, parser, asTuple));
+        failure = co_await readHeader(stream, &buffer, &parser);
     if (!failure) {
         result->toHeaders = result->toFirstByte = since(begin);
-        result->statusCode = parser.get().result_int();
-        result->status = std::to_string(result->statusCode) + " " + told(parser.get().reason());
-        result->contentType = told(parser.get()[http::field::content_type]);
-        failure = co_await readBody(stream, &buffer, &parser, result, begin);
+        noteHeader(parser->get(), *result);
+        failure = co_await readBody(stream, &buffer, &*parser, result, begin);
     }
-    const bool isLong = failure == http::error::body_limit; // enough to know that it answers
-    result->ok = !failure || isLong;
+    result->ok = !failure;
     result->error = result->ok ? "" : sentence(failure);
 }
 
@@ -137,7 +168,7 @@ asio::awaitable<HttpResult> probeHttp(NodeEngine *nodes, std::string profile, Pa
     HttpResult result;
     result.url = addressOf(target);
     std::unique_ptr<asio::ssl::context> context;
-    if (target.scheme == "https")
+    if (target.isSecure())
         context = co_await clientContext();
     const auto begin = Clock::now();
     const HostPort endpoint{target.host, target.port};

@@ -131,7 +131,7 @@ Verdict verdictOnTarget(const Findings &found, const PathTarget &target)
                   "trusted here and of its name."}};
     if (found.http.ok)
         return {answers + ".", {}};
-    if (target.scheme == "http" || target.scheme == "https")
+    if (!target.scheme.empty() && target.mayBeHttp())
         return {takes + ", but gave no page: " + found.http.error,
             {"Check the service on " + target.host + "; the way to it is fine."}};
     return {takes + ".", {}};
@@ -174,14 +174,14 @@ asio::awaitable<json::object> makePathReport(
         conclude(report, verdictOnNode(found, target->host));
         co_return report;
     }
-    const std::vector<std::string> addresses = nodes->resolve(name, target->host);
+    const std::vector<std::string> addresses = co_await nodes->resolve(name, target->host);
     report["dns"] = json::object{{"ok", found.dnsError.empty()}, {"profile", name}, {"host", target->host},
         {"network", "ip"}, {"addresses", json::array(addresses.begin(), addresses.end())}, {"error", found.dnsError}};
     if (found.dnsError.empty()) {
         found.ping = co_await ping(nodes, name, *target, question.pingCount);
         report["ping"] = pingRecord(found, *target);
     }
-    if (found.ping.ok) {
+    if (found.ping.ok && target->mayBeHttp()) {
         found.http = co_await probeHttp(nodes, name, *target);
         report["http"] = httpRecord(found.http);
     }

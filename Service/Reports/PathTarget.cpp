@@ -2,7 +2,12 @@
 
 #include "Service/Net/HostPort.h"
 #include "Service/Text/Words.h"
+#include <algorithm>
 #include <boost/asio/ip/address.hpp>
+#include <boost/url/encode.hpp>
+#include <boost/url/rfc/pchars.hpp>
+#include <cctype>
+#include <iterator>
 #include <stdexcept>
 
 namespace veranox {
@@ -13,6 +18,43 @@ namespace {
 
 constexpr std::uint16_t httpPort = 80;
 constexpr std::uint16_t httpsPort = 443;
+
+struct SchemePort {
+    std::string_view scheme;
+    std::uint16_t port;
+};
+
+constexpr SchemePort usualPorts[] = {{"http", httpPort}, {"https", httpsPort}, {"ws", httpPort}, {"wss", httpsPort},
+    {"ftp", 21}, {"ssh", 22}, {"sftp", 22}, {"smb", 445}, {"mysql", 3306}, {"rdp", 3389}, {"postgres", 5432},
+    {"postgresql", 5432}, {"vnc", 5900}, {"redis", 6379}};
+
+std::uint16_t usualPort(std::string_view scheme)
+{
+    const auto *const known = std::ranges::find(usualPorts, scheme, &SchemePort::scheme);
+    return known == std::end(usualPorts) ? httpPort : known->port;
+}
+
+bool isEscape(std::string_view text)
+{
+    const auto isHex = [](unsigned char c) { return std::isxdigit(c) != 0; };
+    return text.starts_with('%') && text.size() > 2 && isHex(static_cast<unsigned char>(text[1]))
+        && isHex(static_cast<unsigned char>(text[2]));
+}
+
+/// Path and query with escapes for all that may not stand in a request; escapes stay as they are.
+std::string escaped(std::string_view text)
+{
+    constexpr auto asTheyAre = boost::urls::pchars + '/' + '?';
+    constexpr std::size_t escapeLength = 3;
+    std::string all;
+    while (!text.empty()) {
+        const bool isWritten = isEscape(text);
+        const std::string_view piece = text.substr(0, isWritten ? escapeLength : 1);
+        all += isWritten ? std::string(piece) : boost::urls::encode(piece, asTheyAre);
+        text.remove_prefix(piece.size());
+    }
+    return all;
+}
 
 std::optional<asio::ip::address> addressOf(std::string_view text)
 {
@@ -34,15 +76,14 @@ std::optional<PathTarget> parsePathTarget(std::string_view text)
     std::string_view path = text.substr(authorityEnd);
     path = path.substr(0, path.find('#'));
     if (!path.empty())
-        target.path = (path.starts_with('/') ? "" : "/") + std::string(path);
+        target.path = (path.starts_with('/') ? "" : "/") + escaped(path);
     std::string authority(text.substr(0, authorityEnd));
     authority.erase(0, authority.rfind('@') + 1);
-    const std::uint16_t usualPort = target.scheme == "https" ? httpsPort : httpPort;
     const bool isBareAddress = addressOf(authority).has_value();
     if (isBareAddress && authority.contains(':'))
         authority = "[" + authority + "]";
     if (!authority.contains(':') || authority.ends_with(']'))
-        authority += ":" + std::to_string(usualPort);
+        authority += ":" + std::to_string(usualPort(target.scheme));
     try {
         const HostPort endpoint = parseHostPort(authority);
         target.host = lowered(endpoint.host);
@@ -53,6 +94,13 @@ std::optional<PathTarget> parsePathTarget(std::string_view text)
     if (target.host.ends_with('.'))
         target.host.pop_back();
     return target.host.empty() ? std::nullopt : std::optional(target);
+}
+
+std::string hostField(const PathTarget &target)
+{
+    const std::string host = target.host.contains(':') ? "[" + target.host + "]" : target.host;
+    const std::uint16_t usual = target.isSecure() ? httpsPort : httpPort;
+    return target.port == usual ? host : host + ":" + std::to_string(target.port);
 }
 
 } // namespace veranox

@@ -5,6 +5,7 @@
 #include "Service/Tunnels/NativeTunnel.h"
 #include "Service/Tunnels/SshTunnel.h"
 #include <algorithm>
+#include <boost/asio/post.hpp>
 
 namespace veranox {
 
@@ -54,6 +55,12 @@ NodeTraffic::NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &node
       m_routes(std::make_shared<const RouteTable>(std::make_shared<const ConfigDocument>())),
       m_timer(m_executor)
 {
+    m_nodes.setChanged([this, executor = m_executor, isAlive = std::weak_ptr(m_isAlive)] {
+        boost::asio::post(executor, [this, isAlive] {
+            if (!isAlive.expired())
+                look();
+        });
+    });
 }
 
 NodeTraffic::~NodeTraffic()
@@ -250,6 +257,7 @@ boost::asio::awaitable<boost::json::object> NodeTraffic::pathReport(PathQuestion
 void NodeTraffic::stop()
 {
     m_isStopped = true;
+    m_nodes.setChanged({});
     m_timer.cancel();
     for (const auto &[name, runner] : m_tunnels)
         runner->close();

@@ -58,6 +58,7 @@ private:
     std::map<std::string, std::unique_ptr<TunnelRunner>> m_tunnels;
     std::map<std::string, std::unique_ptr<PublicationRunner>> m_publications;
     boost::asio::steady_timer m_timer;
+    std::shared_ptr<bool> m_isAlive = std::make_shared<bool>(true); // goes with it, for whoever posts to it
     bool m_isStopped = false;
 };
 

@@ -43,7 +43,8 @@ const LabTailnet *LabDialer::tailnetOf(const std::string &profile) const
 
 bool LabDialer::isNode(const std::string &tailnet, const std::string &hostname) const
 {
-    return std::ranges::any_of(*m_published, [&](const auto &published) {
+    const std::scoped_lock lock(m_published->mutex);
+    return std::ranges::any_of(m_published->ports, [&](const auto &published) {
         return std::get<0>(published.first) == tailnet && std::get<1>(published.first) == hostname;
     });
 }
@@ -69,8 +70,7 @@ std::vector<std::string> LabDialer::resolve(const std::string &profile, const st
 }
 
 /// Where on loopback that host is. Throws NetworkProblem.
-LabDialer::Endpoint LabDialer::endpointOf(
-    const std::string &profile, const std::string &host, std::uint16_t port, const asio::any_io_executor &executor)
+LabDialer::Endpoint LabDialer::endpointOf(const std::string &profile, const std::string &host, std::uint16_t port)
 {
     if (const std::string problem = hostProblem(profile, host); !problem.empty())
         throw NetworkProblem(problem);
@@ -78,22 +78,23 @@ LabDialer::Endpoint LabDialer::endpointOf(
     const std::string label = labelOf(host, tailnet.suffix);
     if (const LabHost *known = findNamed(tailnet.hosts, label)) {
         if (known->kind != LabHost::Kind::address)
-            return m_hosts.endpointOf(known->kind, port, executor);
+            return m_hosts.endpointOf(known->kind, port);
         return {asio::ip::make_address(known->address), known->port == 0 ? port : known->port};
     }
-    const auto published = m_published->find({findNamed(m_network.profiles, profile)->tailnet, label, port});
-    if (published == m_published->end())
+    const std::optional<Published> published =
+        publishedAt({findNamed(m_network.profiles, profile)->tailnet, label, port});
+    if (!published || published->endpoint.port() == 0)
         throw NetworkProblem(at(host, port) + " refused the connection: the node publishes nothing there.");
-    if (findNamed(m_network.profiles, published->second.profile)->policy.admits == LabPolicy::Admits::nobody)
+    if (findNamed(m_network.profiles, published->profile)->policy.admits == LabPolicy::Admits::nobody)
         throw NetworkProblem(at(host, port) + " refused the connection: the policy of the tailnet admits no device.");
-    return published->second.endpoint;
+    return published->endpoint;
 }
 
 asio::awaitable<tcp::socket> LabDialer::dial(std::string profile, std::string host, std::uint16_t port)
 {
     const auto executor = co_await asio::this_coro::executor;
     tcp::socket socket(executor);
-    const auto [failure] = co_await socket.async_connect(endpointOf(profile, host, port, executor), asTuple);
+    const auto [failure] = co_await socket.async_connect(endpointOf(profile, host, port), asTuple);
     if (failure == asio::error::connection_refused)
         throw NetworkProblem(at(host, port) + " refused the connection.");
     if (failure)
@@ -103,6 +104,25 @@ asio::awaitable<tcp::socket> LabDialer::dial(std::string profile, std::string ho
     co_return socket;
 }
 
+std::optional<LabDialer::Published> LabDialer::publishedAt(const PortKey &key) const
+{
+    const std::scoped_lock lock(m_published->mutex);
+    const auto found = m_published->ports.find(key);
+    return found == m_published->ports.end() ? std::nullopt : std::optional(found->second);
+}
+
+/// The port is the caller's until the lease goes. Throws NetworkProblem.
+std::shared_ptr<void> LabDialer::reserve(const PortKey &key, const std::string &profile)
+{
+    const std::scoped_lock lock(m_published->mutex);
+    if (!m_published->ports.emplace(key, Published{Endpoint(), profile}).second)
+        throw NetworkProblem("Port " + std::to_string(std::get<2>(key)) + " of the node is already published.");
+    return {nullptr, [published = m_published, key](void *) {
+                const std::scoped_lock release(published->mutex);
+                published->ports.erase(key);
+            }};
+}
+
 NodePort LabDialer::openPort(
     const asio::any_io_executor &executor, const std::string &profile, const std::string &hostname, std::uint16_t port)
 {
@@ -110,13 +130,12 @@ NodePort LabDialer::openPort(
     if (!known)
         throw NetworkProblem(hostProblem(profile, hostname));
     const PortKey key{known->tailnet, lowered(hostname), port};
-    if (m_published->contains(key))
-        throw NetworkProblem("Port " + std::to_string(port) + " of the node is already published.");
+    std::shared_ptr<void> lease = reserve(key, profile);
     tcp::acceptor acceptor = openListener(executor,
         known->nodeAddress.empty() ? Endpoint(asio::ip::address_v4::loopback(), 0)
                                    : Endpoint(asio::ip::make_address(known->nodeAddress), port));
-    m_published->emplace(key, Published{acceptor.local_endpoint(), profile});
-    std::shared_ptr<void> lease(nullptr, [published = m_published, key](void *) { published->erase(key); });
+    const std::scoped_lock lock(m_published->mutex);
+    m_published->ports.at(key).endpoint = acceptor.local_endpoint();
     return {std::move(acceptor), std::move(lease)};
 }
 

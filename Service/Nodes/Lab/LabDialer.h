@@ -3,11 +3,14 @@
 #include "Service/Nodes/Lab/LabNetwork.h"
 #include "Service/Nodes/NodeEngine.h"
 #include <map>
+#include <mutex>
+#include <optional>
 #include <tuple>
 
 namespace veranox {
 
-/// Finds and connects to whatever answers on a simulated tailnet: its hosts and the ports that nodes publish there.
+/// Finds and connects to whatever answers on a simulated tailnet: its hosts and the ports that nodes publish there. May
+/// be used from any thread.
 class LabDialer {
 public:
     /// The network must outlive it.
@@ -32,12 +35,16 @@ private:
         Endpoint endpoint;
         std::string profile;
     };
-    using PublishedPorts = std::map<PortKey, Published>;
+    struct PublishedPorts {
+        std::mutex mutex; // held for a look or a change alone
+        std::map<PortKey, Published> ports; // at an endpoint of 0 while they are being opened
+    };
 
     const LabTailnet *tailnetOf(const std::string &profile) const;
     bool isNode(const std::string &tailnet, const std::string &hostname) const;
-    Endpoint endpointOf(const std::string &profile, const std::string &host, std::uint16_t port,
-        const boost::asio::any_io_executor &executor);
+    Endpoint endpointOf(const std::string &profile, const std::string &host, std::uint16_t port);
+    std::shared_ptr<void> reserve(const PortKey &key, const std::string &profile);
+    std::optional<Published> publishedAt(const PortKey &key) const;
 
     const LabNetwork &m_network;
     LabHosts m_hosts;

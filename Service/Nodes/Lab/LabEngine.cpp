@@ -46,6 +46,7 @@ LabTime LabEngine::elapsed() const
 
 LabSession LabEngine::sessionOf(const std::string &profile) const
 {
+    const std::scoped_lock lock(m_mutex);
     const auto known = m_sessions.find(profile);
     return known == m_sessions.end() ? LabSession{} : known->second;
 }

@@ -5,6 +5,7 @@
 #include "Service/Nodes/NodeEngine.h"
 #include "Service/Time/TimeSource.h"
 #include <map>
+#include <mutex>
 
 namespace veranox {
 
@@ -15,17 +16,19 @@ public:
     /// The time must outlive the engine, which starts now.
     LabEngine(LabNetwork network, const TimeSource &time);
 
+    void setChanged(std::function<void()> changed) override;
     NodeStatus profileStatus(const std::string &profile) const override;
-    NodeAction login(const std::string &profile) override;
-    NodeAction logout(const std::string &profile) override;
+    boost::asio::awaitable<NodeAction> login(std::string profile) override;
+    boost::asio::awaitable<NodeAction> logout(std::string profile) override;
     std::optional<std::chrono::steady_clock::time_point> nextChange() const override;
     std::string hostProblem(const std::string &profile, const std::string &host) const override;
-    std::vector<std::string> resolve(const std::string &profile, const std::string &host) const override;
+    boost::asio::awaitable<std::vector<std::string>> resolve(std::string profile, std::string host) override;
     NodeNames nodeNames(const std::string &profile, const std::string &hostname) const override;
     boost::asio::awaitable<boost::asio::ip::tcp::socket> dial(
         std::string profile, std::string host, std::uint16_t port) override;
     NodePort openPort(const boost::asio::any_io_executor &executor, const std::string &profile,
         const std::string &hostname, std::uint16_t port) override;
+    std::shared_ptr<boost::asio::ssl::context> certificate(const std::string &dnsName) override;
     void stop() override;
 
     const LabNetwork &network() const { return m_network; }
@@ -38,10 +41,17 @@ public:
 
 private:
     LabSession sessionOf(const std::string &profile) const;
+    /// The session with a sign-in under way: the one that was begun already, or a new one.
+    LabSession beginLogin(const std::string &profile);
+    NodeAction loginNow(const std::string &profile);
+    NodeAction logoutNow(const std::string &profile);
+    void tellChange() const;
 
     LabNetwork m_network;
     LabDialer m_dialer{m_network};
+    mutable std::mutex m_mutex; // of the two below, and never held while anything is waited for
     std::map<std::string, LabSession> m_sessions; // of the profiles that were signed in or out
+    std::function<void()> m_changed;
     const TimeSource &m_time;
     std::chrono::steady_clock::time_point m_steadyStart;
     WallTime m_wallStart;

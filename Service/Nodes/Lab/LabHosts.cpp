@@ -6,9 +6,11 @@
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <set>
+#include <utility>
 
 namespace veranox {
 
@@ -85,26 +87,44 @@ private:
     std::set<LabConnection> m_connections;
 };
 
-LabHosts::~LabHosts() = default;
+LabHosts::~LabHosts()
+{
+    stop();
+}
 
-tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, std::uint16_t port, const asio::any_io_executor &executor)
+tcp::endpoint LabHosts::endpointOf(LabHost::Kind kind, std::uint16_t port)
 {
     constexpr std::uint16_t httpsPort = 443;
     const bool isSecure = kind == LabHost::Kind::site && port == httpsPort;
+    const std::scoped_lock lock(m_mutex);
+    if (m_isStopped)
+        throw boost::system::system_error(asio::error::operation_aborted);
     std::shared_ptr<Server> &server = m_servers[{kind, isSecure}];
     if (!server) {
-        server = std::make_shared<Server>(kind, isSecure, executor);
-        asio::co_spawn(executor, Server::run(server), asio::detached);
+        server = std::make_shared<Server>(kind, isSecure, m_context.get_executor());
+        asio::co_spawn(m_context, Server::run(server), asio::detached);
     }
+    if (!m_thread.joinable())
+        m_thread = std::thread([this] { m_context.run(); });
     return server->endpoint();
 }
 
 void LabHosts::stop()
 {
-    for (const auto &[key, server] : m_servers)
-        if (server)
-            server->stop();
-    m_servers.clear();
+    std::thread thread;
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_isStopped = true;
+        asio::post(m_context, [this, servers = std::exchange(m_servers, {})] {
+            for (const auto &[key, server] : servers)
+                if (server)
+                    server->stop();
+            m_context.stop();
+        });
+        thread = std::exchange(m_thread, {});
+    }
+    if (thread.joinable())
+        thread.join();
 }
 
 } // namespace veranox

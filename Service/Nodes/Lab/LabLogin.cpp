@@ -24,7 +24,47 @@ std::string signInAddress(const std::string &profile, LabTime begun)
 
 } // namespace
 
-NodeAction LabEngine::login(const std::string &profile)
+void LabEngine::setChanged(std::function<void()> changed)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_changed = std::move(changed);
+}
+
+void LabEngine::tellChange() const
+{
+    std::function<void()> changed;
+    {
+        const std::scoped_lock lock(m_mutex);
+        changed = m_changed;
+    }
+    if (changed)
+        changed();
+}
+
+boost::asio::awaitable<NodeAction> LabEngine::login(std::string profile)
+{
+    NodeAction action = loginNow(profile);
+    tellChange();
+    co_return action;
+}
+
+boost::asio::awaitable<NodeAction> LabEngine::logout(std::string profile)
+{
+    NodeAction action = logoutNow(profile);
+    tellChange();
+    co_return action;
+}
+
+LabSession LabEngine::beginLogin(const std::string &profile)
+{
+    const std::scoped_lock lock(m_mutex);
+    LabSession &session = m_sessions[profile];
+    if (!session.login)
+        session.login = elapsed();
+    return session;
+}
+
+NodeAction LabEngine::loginNow(const std::string &profile)
 {
     const LabProfile *lab = findNamed(m_network.profiles, profile);
     if (!lab)
@@ -36,18 +76,16 @@ NodeAction LabEngine::login(const std::string &profile)
         return refused(phase.failure);
     if (phase.kind != Kind::asking)
         return refused("The node is still starting; sign in once it asks for a login.");
-    LabSession &session = m_sessions[profile];
-    if (!needsLogin(*lab, session))
+    if (!needsLogin(*lab, sessionOf(profile)))
         return refused("The node waits for an admin of its tailnet to approve it.");
-    if (!session.login)
-        session.login = elapsed();
+    const LabSession session = beginLogin(profile);
     if (nodePhase(profile, *lab).kind == Kind::running)
         return done("The node is signed in to tailnet " + lab->tailnet + ".");
     const std::string address = signInAddress(profile, *session.login);
     return {.ok = false, .output = "To sign in, visit " + address, .error = "", .authURL = address};
 }
 
-NodeAction LabEngine::logout(const std::string &profile)
+NodeAction LabEngine::logoutNow(const std::string &profile)
 {
     const LabProfile *lab = findNamed(m_network.profiles, profile);
     if (!lab)
@@ -55,7 +93,10 @@ NodeAction LabEngine::logout(const std::string &profile)
     const LabPhase phase = nodePhase(profile, *lab);
     if (phase.kind == Kind::failed)
         return refused(phase.failure);
-    m_sessions[profile] = {.loggedOut = elapsed(), .login = std::nullopt};
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_sessions[profile] = {.loggedOut = elapsed(), .login = std::nullopt};
+    }
     return done("The node is signed out of tailnet " + lab->tailnet + ".");
 }
 

@@ -1,3 +1,4 @@
+#include "Service/Net/LabCertificate.h"
 #include "Service/Nodes/Lab/LabEngine.h"
 #include "Service/Nodes/Lab/NextMoment.h"
 
@@ -35,9 +36,9 @@ std::string LabEngine::hostProblem(const std::string &profile, const std::string
     return m_dialer.hostProblem(profile, host);
 }
 
-std::vector<std::string> LabEngine::resolve(const std::string &profile, const std::string &host) const
+asio::awaitable<std::vector<std::string>> LabEngine::resolve(std::string profile, std::string host)
 {
-    return m_dialer.resolve(profile, host);
+    co_return m_dialer.resolve(profile, host);
 }
 
 NodeNames LabEngine::nodeNames(const std::string &profile, const std::string &hostname) const
@@ -66,6 +67,11 @@ NodePort LabEngine::openPort(
     const asio::any_io_executor &executor, const std::string &profile, const std::string &hostname, std::uint16_t port)
 {
     return m_dialer.openPort(executor, profile, hostname, port);
+}
+
+std::shared_ptr<asio::ssl::context> LabEngine::certificate(const std::string &dnsName)
+{
+    return std::make_shared<asio::ssl::context>(selfSignedContext(dnsName));
 }
 
 void LabEngine::stop()

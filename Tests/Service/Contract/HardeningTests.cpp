@@ -199,8 +199,10 @@ TEST_F(ServiceContract, WithoutStandardFilesItGetsThemSoThatNoConnectionTakesThe
 
 TEST_F(ServiceContract, EndsWithinASecondWhateverItsClientsDo)
 {
+    home.write("lab.json", R"({"version": 1, "tailnets": {"net": {"suffix": ".t", "hosts": {"hole": "blackhole"}}},
+        "profiles": {"only": {"tailnet": "net", "config": {"Suffixes": [".t"]}}}})");
     for (const bool isAsked : {false, true}) {
-        ServiceProcess service(home.path(), demo);
+        ServiceProcess service(home.path(), plain, {{"VERANOX_LAB", (home / "lab.json").string()}});
         const std::uint16_t port = service.awaitPort();
         std::list<RawClient> clients;
         const auto connect = [&](const std::string &bytes) {
@@ -212,12 +214,13 @@ TEST_F(ServiceContract, EndsWithinASecondWhateverItsClientsDo)
             connect("GET /api/hea");
             connect(clients.back().request("POST", "/api/config", tokenHeader() + "Content-Length: 1000000\r\n") + "{");
             connect(clients.back().request("POST", "/api/config", "Content-Length: 1000000\r\n"));
-            connect(clients.back().request("GET", "/api/reports/path?target=silent.lab.ts.net"));
+            connect(clients.back().request("GET", "/api/reports/path?target=http://hole.t"));
         }
         std::string many;
         for (int i = 0; i < 500; ++i)
             many += clients.back().request("GET", "/api/config");
         connect(many);
+        get(port, "/api/health"); // so that all of them are seen
         const Clock::time_point begin = Clock::now();
         if (isAsked) {
             RawClient client(port);

@@ -198,6 +198,27 @@ TEST(ControlServer, ClientThatNeverReadsIsCutOff)
     EXPECT_FALSE(client.send(many)) << "the server stopped listening to it";
 }
 
+TEST(ControlServer, ConnectionsThatAWantOfMemoryEndsAreForgotten)
+{
+    ControlLimits limits;
+    limits.connections = 4;
+    RunningServer server(limits);
+    server.failToLog(true);
+    for (int i = 0; i < 20; ++i) {
+        RawClient client(server.port());
+        EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U);
+        EXPECT_TRUE(client.isClosedByServer()) << "the line about it could not be written";
+    }
+    server.failToLog(false);
+    std::list<RawClient> clients;
+    for (std::size_t i = 0; i < limits.connections; ++i) {
+        clients.emplace_back(server.port());
+        EXPECT_EQ(clients.back().exchange(clients.back().request("GET", "/api/health")).result_int(), 200U);
+    }
+    for (RawClient &client : clients)
+        EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U) << "all have room";
+}
+
 TEST(ControlServer, CrowdOfIdleConnectionsLocksNobodyOut)
 {
     ControlLimits limits;

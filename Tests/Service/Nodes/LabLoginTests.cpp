@@ -1,6 +1,7 @@
 #include "Service/Nodes/Lab/LabEngine.h"
 #include "Service/Nodes/Lab/LabFile.h"
 #include "Service/Nodes/NoNodeEngine.h"
+#include "Tests/Service/Support/Awaited.h"
 #include "Tests/Service/Support/FakeTime.h"
 #include <gmock/gmock.h>
 
@@ -23,8 +24,8 @@ public:
     {
     }
 
-    NodeAction login() { return m_engine.login("p"); }
-    NodeAction logout() { return m_engine.logout("p"); }
+    NodeAction login() { return test::awaited(m_engine.login("p")); }
+    NodeAction logout() { return test::awaited(m_engine.logout("p")); }
     std::string state() const { return m_engine.profileStatus("p").backendState; }
     NodeStatus status() const { return m_engine.profileStatus("p"); }
     std::string stateAfter(std::chrono::milliseconds time)
@@ -139,7 +140,8 @@ TEST(LabLogout, CannotHelpANodeThatFailed)
 TEST(LabLogin, AndLogoutOfAProfileThatTheLabDoesNotKnow)
 {
     LabNode node;
-    for (const NodeAction &action : {node.engine().login("other"), node.engine().logout("other")}) {
+    for (const NodeAction &action :
+        {test::awaited(node.engine().login("other")), test::awaited(node.engine().logout("other"))}) {
         EXPECT_FALSE(action.ok);
         EXPECT_EQ(action.error, "The lab network does not describe a profile \"other\"; add it to the lab file.");
     }
@@ -148,11 +150,27 @@ TEST(LabLogin, AndLogoutOfAProfileThatTheLabDoesNotKnow)
 TEST(NoNodeEngine, SignsNobodyInOrOut)
 {
     NoNodeEngine engine(WallTime{});
-    for (const NodeAction &action : {engine.login("p"), engine.logout("p")}) {
+    for (const NodeAction &action : {test::awaited(engine.login("p")), test::awaited(engine.logout("p"))}) {
         EXPECT_FALSE(action.ok);
         EXPECT_EQ(action.authURL, "");
         EXPECT_EQ(action.error, engine.profileStatus("p").error);
     }
+}
+
+TEST(LabLogin, TellsThatANodeMayHaveChanged)
+{
+    LabNode node(asking);
+    int changes = 0;
+    node.engine().setChanged([&] { ++changes; });
+    node.stateAfter(1s);
+    EXPECT_EQ(changes, 0);
+    node.login();
+    EXPECT_EQ(changes, 1);
+    node.logout();
+    EXPECT_EQ(changes, 2);
+    node.engine().setChanged({});
+    node.login();
+    EXPECT_EQ(changes, 2);
 }
 
 } // namespace

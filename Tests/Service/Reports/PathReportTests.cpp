@@ -1,10 +1,8 @@
-#include "Service/Reports/PathTarget.h"
 #include "Tests/Service/Support/LabBench.h"
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/use_future.hpp>
 #include <boost/json/value_to.hpp>
 #include <gmock/gmock.h>
-#include <thread>
 
 namespace veranox {
 
@@ -111,47 +109,14 @@ TEST_F(PathReportOfLab, HostThatDoesNotSpeakHttp)
     EXPECT_EQ(text(found.at("summary")), "echo.tail1.ts.net takes connections on port 7 through profile \"Work\".");
 }
 
-/// What a report tells of a host that sends these bytes to whoever connects.
-boost::json::object reportOfHostThatSays(const std::string &answer)
+TEST_F(PathReportOfLab, OnlyWhatMayBeHttpIsAskedForAPage)
 {
-    const test::Peer host = test::Peer::listening();
-    test::LabBench bench(R"({"version": 1, "tailnets": {"net": {"suffix": ".t", "hosts": {"far": "127.0.0.1:)"
-        + std::to_string(host.port())
-        + R"("}}}, "profiles": {"p": {"tailnet": "net", "config": {"Suffixes": [".t"]}}}})");
-    std::thread server([&] {
-        for (int connection = 0; connection < 2; ++connection) { // the ping and the page
-            const test::Peer peer = host.accept();
-            peer.send(answer);
-            peer.finishSending();
-            peer.receiveAll();
-        }
-    });
-    boost::json::object report = boost::asio::co_spawn(bench.context(),
-        bench.traffic().pathReport({.target = "http://far.t/", .netcheck = false, .pingCount = 1}),
-        boost::asio::use_future)
-                                     .get();
-    server.join();
-    return report;
-}
-
-TEST(PathReportOfAFarHost, WhatItSaysOfItselfIsTakenAsText)
-{
-    const boost::json::object found = reportOfHostThatSays(
-        "HTTP/1.1 200 Gr\xfc\xdf \xe2\x80\xae\tGott\r\nContent-Type: text/\xff\r\nContent-Length: 0\r\n\r\n");
-    EXPECT_EQ(found.at("http").at("status"), "200 Gr??   Gott");
-    EXPECT_EQ(found.at("http").at("content_type"), "text/?");
-    EXPECT_EQ(found.at("summary"),
-        "far.t takes connections on port 80 through profile \"p\" and answers HTTP with 200 Gr??   Gott.");
-}
-
-TEST(PathReportOfAFarHost, WhatItSaysOfItselfHasABound)
-{
-    const std::string much(4000, 'x');
-    const boost::json::object found =
-        reportOfHostThatSays("HTTP/1.1 200 " + much + "\r\nContent-Type: " + much + "\r\nContent-Length: 0\r\n\r\n");
-    const std::string shown = much.substr(0, 197) + "…";
-    EXPECT_EQ(boost::json::value_to<std::string>(found.at("http").at("status")), "200 " + shown);
-    EXPECT_EQ(boost::json::value_to<std::string>(found.at("http").at("content_type")), shown);
+    const boost::json::object found = report("ssh://wiki.tail1.ts.net:80");
+    EXPECT_EQ(found.at("ping").at("ok"), true);
+    EXPECT_TRUE(found.at("http").is_null());
+    EXPECT_EQ(text(found.at("summary")), "wiki.tail1.ts.net takes connections on port 80 through profile \"Work\".");
+    EXPECT_TRUE(report("ftp://wiki.tail1.ts.net:80").at("http").is_null());
+    EXPECT_EQ(report("wiki.tail1.ts.net:80").at("http").at("ok"), true) << "without a scheme it is tried";
 }
 
 TEST_F(PathReportOfLab, HostThatNeverAnswersIsGivenUp)
@@ -161,18 +126,6 @@ TEST_F(PathReportOfLab, HostThatNeverAnswersIsGivenUp)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
     EXPECT_EQ(text(found.at("http").at("error")), "The host took the connection but did not answer in time.");
     EXPECT_FALSE(found.at("recommendations").as_array().empty());
-}
-
-TEST(PathTarget, IsTakenApart)
-{
-    EXPECT_EQ(parsePathTarget("Wiki.Net."), (PathTarget{"", "wiki.net", 80, "/"}));
-    EXPECT_EQ(parsePathTarget("https://u@a.net/x?y#z"), (PathTarget{"https", "a.net", 443, "/x?y"}));
-    EXPECT_EQ(parsePathTarget("http://a.net:8080?y"), (PathTarget{"http", "a.net", 8080, "/?y"}));
-    EXPECT_EQ(parsePathTarget("a.net:22"), (PathTarget{"", "a.net", 22, "/"}));
-    EXPECT_EQ(parsePathTarget("fd00::1"), (PathTarget{"", "fd00::1", 80, "/"}));
-    EXPECT_EQ(parsePathTarget("http://[fd00::1]:81/"), (PathTarget{"http", "fd00::1", 81, "/"}));
-    for (const std::string bad : {"", "http://", "a b", ":80", "a:0", "a:99999", "http:///x"})
-        EXPECT_EQ(parsePathTarget(bad), std::nullopt) << bad;
 }
 
 } // namespace

@@ -119,7 +119,7 @@ TEST(RandomRoutes, TheTableAnswersAsTheRulesRead)
 {
     Dice dice(20250301);
     int owned = 0;
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 500; ++i) {
         const auto document = std::make_shared<const ConfigDocument>(dice.document());
         const RouteTable table(document);
         for (int question = 0; question < 20; ++question) {
@@ -129,7 +129,7 @@ TEST(RandomRoutes, TheTableAnswersAsTheRulesRead)
             ASSERT_EQ(table.find(host), expected) << "document " << i << ", host \"" << host << "\"";
         }
     }
-    EXPECT_GT(owned, 5000) << "the questions must have to do with the rules";
+    EXPECT_GT(owned, 1250) << "the questions must have to do with the rules";
 }
 
 } // namespace

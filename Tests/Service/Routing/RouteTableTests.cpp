@@ -58,10 +58,10 @@ TEST(RouteTable, ARuleOfTheWholeNetworkAndASingleAddress)
     EXPECT_EQ(table.find("fd00::2")->profile, 0U);
 }
 
-TEST(RouteTable, ASuffixOfAMillionLabelsIsOneOfMany)
+TEST(RouteTable, ASuffixOfManyLabelsIsOneOfMany)
 {
     std::string deep;
-    for (int i = 0; i < 1'000'000; ++i)
+    for (int i = 0; i < 100'000; ++i)
         deep += ".a";
     const RouteTable table = tableOf({{"deep", profileWith({deep}, {})}, {"flat", profileWith({".a"}, {})}});
     EXPECT_EQ(table.find("x" + deep)->profile, 0U);

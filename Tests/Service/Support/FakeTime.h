@@ -1,5 +1,6 @@
 #pragma once
 #include "Service/Time/TimeSource.h"
+#include <atomic>
 
 namespace veranox::test {
 
@@ -8,17 +9,17 @@ class FakeTime final : public TimeSource {
 public:
     std::chrono::steady_clock::time_point steadyNow() const override
     {
-        return std::chrono::steady_clock::time_point(m_passed);
+        return std::chrono::steady_clock::time_point(m_passed.load());
     }
     WallTime wallNow() const override
     {
         using namespace std::chrono;
-        return WallTime(sys_days(year(2025) / March / 1) + 8h + 15min + 30s) + m_passed;
+        return WallTime(sys_days(year(2025) / March / 1) + 8h + 15min + 30s) + m_passed.load();
     }
-    void pass(std::chrono::milliseconds time) { m_passed += time; }
+    void pass(std::chrono::milliseconds time) { m_passed = m_passed.load() + time; }
 
 private:
-    std::chrono::milliseconds m_passed{0};
+    std::atomic<std::chrono::milliseconds> m_passed{std::chrono::milliseconds(0)}; // read by any thread
 };
 
 } // namespace veranox::test

@@ -56,6 +56,8 @@ public:
         if (m_thread.joinable())
             m_thread.join();
     }
+    /// Whether there is no memory for what is to be logged.
+    void failToLog(bool fails) { m_lines.fails = fails; }
     const std::vector<std::string> &lines() const { return m_lines.lines; }
 
 private:

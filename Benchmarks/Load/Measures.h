@@ -24,7 +24,8 @@ std::string measureNewConnections(const Load &load);
 std::string measureEcho(const Load &load);
 /// GET /api/health on connections that are kept.
 std::string measureReads(const Load &load);
-/// Opens all clients, each with one question and its answer, prints "ready", and holds them until standard input ends.
+/// Opens as many clients as are let in, each with one question and its answer, prints their number, and holds them
+/// until standard input ends.
 std::string holdIdle(const Load &load);
 
 } // namespace veranox::load

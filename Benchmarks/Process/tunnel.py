@@ -57,7 +57,7 @@ class Measurement:
 
     def echo(self):
         def measure(way):
-            with self.load.busy("throughput", way.port, 100, self.seconds * 2):
+            with self.load.busy("throughput", way.port, 100, self.seconds + 5):
                 return self.load.run("echo", way.port, 1, self.seconds)
         for _ in range(self.rounds):
             for name, way in self.ways.items():
@@ -71,9 +71,9 @@ class Measurement:
         for name, way in self.ways.items():
             if name != SOCAT:
                 before = way.memory_kib()
-                with self.load.idle(way.port, count):
-                    self.figures["memory of an idle connection, KiB"][name].append((way.memory_kib() - before) / count)
-        print(f"{count} idle connections")
+                with self.load.idle(way.port, count) as held:
+                    self.figures["idle connections"][name].append(held)
+                    self.figures["memory of an idle connection, KiB"][name].append((way.memory_kib() - before) / held)
 
     def control(self):
         ours = self.ways[OURS]
@@ -81,8 +81,8 @@ class Measurement:
             found = self.load.run("reads", ours.control, clients, self.seconds)
             self.figures[f"reads of the API a second, {clients} at once"][OURS].append(found["rate"])
         with self.load.idle(ours.port, 1000), \
-                self.load.busy("throughput", ours.port, 100, self.seconds * 2), \
-                self.load.busy("connections", ours.port, 4, self.seconds * 2):
+                self.load.busy("throughput", ours.port, 100, self.seconds + 5), \
+                self.load.busy("connections", ours.port, 4, self.seconds + 5):
             found = self.load.run("reads", ours.control, 1, self.seconds)
             self.figures["control p99 under all of it, us"][OURS].append(found["p99"])
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Net/PortForwarder.h"
+#include "Service/Net/NetworkProblem.h"
 #include "Service/Nodes/NodeStatus.h"
 #include "Service/Publications/PublicationRecord.h"
 #include "Service/Tunnels/TunnelRecord.h"

@@ -58,7 +58,7 @@ double threadSeconds()
 {
     timespec used{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
-    return double(used.tv_sec) + double(used.tv_nsec) / 1e9;
+    return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) / 1e9;
 }
 
 // The most processor time that the main thread used between two turns of its event loop: what others take of a busy
@@ -143,7 +143,7 @@ void logToDisk(benchmark::State &state, const QString &line)
             return state.SkipWithError("the lines did not reach the disk");
         longestTurn = std::max(longestTurn, turn.milliseconds());
     }
-    const double lines = double(state.iterations()) * burst;
+    const double lines = static_cast<double>(state.iterations()) * burst;
     state.SetItemsProcessed(state.iterations() * burst);
     state.counters["main_us"] = (threadSeconds() - before) * 1e6 / lines;
     state.counters["longest_turn_ms"] = longestTurn;

@@ -49,7 +49,7 @@ void applyRefresh(benchmark::State &state)
             .runtimeClient = std::make_unique<FakeRuntimeClient>(),
             .diagnostics = VeranoxDiagnosticSession::make()});
 
-    const int rows = int(state.range(0));
+    const int rows = static_cast<int>(state.range(0));
     const QList<VeranoxTunnel> tunnelRounds[] = {tunnels(rows, 0), tunnels(rows, 1)};
     const QList<VeranoxPublication> publicationRounds[] = {publications(rows, 0), publications(rows, 1)};
     std::chrono::nanoseconds longest{};

@@ -16,24 +16,20 @@ function(veranox_room target)
     ${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${target}_autogen.dir/AutogenInfo.json)
 endfunction()
 
-# veranox_part(FOLDER [LINKS FOLDER...] [KNOWN FOLDER...]): a room that is compiled into a library with others. KNOWN
-# names what it includes although that closes a circle: each is to be taken off, and none may be added.
+# veranox_part(FOLDER [LINKS FOLDER...]): a room that is compiled into a library with others.
 function(veranox_part folder)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS;KNOWN")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS")
   file(RELATIVE_PATH parent ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   cmake_path(SET room NORMALIZE "${parent}/${folder}")
   string(REGEX REPLACE "/$" "" room ${room})
-  veranox_room_json(${room} "${arg_LINKS}" "${arg_KNOWN}" "${parent}/")
+  veranox_room_json(${room} "${arg_LINKS}" "${parent}/")
 endfunction()
 
-function(veranox_room_json folder links known prefix)
-  foreach(list IN ITEMS links known)
-    list(TRANSFORM ${list} PREPEND "\"${prefix}")
-    list(TRANSFORM ${list} APPEND "\"")
-    list(JOIN ${list} ", " ${list})
-  endforeach()
-  set_property(GLOBAL APPEND PROPERTY VERANOX_ROOMS_JSON
-    "  {\"room\": \"${folder}\", \"links\": [${links}], \"known\": [${known}]}")
+function(veranox_room_json folder links prefix)
+  list(TRANSFORM links PREPEND "\"${prefix}")
+  list(TRANSFORM links APPEND "\"")
+  list(JOIN links ", " links)
+  set_property(GLOBAL APPEND PROPERTY VERANOX_ROOMS_JSON "  {\"room\": \"${folder}\", \"links\": [${links}]}")
 endfunction()
 
 # Called once, after every room has been made.
@@ -49,7 +45,7 @@ function(veranox_write_rooms)
       get_target_property(linked ${link} VERANOX_ROOM)
       list(APPEND folders ${linked})
     endforeach()
-    veranox_room_json(${folder} "${folders}" "" "")
+    veranox_room_json(${folder} "${folders}" "")
   endforeach()
   get_property(json GLOBAL PROPERTY VERANOX_ROOMS_JSON)
   list(JOIN json ",\n" json)

@@ -5,12 +5,13 @@
 #include "Service/Files/OwnExecutable.h"
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Nodes/Lab/LabConfig.h"
-#include "Service/Nodes/Lab/LabEngine.h"
 #include "Service/Nodes/Lab/LabFile.h"
+#include "Service/Nodes/Lab/LabGate.h"
 #include "Service/Nodes/NoNodeEngine.h"
-#include "Service/Nodes/NodeTraffic.h"
 #include "Service/Text/ServiceProblem.h"
 #include "Service/Text/ShownPath.h"
+#include "Service/Traffic/NodeGate.h"
+#include "Service/Traffic/NodeTraffic.h"
 #include <boost/asio/signal_set.hpp>
 #include <csignal>
 #include <functional>
@@ -48,19 +49,32 @@ void prepareConfig(ConfigStore &store, const std::optional<LabNetwork> &lab, std
 /// of what a person calls hanging, whoever is being waited for.
 constexpr std::chrono::seconds longestEnd{2};
 
+/// The engine and what it lets tunnels and publications do.
+struct Nodes {
+    std::unique_ptr<NodeEngine> engine;
+    std::unique_ptr<ForwardingGate> gate;
+};
+
+Nodes makeNodes(std::optional<LabNetwork> lab, const TimeSource &time)
+{
+    Nodes nodes;
+    if (lab) {
+        auto engine = std::make_unique<LabEngine>(std::move(*lab), time);
+        nodes.gate = std::make_unique<LabGate>(*engine);
+        nodes.engine = std::move(engine);
+    } else {
+        nodes.engine = std::make_unique<NoNodeEngine>(time.wallNow());
+        nodes.gate = std::make_unique<NodeGate>(*nodes.engine);
+    }
+    return nodes;
+}
+
 /// Drops whatever still waits while everything that it refers to is there.
 class ServiceContext : public asio::io_context {
 public:
     using asio::io_context::io_context;
     void dropRest() { shutdown(); }
 };
-
-std::unique_ptr<NodeEngine> makeEngine(std::optional<LabNetwork> lab, const TimeSource &time)
-{
-    if (lab)
-        return std::make_unique<LabEngine>(std::move(*lab), time);
-    return std::make_unique<NoNodeEngine>(time.wallNow());
-}
 
 } // namespace
 
@@ -88,11 +102,11 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     prepareConfig(config, lab, endpoint.port, time.wallNow());
     ControlToken token = ControlToken::random();
     token.writeTo(folders.applicationSupport);
-    const std::unique_ptr<NodeEngine> engine = makeEngine(std::move(lab), time);
-    NodeTraffic traffic(context.get_executor(), *engine, time,
+    const Nodes nodes = makeNodes(std::move(lab), time);
+    NodeTraffic traffic(context.get_executor(), *nodes.engine, *nodes.gate, time,
         {ownExecutable(), folders.applicationSupport / "known_hosts", environment});
     traffic.apply(config.document());
-    ControlApi api({config, *engine, traffic, time, environment, endpoint.port, folders.applicationSupport},
+    ControlApi api({config, *nodes.engine, traffic, time, environment, endpoint.port, folders.applicationSupport},
         RequestGuard(std::move(token), endpoint.port));
 
     std::function<void(std::string_view)> stop;

@@ -2,8 +2,8 @@
 
 #include "Service/Config/PortPlan.h"
 #include "Service/Config/ProfileCheck.h"
+#include "Service/Config/ProfileDefaults.h"
 #include "Service/Net/LoopbackEndpoint.h"
-#include "Service/Profiles/ProfileRecord.h"
 #include "Service/Text/Refusal.h"
 #include <algorithm>
 #include <set>

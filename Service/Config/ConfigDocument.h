@@ -1,8 +1,8 @@
 #pragma once
-#include "Service/Profiles/ProfileSettings.h"
-#include "Service/Publications/PublicationSettings.h"
+#include "Service/Config/ProfileSettings.h"
+#include "Service/Config/PublicationSettings.h"
+#include "Service/Config/TunnelSettings.h"
 #include "Service/Text/NamedList.h"
-#include "Service/Tunnels/TunnelSettings.h"
 #include <boost/json/object.hpp>
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 #include "Service/Config/ConfigDocument.h"
-#include "Service/Nodes/NodeStatus.h"
+#include "Service/Time/WallTime.h"
 #include <cstdint>
 #include <filesystem>
 

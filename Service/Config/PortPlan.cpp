@@ -1,6 +1,6 @@
 #include "Service/Config/PortPlan.h"
 
-#include "Service/Profiles/ProfileRecord.h"
+#include "Service/Config/ProfileDefaults.h"
 #include <algorithm>
 #include <charconv>
 

@@ -1,14 +1,14 @@
 #pragma once
 #include "Service/Config/ConfigStore.h"
-#include "Service/Config/ConfigWriter.h"
+#include "Service/Control/ConfigWriter.h"
 #include "Service/Control/ControlAnswer.h"
 #include "Service/Control/ControlRequest.h"
 #include "Service/Control/FeedbackBox.h"
 #include "Service/Control/RequestGuard.h"
 #include "Service/Files/UserFolders.h"
 #include "Service/Nodes/NodeEngine.h"
-#include "Service/Nodes/TimeSource.h"
-#include "Service/Nodes/Traffic.h"
+#include "Service/Time/TimeSource.h"
+#include "Service/Traffic/Traffic.h"
 #include <boost/asio/awaitable.hpp>
 #include <cstdint>
 #include <filesystem>

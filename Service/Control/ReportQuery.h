@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Nodes/Traffic.h"
+#include "Service/Reports/PathQuestion.h"
 #include <string_view>
 
 namespace veranox {

@@ -1,6 +1,6 @@
 #pragma once
-#include "Service/Publications/PublicationSettings.h"
-#include "Service/Tunnels/TunnelSettings.h"
+#include "Service/Config/PublicationSettings.h"
+#include "Service/Config/TunnelSettings.h"
 #include <optional>
 #include <string>
 #include <string_view>

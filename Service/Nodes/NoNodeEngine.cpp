@@ -27,36 +27,6 @@ NodeAction NoNodeEngine::logout(const std::string &)
     return {.ok = false, .output = "", .error = noEngine, .authURL = ""};
 }
 
-TunnelStatus NoNodeEngine::tunnelStatus(const std::string &, const TunnelSettings &settings) const
-{
-    if (settings.disabled)
-        return {};
-    return {.state = "error", .activeConns = 0, .lastError = noEngine};
-}
-
-PublicationStatus NoNodeEngine::publicationStatus(
-    const std::string &, const PublicationSettings &settings, const std::string &) const
-{
-    PublicationStatus status;
-    if (settings.reach == "funnel") {
-        status.state = "blocked";
-    } else if (!settings.disabled) {
-        status.state = "error";
-        status.lastError = noEngine;
-    }
-    return status;
-}
-
-bool NoNodeEngine::isActedTunnel(const std::string &) const
-{
-    return true;
-}
-
-bool NoNodeEngine::isActedPublication(const std::string &) const
-{
-    return true;
-}
-
 std::optional<std::chrono::steady_clock::time_point> NoNodeEngine::nextChange() const
 {
     return std::nullopt;

@@ -11,11 +11,6 @@ public:
     NodeStatus profileStatus(const std::string &profile) const override;
     NodeAction login(const std::string &profile) override;
     NodeAction logout(const std::string &profile) override;
-    TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const override;
-    PublicationStatus publicationStatus(
-        const std::string &name, const PublicationSettings &settings, const std::string &hostname) const override;
-    bool isActedTunnel(const std::string &name) const override;
-    bool isActedPublication(const std::string &name) const override;
     std::optional<std::chrono::steady_clock::time_point> nextChange() const override;
     std::string hostProblem(const std::string &profile, const std::string &host) const override;
     std::vector<std::string> resolve(const std::string &profile, const std::string &host) const override;

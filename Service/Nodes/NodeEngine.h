@@ -1,8 +1,6 @@
 #pragma once
 #include "Service/Net/NetworkProblem.h"
 #include "Service/Nodes/NodeStatus.h"
-#include "Service/Publications/PublicationRecord.h"
-#include "Service/Tunnels/TunnelRecord.h"
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -49,15 +47,6 @@ public:
     virtual NodeAction login(const std::string &profile) = 0;
     /// Signs the node out, so that it needs a login.
     virtual NodeAction logout(const std::string &profile) = 0;
-    /// How far the node lets the tunnel be: "listening" when it may carry connections.
-    virtual TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const = 0;
-    /// The same for a publication. `hostname` is the host name of the node that publishes.
-    virtual PublicationStatus publicationStatus(
-        const std::string &name, const PublicationSettings &settings, const std::string &hostname) const = 0;
-
-    /// True for what only shows its state and carries nothing.
-    virtual bool isActedTunnel(const std::string &name) const = 0;
-    virtual bool isActedPublication(const std::string &name) const = 0;
 
     /// The moment at which a status changes by the mere passing of time; nothing when none will.
     virtual std::optional<std::chrono::steady_clock::time_point> nextChange() const = 0;

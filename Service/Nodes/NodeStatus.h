@@ -1,10 +1,8 @@
 #pragma once
-#include <chrono>
+#include "Service/Time/WallTime.h"
 #include <string>
 
 namespace veranox {
-
-using WallTime = std::chrono::sys_time<std::chrono::milliseconds>;
 
 /// How a profile's node fares.
 struct NodeStatus {

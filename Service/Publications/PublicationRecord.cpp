@@ -22,6 +22,14 @@ json::object toJson(const Reachability &reachability)
 
 } // namespace
 
+std::string publishedAddress(const PublicationSettings &settings, const std::string &host)
+{
+    std::string withPort = host + ":" + std::to_string(settings.port);
+    if (!settings.tls)
+        return withPort;
+    return "https://" + (settings.port == 443 ? host : withPort);
+}
+
 json::object publicationRecord(
     const std::string &name, const PublicationSettings &settings, const PublicationStatus &status)
 {

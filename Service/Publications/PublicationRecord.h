@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Publications/PublicationSettings.h"
+#include "Service/Config/PublicationSettings.h"
 #include <boost/json/object.hpp>
 #include <cstdint>
 #include <optional>
@@ -41,6 +41,9 @@ struct PublicationStatus {
 
     bool operator==(const PublicationStatus &) const = default;
 };
+
+/// What other devices of the tailnet type to reach it on a node of that name; the port of https goes without saying.
+std::string publishedAddress(const PublicationSettings &settings, const std::string &host);
 
 /// The publication as the control API reports it: settings and status side by side, every key always present. A hint
 /// that there is not is null.

@@ -2,7 +2,8 @@
 #include "Service/Net/Backoff.h"
 #include "Service/Net/Listener.h"
 #include "Service/Nodes/NodeEngine.h"
-#include "Service/Nodes/TimeSource.h"
+#include "Service/Publications/PublicationRecord.h"
+#include "Service/Time/TimeSource.h"
 #include <boost/asio/ssl/context.hpp>
 
 namespace veranox {

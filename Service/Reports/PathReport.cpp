@@ -1,7 +1,9 @@
 #include "Service/Reports/PathReport.h"
 
+#include "Service/Config/ProfileDefaults.h"
 #include "Service/Profiles/ProfileRecord.h"
 #include "Service/Reports/PathProbes.h"
+#include "Service/Routing/PathRoute.h"
 #include <boost/json/array.hpp>
 #include <cstdio>
 

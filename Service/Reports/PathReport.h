@@ -1,7 +1,7 @@
 #pragma once
 #include "Service/Config/ConfigDocument.h"
 #include "Service/Nodes/NodeEngine.h"
-#include "Service/Nodes/Traffic.h"
+#include "Service/Reports/PathQuestion.h"
 #include <boost/json/object.hpp>
 
 namespace veranox {

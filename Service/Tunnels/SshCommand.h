@@ -1,6 +1,6 @@
 #pragma once
+#include "Service/Config/TunnelSettings.h"
 #include "Service/Files/UserFolders.h"
-#include "Service/Tunnels/TunnelSettings.h"
 #include <filesystem>
 #include <string>
 #include <vector>

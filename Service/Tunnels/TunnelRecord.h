@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Tunnels/TunnelSettings.h"
+#include "Service/Config/TunnelSettings.h"
 #include <boost/json/object.hpp>
 #include <cstdint>
 #include <string>

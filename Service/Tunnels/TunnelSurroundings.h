@@ -2,7 +2,7 @@
 #include "Service/Net/Listener.h"
 #include "Service/Net/PortInquiry.h"
 #include "Service/Nodes/NodeEngine.h"
-#include "Service/Nodes/TimeSource.h"
+#include "Service/Time/TimeSource.h"
 #include <functional>
 
 namespace veranox {

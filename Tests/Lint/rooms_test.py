@@ -24,7 +24,6 @@ class Rooms(unittest.TestCase):
         self.root = os.path.realpath(temporary.name)
         subprocess.run(["git", "init", "-q", self.root], check=True)
         self.links = {"Cellar": [], "House": ["Cellar"], "Attic": ["House", "Cellar"]}
-        self.known = {}
         self.plant("Cellar/Wine.h", "#pragma once\n")
         self.plant("House/Door.h", '#pragma once\n#include "Cellar/Wine.h"\n#include <vector>\n')
         self.plant("House/Door.cpp", '#include "House/Door.h"\n#include "Window.h"\n')
@@ -42,8 +41,7 @@ class Rooms(unittest.TestCase):
         if configured:
             build = os.path.join(self.root, "build", "debug")
             os.makedirs(build)
-            table = [{"room": room, "links": links, "known": self.known.get(room, [])}
-                     for room, links in self.links.items()]
+            table = [{"room": room, "links": links} for room, links in self.links.items()]
             for name, content in (("rooms.json", table), ("compile_commands.json", [])):
                 with open(os.path.join(build, name), "w", encoding="utf-8") as file:
                     json.dump(content, file)
@@ -144,20 +142,6 @@ class Rooms(unittest.TestCase):
         self.links["Attic"] = ["House", "Cellar"]
         self.plant("Attic/Box.h", '#pragma once\n#include "House/Door.h"\n')
         self.assert_refused("Attic links Cellar, but includes nothing of it: take the link off")
-
-    def test_a_known_one_passes_and_closes_no_circle(self):
-        self.known["Cellar"] = ["House"]
-        self.plant("Cellar/Wine.h", '#pragma once\n#include "House/Window.h"\n')
-        self.assert_passes("3 rooms, 4 includes from one to another")
-
-    def test_a_known_one_that_is_gone(self):
-        self.known["Cellar"] = ["House"]
-        self.assert_refused("Cellar does not include House any more: take it off the known ones")
-
-    def test_a_known_one_of_another_room_allows_nothing(self):
-        self.known["Cellar"] = ["House"]
-        self.plant("Cellar/Wine.h", '#pragma once\n#include "House/Window.h"\n#include "Attic/Box.h"\n')
-        self.assert_refused("Cellar/Wine.h:3: Cellar may not include Attic/Box.h; it links nothing")
 
     def test_without_a_table_it_says_what_to_run(self):
         code, lines = self.lint(configured=False)

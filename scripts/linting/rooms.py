@@ -13,7 +13,6 @@ _OUTSIDE = ("Tests/", "Benchmarks/", "cmake/")  # these may look into every room
 class Table:
     def __init__(self, rooms):
         self.links = {room["room"]: room["links"] for room in rooms}
-        self.known = {room["room"]: room["known"] for room in rooms}
 
     @staticmethod
     def load(build):
@@ -81,14 +80,10 @@ def check(table, files, read, report):
                 continue
             arrows += 1
             used[room].add(target)
-            if target not in table.links[room] and target not in table.known[room]:
+            if target not in table.links[room]:
                 line = source.line_of(text, match.start(1))
                 links = ", ".join(table.links[room]) or "nothing"
                 report(f"{path}:{line}: {room} may not include {match[1]}; it links {links}")
-    for room, known in table.known.items():
-        for target in known:
-            if target not in used[room]:
-                report(f"{room} does not include {target} any more: take it off the known ones")
     for room, links in table.links.items():
         for target in links:
             if target not in used[room]:

@@ -3,6 +3,7 @@ import concurrent.futures
 import json
 import os
 import re
+import shlex
 import subprocess
 import time
 
@@ -10,8 +11,9 @@ from linting import inputs, memory
 
 # Newer than the compiler, as it leaves the bodies of system headers alone: half the time for each file.
 CLANG_TIDY = "clang-tidy-22"
-# clang-tidy reads the headers themselves, so that it needs no build of the precompiled one.
-_PRECOMPILED = re.compile(r"-include-pch \S+ ")
+# It comes with a compiler of its own, which cannot read the build's precompiled headers: it makes them once more.
+COMPILER = "clang++-22"
+_PRECOMPILED = re.compile(r"-include-pch (\S*/precompiled_(\w+)\.dir/\S+) ")
 # A release build is looked at as a debug build is, with its assertions, so that one result does for both.
 _BUILD_TYPE = re.compile(r" (?:-O[0-3sg]|-g[0-3]?|-DNDEBUG|-DQT_NO_DEBUG)(?= )")
 
@@ -27,6 +29,7 @@ def portable(command, root, build):
     """The command as it is in every checkout and for every target that compiles alike."""
     command = re.sub(r" -o \S+", "", command)
     command = re.sub(r" -I\S+_autogen/include", "", command)  # what moc made, which no own file names
+    command = _PRECOMPILED.sub("", command)  # it changes how fast a file is read and not what is found
     for folder, placeholder in ((build, "<build>"), (root, "<root>")):
         command = re.sub(re.escape(folder) + r"(?![\w.-])", placeholder, command)
     return command
@@ -52,9 +55,31 @@ def _database(build, root, tracked):
     for entry in database:
         path = own.get(os.path.normpath(os.path.join(entry["directory"], entry["file"])))
         if path:
-            entry["command"] = _BUILD_TYPE.sub("", _PRECOMPILED.sub("", entry["command"]))
+            entry["command"] = _BUILD_TYPE.sub("", entry["command"])
             entries.setdefault(path, entry)
     return entries
+
+
+def _with_own_precompiled(entries, stale, root, work):
+    """The entries, with headers that are made here for the files in `stale`: one a kind, as all sources of a kind have
+    the flags that matter. Where one cannot be made, the files read the headers themselves."""
+    made = {}
+    for path in stale:
+        kind = _PRECOMPILED.search(entries[path]["command"])
+        if kind and kind.group(2) not in made:
+            made[kind.group(2)] = _precompiled(entries[path], kind.group(2), root, work)
+    for entry in entries.values():
+        entry["command"] = _PRECOMPILED.sub(lambda kind: made.get(kind.group(2), ""), entry["command"])
+    return list(entries.values())
+
+
+def _precompiled(entry, name, root, work):
+    header = os.path.join(work, f"{name}.pch")
+    words = shlex.split(_PRECOMPILED.sub("", entry["command"]))
+    flags = [word for word in words[1:words.index("-o")] if word != "-Werror"]
+    command = [COMPILER, *flags, "-w", "-x", "c++-header", f"{root}/cmake/Precompiled/{name}.h", "-o", header]
+    made = subprocess.run(command, capture_output=True, cwd=entry["directory"]).returncode == 0
+    return f"-include-pch {header} " if made else ""
 
 
 def _what_every_result_depends_on(root, tracked):
@@ -78,15 +103,16 @@ def check(root, tracked, jobs, report):
 
     work = os.path.join(root, "build", "lint")
     os.makedirs(work, exist_ok=True)
-    with open(os.path.join(work, "compile_commands.json"), "w", encoding="utf-8") as file:
-        json.dump(list(entries.values()), file)
-
     known = {}
     fixed = _what_every_result_depends_on(root, tracked)
     passed = memory.Memory(memory.folder(os.environ, work))
     keys = {path: _key(root, build, path, entry["command"], fixed, known) for path, entry in entries.items()}
     stale = [path for path, key in keys.items() if key not in passed]
     stale.sort(key=lambda path: -os.path.getsize(os.path.join(root, path)))  # the long ones first
+
+    began = time.monotonic()
+    with open(os.path.join(work, "compile_commands.json"), "w", encoding="utf-8") as file:
+        json.dump(_with_own_precompiled(entries, stale, root, work), file)
 
     def run(path):
         command = [CLANG_TIDY, "-p", work, "--quiet", os.path.join(root, path)]
@@ -96,7 +122,6 @@ def check(root, tracked, jobs, report):
         else:
             report((result.stdout or result.stderr).strip().replace(root + "/", ""))
 
-    began = time.monotonic()
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         list(pool.map(run, stale))
     passed.forget_old()

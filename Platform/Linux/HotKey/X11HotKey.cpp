@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <memory>
 #include <string_view>
-#include <utility>
 #include <xcb/xcb_keysyms.h>
 
 using namespace std::chrono_literals;
@@ -115,14 +114,15 @@ bool X11HotKey::nativeEventFilter(const QByteArray &eventType, void *message, qi
     if (eventType != "xcb_generic_event_t")
         return false;
     const auto *event = static_cast<const xcb_generic_event_t *>(message);
-    const int type = event->response_type & 0x7f; // without the bit of events that another client sent
+    constexpr unsigned withoutSentBit = 0x7f; // which events have that another client sent
+    const auto type = static_cast<std::uint8_t>(event->response_type & withoutSentBit);
     if (type == XCB_KEY_PRESS && isOurs(*reinterpret_cast<const xcb_key_press_event_t *>(event))) {
         Q_EMIT triggered();
         return true;
     }
     constexpr std::uint8_t lastLayoutEvent = 1; // a new keyboard, a new map
     const bool layoutChanged = type == XCB_MAPPING_NOTIFY
-        || (m_keyboardEvent != 0 && type == m_keyboardEvent && std::cmp_less_equal(event->pad0, lastLayoutEvent));
+        || (m_keyboardEvent != 0 && type == m_keyboardEvent && event->pad0 <= lastLayoutEvent);
     if (layoutChanged && m_shortcut)
         m_layoutSettles.start();
     return false;

@@ -52,7 +52,7 @@ std::string LabDialer::hostProblem(const std::string &profile, const std::string
 {
     const LabTailnet *tailnet = tailnetOf(profile);
     if (!tailnet)
-        return "The lab network does not describe a profile \"" + profile + "\"; add it to the lab file.";
+        return unknownLabProfile(profile);
     const std::string label = labelOf(host, tailnet->suffix);
     if (findNamed(tailnet->hosts, label) || isNode(findNamed(m_network.profiles, profile)->tailnet, label))
         return "";

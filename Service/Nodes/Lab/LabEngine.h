@@ -3,7 +3,7 @@
 #include "Service/Nodes/Lab/LabNetwork.h"
 #include "Service/Nodes/Lab/LabPhase.h"
 #include "Service/Nodes/NodeEngine.h"
-#include "Service/Nodes/TimeSource.h"
+#include "Service/Time/TimeSource.h"
 #include <map>
 
 namespace veranox {
@@ -18,11 +18,6 @@ public:
     NodeStatus profileStatus(const std::string &profile) const override;
     NodeAction login(const std::string &profile) override;
     NodeAction logout(const std::string &profile) override;
-    TunnelStatus tunnelStatus(const std::string &name, const TunnelSettings &settings) const override;
-    PublicationStatus publicationStatus(
-        const std::string &name, const PublicationSettings &settings, const std::string &hostname) const override;
-    bool isActedTunnel(const std::string &name) const override;
-    bool isActedPublication(const std::string &name) const override;
     std::optional<std::chrono::steady_clock::time_point> nextChange() const override;
     std::string hostProblem(const std::string &profile, const std::string &host) const override;
     std::vector<std::string> resolve(const std::string &profile, const std::string &host) const override;
@@ -33,11 +28,16 @@ public:
         const std::string &hostname, std::uint16_t port) override;
     void stop() override;
 
-private:
+    const LabNetwork &network() const { return m_network; }
+    /// The time since its start, and the moments of a time counted from there.
     LabTime elapsed() const;
-    LabSession sessionOf(const std::string &profile) const;
+    std::chrono::steady_clock::time_point steadyTime(LabTime moment) const { return m_steadyStart + moment; }
+    WallTime wallTime(LabTime moment) const { return m_wallStart + moment; }
     /// How the node of that profile fares now.
     LabPhase nodePhase(const std::string &name, const LabProfile &profile) const;
+
+private:
+    LabSession sessionOf(const std::string &profile) const;
 
     LabNetwork m_network;
     LabDialer m_dialer{m_network};

@@ -1,8 +1,8 @@
 #pragma once
-#include "Service/Profiles/ProfileSettings.h"
+#include "Service/Config/ProfileSettings.h"
+#include "Service/Config/TunnelSettings.h"
 #include "Service/Publications/PublicationRecord.h"
 #include "Service/Text/NamedList.h"
-#include "Service/Tunnels/TunnelSettings.h"
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -77,5 +77,11 @@ struct LabNetwork {
     NamedList<LabTunnel> tunnels;
     NamedList<LabPublication> publications;
 };
+
+/// What there is to say about a profile that the network does not describe.
+inline std::string unknownLabProfile(const std::string &profile)
+{
+    return "The lab network does not describe a profile \"" + profile + "\"; add it to the lab file.";
+}
 
 } // namespace veranox

@@ -1,6 +1,5 @@
 #include "Service/Nodes/Lab/LabEngine.h"
-
-#include <algorithm>
+#include "Service/Nodes/Lab/NextMoment.h"
 
 namespace veranox {
 
@@ -8,28 +7,6 @@ namespace asio = boost::asio;
 using asio::ip::tcp;
 
 namespace {
-
-/// Collects the moments at which something may change and keeps the first that is still to come.
-class NextMoment {
-public:
-    explicit NextMoment(LabTime now) : m_now(now) { }
-
-    void consider(LabTime moment)
-    {
-        if (moment > m_now && (!m_next || moment < *m_next))
-            m_next = moment;
-    }
-    void consider(LabTime from, const std::optional<LabFailure> &failure)
-    {
-        if (failure)
-            consider(from + failure->after);
-    }
-    std::optional<LabTime> next() const { return m_next; }
-
-private:
-    LabTime m_now;
-    std::optional<LabTime> m_next;
-};
 
 void considerNode(NextMoment &moment, const LabProfile &profile, const LabSession &session)
 {
@@ -42,44 +19,15 @@ void considerNode(NextMoment &moment, const LabProfile &profile, const LabSessio
     moment.consider(LabTime(0), profile.failure);
 }
 
-template <class Settings>
-void considerForwardings(NextMoment &moment, LabTime nodeRuns, const NamedList<LabForwarding<Settings>> &list)
-{
-    for (const auto &[name, forwarding] : list) {
-        moment.consider(nodeRuns + forwarding.startsAfter);
-        moment.consider(nodeRuns, forwarding.failure);
-    }
-}
-
 } // namespace
 
-bool LabEngine::isActedTunnel(const std::string &name) const
-{
-    const LabTunnel *tunnel = findNamed(m_network.tunnels, name);
-    return tunnel != nullptr && tunnel->isActed;
-}
-
-bool LabEngine::isActedPublication(const std::string &name) const
-{
-    const LabPublication *publication = findNamed(m_network.publications, name);
-    return publication != nullptr && publication->isActed;
-}
-
-/// Which tunnel goes through which profile is the configuration's matter, so all of them count for each node: a moment
-/// too many does no harm.
 std::optional<std::chrono::steady_clock::time_point> LabEngine::nextChange() const
 {
     NextMoment moment(elapsed());
-    for (const auto &[name, profile] : m_network.profiles) {
+    for (const auto &[name, profile] : m_network.profiles)
         considerNode(moment, profile, sessionOf(name));
-        const LabPhase phase = nodePhase(name, profile);
-        if (phase.kind != LabPhase::Kind::running)
-            continue;
-        considerForwardings(moment, phase.since, m_network.tunnels);
-        considerForwardings(moment, phase.since, m_network.publications);
-    }
     const std::optional<LabTime> next = moment.next();
-    return next ? std::optional(m_steadyStart + *next) : std::nullopt;
+    return next ? std::optional(steadyTime(*next)) : std::nullopt;
 }
 
 std::string LabEngine::hostProblem(const std::string &profile, const std::string &host) const

@@ -1,6 +1,6 @@
 #include "Service/Nodes/Lab/LabConfig.h"
-#include "Service/Nodes/Lab/LabEngine.h"
 #include "Service/Nodes/Lab/LabFile.h"
+#include "Service/Nodes/Lab/LabGate.h"
 #include "Tests/Service/Support/FakeTime.h"
 #include <gtest/gtest.h>
 
@@ -22,14 +22,15 @@ DemoStates demoAfter(std::chrono::milliseconds passed)
     ConfigDocument document;
     EXPECT_TRUE(addLabConfig(demo, document));
     const LabEngine engine(demo, time);
+    const LabGate gate(engine);
     time.pass(passed);
     DemoStates states;
     for (const auto &[name, profile] : document.profiles)
         states.profiles.push_back(name + ":" + engine.profileStatus(name).backendState);
     for (const auto &[name, tunnel] : document.tunnels)
-        states.tunnels.push_back(name + ":" + engine.tunnelStatus(name, tunnel).state);
+        states.tunnels.push_back(name + ":" + gate.tunnelStatus(name, tunnel).state);
     for (const auto &[name, publication] : document.publications) {
-        const PublicationStatus status = engine.publicationStatus(name, publication, "n");
+        const PublicationStatus status = gate.publicationStatus(name, publication, "n");
         states.publications.push_back(name + ":" + status.state + ":" + status.reachability.state);
     }
     return states;

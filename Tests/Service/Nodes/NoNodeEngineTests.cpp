@@ -12,15 +12,6 @@ TEST(NoNodeEngine, SaysWhyNothingRuns)
     EXPECT_FALSE(status.ok);
     EXPECT_EQ(status.backendState, "Stopped");
     EXPECT_TRUE(status.error.starts_with("No network engine: start the service with --lab"));
-    EXPECT_EQ(engine.tunnelStatus("t", {}).state, "error");
-    EXPECT_EQ(engine.tunnelStatus("t", {}).lastError, status.error);
-    EXPECT_EQ(engine.publicationStatus("x", {}, "n").state, "error");
-    PublicationSettings funnel;
-    funnel.reach = "funnel";
-    EXPECT_EQ(engine.publicationStatus("x", funnel, "n").state, "blocked");
-    TunnelSettings disabled;
-    disabled.disabled = true;
-    EXPECT_EQ(engine.tunnelStatus("t", disabled), TunnelStatus{});
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Nodes/TimeSource.h"
+#include "Service/Time/TimeSource.h"
 
 namespace veranox::test {
 

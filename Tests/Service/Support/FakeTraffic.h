@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Nodes/Traffic.h"
+#include "Service/Traffic/Traffic.h"
 #include <functional>
 #include <map>
 #include <utility>

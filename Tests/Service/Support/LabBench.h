@@ -1,8 +1,8 @@
 #pragma once
 #include "Service/Nodes/Lab/LabConfig.h"
-#include "Service/Nodes/Lab/LabEngine.h"
 #include "Service/Nodes/Lab/LabFile.h"
-#include "Service/Nodes/NodeTraffic.h"
+#include "Service/Nodes/Lab/LabGate.h"
+#include "Service/Traffic/NodeTraffic.h"
 #include "Tests/Service/Support/FakeTime.h"
 #include "Tests/Service/Support/Peer.h"
 #include <boost/asio/executor_work_guard.hpp>
@@ -27,7 +27,7 @@ public:
 
     explicit LabBench(const std::string &lab)
         : m_engine(parseLab(lab), m_time),
-          m_traffic(m_context.get_executor(), m_engine, m_time, {}),
+          m_traffic(m_context.get_executor(), m_engine, m_gate, m_time, {}),
           m_work(m_context.get_executor()),
           m_thread([this] { m_context.run(); })
     {
@@ -82,6 +82,7 @@ private:
     boost::asio::io_context m_context{1};
     FakeTime m_time;
     LabEngine m_engine;
+    LabGate m_gate{m_engine};
     NodeTraffic m_traffic;
     ConfigDocument m_document;
     boost::asio::executor_work_guard<boost::asio::io_context::executor_type> m_work;

@@ -48,12 +48,14 @@ boost::asio::awaitable<StreamSocket> dialFlakily(std::uint16_t port, unsigned nu
 
 void ModelEnd::send(std::size_t most)
 {
-    if (m_isFinished)
+    if (m_isFinished || m_state == State::cut)
         return;
     std::string bytes(most, '\0');
     for (std::size_t i = 0; i < most; ++i)
         bytes[i] = byteAt(m_sendSeed, m_sent + i);
     const ssize_t count = ::send(m_peer.descriptor(), bytes.data(), most, MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (count < 0 && errno != EAGAIN)
+        m_state = State::cut; // whoever reads after this sees an end in order
     m_sent += count > 0 ? static_cast<std::uint64_t>(count) : 0;
 }
 
@@ -119,12 +121,12 @@ void StreamModel::openGate(Gate &gate)
     }
     const std::uint16_t port = gate.target->port();
     Route route = to(port);
-    if (gate.kind == Kind::flaky)
-        route = {.limits = {.dial = std::chrono::milliseconds(50)}};
-    if (gate.kind == Kind::flaky)
+    if (gate.kind == Kind::flaky) {
+        route.limits.dial = std::chrono::milliseconds(50);
         route.dial = [port, number = std::make_shared<std::atomic<unsigned>>(below(100))] {
             return dialFlakily(port, number->fetch_add(1));
         };
+    }
     gate.door.emplace(m_bench, std::move(route));
 }
 
@@ -221,8 +223,8 @@ void StreamModel::act(Stream &stream)
 void StreamModel::look(Stream &stream)
 {
     for (ModelEnd *end : {&stream.client, stream.far ? &*stream.far : nullptr})
-        if (end && end->state() == ModelEnd::State::cut && !stream.mayBeCut) {
-            fprintf(stderr, "CUT stream %lu gate %zu isclient %d far %d finished %d\n", stream.id, stream.gate, end==&stream.client, !!stream.far, end->isFinished()); m_isBroken = true;}
+        if (end && end->state() == ModelEnd::State::cut && !stream.mayBeCut)
+            m_isBroken = true;
 }
 
 /// An end in order is one only with every byte.
@@ -234,7 +236,7 @@ bool StreamModel::isDone(const Stream &stream)
     if (!stream.far || stream.client.state() != State::ended || stream.far->state() != State::ended)
         return false;
     if (stream.client.received() != stream.far->sent() || stream.far->received() != stream.client.sent())
-        {fprintf(stderr, "LOST\n"); m_isBroken = true;}
+        m_isBroken = true;
     ++m_whole;
     return true;
 }

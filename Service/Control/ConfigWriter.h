@@ -1,7 +1,7 @@
 #pragma once
 #include "Service/Config/ConfigStore.h"
-#include "Service/Nodes/TimeSource.h"
-#include "Service/Nodes/Traffic.h"
+#include "Service/Time/TimeSource.h"
+#include "Service/Traffic/Traffic.h"
 
 namespace veranox {
 

@@ -1,19 +1,13 @@
 #pragma once
 #include "Service/Config/ConfigDocument.h"
 #include "Service/Publications/PublicationRecord.h"
+#include "Service/Reports/PathQuestion.h"
 #include "Service/Tunnels/TunnelRecord.h"
 #include <boost/asio/awaitable.hpp>
 #include <boost/json/object.hpp>
 #include <string>
 
 namespace veranox {
-
-/// What a path report is to find out.
-struct PathQuestion {
-    std::string target; // as the person wrote it: a URL, host:port, a host name or an address
-    bool netcheck = false; // whether the profile's network is to be checked too
-    unsigned pingCount = 3; // how often to connect; 1 to 10, anything else is brought into that range
-};
 
 /// The connections that the service carries: tunnels into the tailnets and publications of local services in them.
 /// Everything is called on the thread of the io_context on which the connections run, and nothing blocks.

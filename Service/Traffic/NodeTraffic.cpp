@@ -1,6 +1,6 @@
-#include "Service/Nodes/NodeTraffic.h"
+#include "Service/Traffic/NodeTraffic.h"
 
-#include "Service/Profiles/ProfileRecord.h"
+#include "Service/Config/ProfileDefaults.h"
 #include "Service/Reports/PathReport.h"
 #include "Service/Tunnels/NativeTunnel.h"
 #include "Service/Tunnels/SshTunnel.h"
@@ -35,10 +35,11 @@ bool isServed(const PublicationSettings &publication)
 
 } // namespace
 
-NodeTraffic::NodeTraffic(
-    boost::asio::any_io_executor executor, NodeEngine &nodes, const TimeSource &time, SshPlaces sshPlaces)
+NodeTraffic::NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &nodes, const ForwardingGate &gate,
+    const TimeSource &time, SshPlaces sshPlaces)
     : m_executor(std::move(executor)),
       m_nodes(nodes),
+      m_gate(gate),
       m_time(time),
       m_sshPlaces(std::move(sshPlaces)),
       m_budget(Budget::ofThisProcess(), [this] { noteStrain(); }),
@@ -81,10 +82,10 @@ void NodeTraffic::dropWhatChanged(const ConfigDocument &document)
 void NodeTraffic::addWhatIsNew()
 {
     for (const auto &[name, settings] : m_document.tunnels)
-        if (!settings.disabled && !m_nodes.isActedTunnel(name) && !m_tunnels.contains(name))
+        if (!settings.disabled && !m_gate.isActedTunnel(name) && !m_tunnels.contains(name))
             m_tunnels.emplace(name, makeTunnel(name, settings));
     for (const auto &[name, settings] : m_document.publications)
-        if (isServed(settings) && !m_nodes.isActedPublication(name) && !m_publications.contains(name))
+        if (isServed(settings) && !m_gate.isActedPublication(name) && !m_publications.contains(name))
             m_publications.emplace(name,
                 std::make_unique<PublicationRunner>(Listener::Surroundings{m_pool, m_budget, m_executor}, m_nodes,
                     m_time, settings, nodeHostname(m_document, settings.profile)));
@@ -147,7 +148,7 @@ void NodeTraffic::lookAtPublications(SteadyTime now)
 void NodeTraffic::lookAtTunnels(SteadyTime now)
 {
     for (const auto &[name, runner] : m_tunnels) {
-        const TunnelStatus node = m_nodes.tunnelStatus(name, *findNamed(m_document.tunnels, name));
+        const TunnelStatus node = m_gate.tunnelStatus(name, *findNamed(m_document.tunnels, name));
         if (node.state == readyState)
             runner->open(now);
         else
@@ -162,6 +163,7 @@ void NodeTraffic::awaitNextMoment()
         if (moment && (!next || *moment < *next))
             next = moment;
     };
+    consider(m_gate.nextChange());
     for (const auto &[name, runner] : m_tunnels)
         consider(runner->retryAt());
     for (const auto &[name, runner] : m_publications)
@@ -181,7 +183,7 @@ TunnelStatus NodeTraffic::tunnelStatus(const std::string &name) const
     const TunnelSettings *settings = findNamed(m_document.tunnels, name);
     if (!settings)
         return {};
-    TunnelStatus node = m_nodes.tunnelStatus(name, *settings);
+    TunnelStatus node = m_gate.tunnelStatus(name, *settings);
     const auto runner = m_tunnels.find(name);
     if (node.state != readyState || runner == m_tunnels.end())
         return node;
@@ -193,7 +195,7 @@ TunnelStatus NodeTraffic::tunnelStatus(const std::string &name) const
 
 PublicationStatus NodeTraffic::nodePublicationStatus(const std::string &name, const PublicationSettings &settings) const
 {
-    return m_nodes.publicationStatus(name, settings, nodeHostname(m_document, settings.profile));
+    return m_gate.publicationStatus(name, settings, nodeHostname(m_document, settings.profile));
 }
 
 PublicationStatus NodeTraffic::publicationStatus(const std::string &name) const

@@ -1,4 +1,4 @@
-#include "Service/Publications/PublicationSettings.h"
+#include "Service/Config/PublicationSettings.h"
 
 namespace veranox {
 

@@ -1,4 +1,4 @@
-#include "Service/Tunnels/TunnelSettings.h"
+#include "Service/Config/TunnelSettings.h"
 
 namespace veranox {
 

@@ -1,4 +1,4 @@
-#include "Service/Config/ConfigWriter.h"
+#include "Service/Control/ConfigWriter.h"
 
 #include "Service/Text/Refusal.h"
 #include "Service/Text/ShownPath.h"

@@ -1,4 +1,4 @@
-#include "Service/Profiles/ProfileSettings.h"
+#include "Service/Config/ProfileSettings.h"
 
 #include <boost/json/array.hpp>
 

@@ -1,8 +1,9 @@
 #pragma once
 #include "Service/Nodes/NodeEngine.h"
-#include "Service/Nodes/TimeSource.h"
-#include "Service/Nodes/Traffic.h"
 #include "Service/Publications/PublicationRunner.h"
+#include "Service/Time/TimeSource.h"
+#include "Service/Traffic/ForwardingGate.h"
+#include "Service/Traffic/Traffic.h"
 #include "Service/Tunnels/SshCommand.h"
 #include "Service/Tunnels/TunnelRunner.h"
 #include "Service/Tunnels/TunnelSurroundings.h"
@@ -15,8 +16,9 @@ namespace veranox {
 /// Carries the connections through the nodes of an engine. Wakes when something can change and at no other time.
 class NodeTraffic final : public Traffic {
 public:
-    /// Engine and time must outlive it.
-    NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &nodes, const TimeSource &time, SshPlaces sshPlaces);
+    /// Engine, gate and time must outlive it.
+    NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &nodes, const ForwardingGate &gate,
+        const TimeSource &time, SshPlaces sshPlaces);
     NodeTraffic(const NodeTraffic &) = delete;
     NodeTraffic &operator=(const NodeTraffic &) = delete;
     ~NodeTraffic() override;
@@ -52,6 +54,7 @@ private:
 
     boost::asio::any_io_executor m_executor;
     NodeEngine &m_nodes;
+    const ForwardingGate &m_gate;
     const TimeSource &m_time;
     SshPlaces m_sshPlaces;
     std::function<void()> m_strained;

@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Nodes/NodeStatus.h"
+#include "Service/Time/WallTime.h"
 #include <chrono>
 
 namespace veranox {

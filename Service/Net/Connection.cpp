@@ -40,6 +40,7 @@ Connection::Connection(TrafficThread &thread, std::shared_ptr<const ConnectionOr
 
 Connection::~Connection()
 {
+    closeSockets(CloseReason::failed); // unless they are closed by now
     leave();
 }
 
@@ -234,7 +235,14 @@ void Connection::end(CloseReason reason)
     m_entry.close(reason, m_relay ? m_relay->bytesToTarget() : 0, m_relay ? m_relay->bytesToClient() : 0);
     m_timer.cancel();
     if (isDialling)
-        m_dialCancel.emit(asio::cancellation_type::terminal);
+        cancelDial();
+}
+
+/// Whoever dials may go on all the same: nobody waits for him any more.
+void Connection::cancelDial()
+try {
+    m_dialCancel.emit(asio::cancellation_type::terminal);
+} catch (const std::exception &) {
 }
 
 /// A stream that is cut must not look whole: neither side may take it for an end in order.

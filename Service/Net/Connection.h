@@ -56,6 +56,7 @@ private:
     void lookAtDeadline();
 
     void end(CloseReason reason);
+    void cancelDial();
     void closeSockets(CloseReason reason);
 
     bool isUnwanted() const override { return m_origin->isStopped; }

@@ -63,7 +63,8 @@ void Listener::awaitConnections()
     if (m_origin->isStopped)
         return;
     m_acceptor.async_wait(asio::socket_base::wait_read,
-        [self = shared_from_this()](const boost::system::error_code &failure) { self->takeConnections(failure); });
+        inMemory(m_waitMemory,
+            [self = shared_from_this()](const boost::system::error_code &failure) { self->takeConnections(failure); }));
 }
 
 void Listener::takeConnections(const boost::system::error_code &failure)
@@ -114,7 +115,8 @@ void Listener::pause()
     if (m_origin->isStopped)
         return;
     m_pause.expires_after(pauseAfterFailedAccept);
-    m_pause.async_wait([self = shared_from_this()](const boost::system::error_code &) { self->awaitConnections(); });
+    m_pause.async_wait(inMemory(
+        m_pauseMemory, [self = shared_from_this()](const boost::system::error_code &) { self->awaitConnections(); }));
 }
 
 } // namespace veranox

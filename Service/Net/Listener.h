@@ -45,6 +45,8 @@ private:
     std::mutex m_mutex; // control closes the acceptor while its own thread uses it
     StreamAcceptor m_acceptor;
     boost::asio::steady_timer m_pause;
+    HandlerMemory m_waitMemory;
+    HandlerMemory m_pauseMemory;
 };
 
 } // namespace veranox

@@ -21,7 +21,7 @@ class RandomStreams : public ::testing::TestWithParam<unsigned> { };
 TEST_P(RandomStreams, AllEndAndNothingIsLostOrLeft)
 {
     raiseDescriptorLimit();
-    constexpr unsigned steps = 12'000;
+    constexpr unsigned steps = 20'000;
     const std::uint64_t seed = GetParam() != 0 ? GetParam() : std::random_device()();
     SCOPED_TRACE("seed " + std::to_string(seed));
     const std::ptrdiff_t before = openDescriptors();

@@ -132,7 +132,7 @@ void StreamModel::openGate(Gate &gate)
 
 void StreamModel::step()
 {
-    constexpr unsigned rareness = 400;
+    constexpr unsigned rareness = 2000;
     if (m_streams.size() < mostStreams && below(4) == 0)
         open();
     if (below(rareness) == 0)
@@ -210,9 +210,9 @@ void StreamModel::act(Stream &stream)
     const unsigned choice = below(100);
     if (choice < 45)
         end.send(1 + below(most));
-    else if (choice < 90)
+    else if (choice < 88)
         m_isBroken = !end.receive(1 + below(2 * most)) || m_isBroken;
-    else if (choice < 97)
+    else if (choice < 99)
         end.finish();
     else {
         end.reset();

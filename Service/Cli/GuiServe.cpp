@@ -3,6 +3,7 @@
 #include "Service/Control/ControlServer.h"
 #include "Service/Files/DescriptorLimit.h"
 #include "Service/Files/OwnExecutable.h"
+#include "Service/Log/LogBrake.h"
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Nodes/Lab/LabConfig.h"
 #include "Service/Nodes/Lab/LabFile.h"
@@ -105,6 +106,14 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     const Nodes nodes = makeNodes(std::move(lab), time);
     NodeTraffic traffic(context.get_executor(), *nodes.engine, *nodes.gate, time,
         {ownExecutable(), folders.applicationSupport / "known_hosts", environment});
+    LogBrake strainBrake(1, std::chrono::minutes(1));
+    traffic.setStrained([&] {
+        if (!strainBrake.admits(time.steadyNow()))
+            return;
+        const Budget::Strain strain = traffic.strain();
+        log.write(LogLevel::warn, "connections_refused", "there is no room for more connections",
+            {{"refused", strain.refused}, {"shed", strain.shed}});
+    });
     traffic.apply(config.document());
     ControlApi api({config, *nodes.engine, traffic, time, environment, endpoint.port, folders.applicationSupport},
         RequestGuard(std::move(token), endpoint.port));

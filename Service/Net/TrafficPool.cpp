@@ -42,7 +42,7 @@ void TrafficPool::stopUnwanted()
 
 void TrafficPool::stop()
 {
-    if (std::exchange(m_isStopped, true))
+    if (m_isStopped.exchange(true))
         return;
     for (const auto &thread : m_threads)
         thread->beginToEnd();

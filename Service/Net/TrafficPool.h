@@ -26,10 +26,11 @@ public:
     /// Ends all streams and all threads, within half a second whatever they wait for. Harmless when repeated; after it
     /// nothing runs any more.
     void stop();
+    bool isStopped() const { return m_isStopped; }
 
 private:
     std::vector<std::unique_ptr<TrafficThread>> m_threads;
-    bool m_isStopped = false;
+    std::atomic<bool> m_isStopped = false;
 };
 
 } // namespace veranox

@@ -85,6 +85,7 @@ void TrafficThread::end(std::chrono::steady_clock::time_point deadline)
     if (m_end.get_future().wait_until(deadline) != std::future_status::ready)
         m_context.stop();
     m_thread.join();
+    m_context.dropRest();
 }
 
 } // namespace veranox

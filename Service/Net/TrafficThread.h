@@ -57,7 +57,7 @@ public:
     void stopUnwanted();
     /// Stops all and lets the thread run out of work.
     void beginToEnd();
-    /// Waits until then for the thread; then it ends whatever still waits there.
+    /// Waits until then for the thread, ends it, and drops whatever still waits there.
     void end(std::chrono::steady_clock::time_point deadline);
 
 private:

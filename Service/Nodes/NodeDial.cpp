@@ -1,5 +1,6 @@
 #include "Service/Nodes/NodeDial.h"
 
+#include "Service/Net/NetworkProblem.h"
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <optional>
@@ -12,17 +13,35 @@ namespace {
 
 using Dialled = std::optional<asio::ip::tcp::socket>;
 
-asio::awaitable<Dialled> dialHere(NodeEngine *nodes, std::string profile, HostPort target)
+void throwIfStopped(const TrafficPool &pool)
 {
-    co_return co_await nodes->dial(std::move(profile), std::move(target.host), target.port);
+    if (pool.isStopped())
+        throw NetworkProblem("The service is stopping.");
 }
 
-asio::awaitable<StreamSocket> dialThere(
-    NodeEngine *nodes, asio::any_io_executor control, std::string profile, HostPort target)
+/// Once the pool has stopped the engine has, too, and is asked for nothing any more; and nobody takes what it has made
+/// meanwhile: it is closed here.
+asio::awaitable<Dialled> dialHere(NodeEngine *nodes, const TrafficPool *pool, std::string profile, HostPort target)
+{
+    throwIfStopped(*pool);
+    Dialled made = co_await nodes->dial(std::move(profile), std::move(target.host), target.port);
+    throwIfStopped(*pool);
+    co_return made;
+}
+
+struct NodeRoute {
+    NodeEngine *nodes;
+    const TrafficPool *pool;
+    asio::any_io_executor control;
+    std::string profile;
+    HostPort target;
+};
+
+asio::awaitable<StreamSocket> dialThere(NodeRoute route)
 {
     const auto executor = co_await asio::this_coro::executor;
-    Dialled made =
-        co_await asio::co_spawn(control, dialHere(nodes, std::move(profile), std::move(target)), asio::use_awaitable);
+    Dialled made = co_await asio::co_spawn(
+        route.control, dialHere(route.nodes, route.pool, route.profile, route.target), asio::use_awaitable);
     const auto protocol = made->local_endpoint().protocol();
     co_return StreamSocket(executor, {protocol}, made->release());
 }
@@ -30,10 +49,10 @@ asio::awaitable<StreamSocket> dialThere(
 } // namespace
 
 decltype(Route::dial) dialThroughNode(
-    NodeEngine &nodes, asio::any_io_executor control, std::string profile, HostPort target)
+    NodeEngine &nodes, const Listener::Surroundings &forwarding, std::string profile, HostPort target)
 {
-    return [nodes = &nodes, control = std::move(control), profile = std::move(profile), target = std::move(target)] {
-        return dialThere(nodes, control, profile, target);
+    return [route = NodeRoute{&nodes, &forwarding.pool, forwarding.control, std::move(profile), std::move(target)}] {
+        return dialThere(route);
     };
 }
 

@@ -1,6 +1,7 @@
 #include "Service/Cli/CommandLine.h"
 #include "Service/Cli/GuiServe.h"
 #include "Service/Cli/SshHelper.h"
+#include "Service/Files/StandardFiles.h"
 #include "Service/Text/ServiceProblem.h"
 #include "Service/Text/Words.h"
 #include <cstdio>
@@ -30,6 +31,7 @@ int run(const veranox::Command &command)
 
 int main(int count, char **words)
 {
+    veranox::openStandardFiles();
     try {
         if (const std::optional<int> status = veranox::runSshHelper({words, words + count}))
             return *status;

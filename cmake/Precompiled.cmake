@@ -1,12 +1,13 @@
 # Headers that many sources read, compiled once for each kind of source. Only headers of libraries: a change of our own
 # would build everything anew.
 function(veranox_precompiled name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES;OPTIONS")
   set(target precompiled_${name})
   file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/generated/${target}.cpp CONTENT "// Carries the precompiled header.\n" @ONLY)
   add_library(${target} OBJECT ${CMAKE_BINARY_DIR}/generated/${target}.cpp)
   set_target_properties(${target} PROPERTIES AUTOMOC OFF)
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
+  target_compile_options(${target} PRIVATE ${arg_OPTIONS}) # those of the targets that use it
   target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/Precompiled/${name}.h)
   set(header ${CMAKE_BINARY_DIR}/CMakeFiles/${target}.dir/cmake_pch.hxx.pch)
   file(WRITE ${header}.sum "${VERANOX_PACKAGES_SUM} ${name}")
@@ -50,8 +51,8 @@ function(veranox_use_precompiled name)
   endforeach()
 endfunction()
 
-veranox_precompiled(core LIBRARIES Qt6::Core Qt6::Network veranox_qt_strict)
-veranox_precompiled(face LIBRARIES Qt6::Widgets Qt6::Quick veranox_qt_strict)
+veranox_precompiled(core LIBRARIES Qt6::Core Qt6::Network veranox_qt_strict OPTIONS ${VERANOX_ROOM_OPTIONS})
+veranox_precompiled(face LIBRARIES Qt6::Widgets Qt6::Quick veranox_qt_strict OPTIONS ${VERANOX_ROOM_OPTIONS})
 veranox_precompiled(service LIBRARIES Boost::headers Boost::json OpenSSL::SSL)
 if(VERANOX_TESTS)
   veranox_precompiled(tests LIBRARIES Qt6::Core Qt6::Network GTest::gmock veranox_qt_strict)

@@ -50,6 +50,8 @@ void checkRouterPorts(const RouterSettings &router, std::uint16_t controlPort)
         {router.tunnelListenBase, "Router.TunnelListenBase"}, {router.profileUDPPortBase, "Router.ProfileUDPPortBase"}};
     std::vector<PortUse> seen;
     for (const PortUse &use : uses) {
+        if (use.port == 0)
+            continue; // the system picks
         if (const PortUse *other = findUse(seen, use.port))
             refuse(use.by + " uses port " + std::to_string(use.port) + ", which is already assigned to " + other->by
                 + ".");

@@ -15,12 +15,26 @@ std::string assignedProxy(std::int64_t base, std::size_t index)
     return "127.0.0.1:" + std::to_string(base + 2 * static_cast<std::int64_t>(index));
 }
 
+std::string hostnameOf(const ProfileSettings *settings, const RouterSettings &router, const std::string &profile)
+{
+    return configuredOr(settings ? settings->hostname : "", router.profileHostnameBase + "-" + profile);
+}
+
 } // namespace
 
 std::string nodeHostname(const ConfigDocument &document, const std::string &profile)
 {
-    const ProfileSettings *settings = findNamed(document.profiles, profile);
-    return configuredOr(settings ? settings->hostname : "", document.router.profileHostnameBase + "-" + profile);
+    return hostnameOf(findNamed(document.profiles, profile), document.router, profile);
+}
+
+std::string nodeHostname(const IndexedConfig &config, const std::string &profile)
+{
+    return hostnameOf(config.profile(profile), config.document().router, profile);
+}
+
+std::string unconfiguredProfile(const std::string &profile)
+{
+    return "The profile \"" + profile + "\" is not configured.";
 }
 
 ProfileProxies profileProxies(const ConfigDocument &document, std::size_t index)

@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Config/ConfigDocument.h"
+#include "Service/Config/IndexedConfig.h"
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -9,6 +9,10 @@ namespace veranox {
 /// The host name of a profile's node: the configured one, or one derived from the hostname base. Also for a name that
 /// the document does not hold.
 std::string nodeHostname(const ConfigDocument &document, const std::string &profile);
+std::string nodeHostname(const IndexedConfig &config, const std::string &profile);
+
+/// Why what stands on a profile that the document does not hold cannot run, as a sentence.
+std::string unconfiguredProfile(const std::string &profile);
 
 /// Where the proxies of one profile listen, host:port each.
 struct ProfileProxies {

@@ -52,6 +52,9 @@ const ControlApi::Route ControlApi::routes[] = {
 
 namespace {
 
+/// More than an application sends and a disk that works leaves waiting.
+constexpr std::size_t mostWaitingSaves = 16;
+
 /// Whether the segments are those of the path; what stands for the "*" goes into `name`.
 bool isPath(std::span<const std::string> segments, std::string_view path, std::string &name)
 {
@@ -92,7 +95,8 @@ ControlAnswer refusalOf(const std::exception_ptr &problem)
 
 ControlApi::ControlApi(ControlParts parts, RequestGuard guard)
     : m_parts(std::move(parts)),
-      m_writer(m_parts.config, m_parts.traffic, m_parts.time),
+      m_turns(mostWaitingSaves),
+      m_writer(m_parts.config, m_parts.traffic, m_parts.time, m_parts.saves, m_parts.log),
       m_feedback(m_parts.folder, m_parts.time),
       m_guard(std::move(guard))
 {
@@ -100,7 +104,9 @@ ControlApi::ControlApi(ControlParts parts, RequestGuard guard)
 
 std::optional<ControlAnswer> ControlApi::refuseEarly(const ControlRequest &request) const
 {
-    return m_guard.checkSender(request);
+    const std::variant<Prepared, ControlAnswer> prepared = prepare(request);
+    const ControlAnswer *refused = std::get_if<ControlAnswer>(&prepared);
+    return refused ? std::optional(*refused) : std::nullopt;
 }
 
 std::variant<ControlApi::Prepared, ControlAnswer> ControlApi::prepare(ControlRequest request) const
@@ -130,10 +136,16 @@ std::variant<ControlApi::Prepared, ControlAnswer> ControlApi::prepare(ControlReq
     return wrongMethod;
 }
 
-/// For the writes that change one thing: they never go over what another program wrote into the file.
-void ControlApi::commit(ConfigDocument document)
+void ControlApi::requireRoom(const Worker &worker)
 {
-    m_writer.commit(std::move(document), ConfigWriter::IfChanged::refuse);
+    if (!worker.hasRoom())
+        throw Refusal(Refusal::Kind::later, "The disk does not answer; try again in some seconds.");
+}
+
+/// For the writes that change one thing: they never go over what another program wrote into the file.
+asio::awaitable<void> ControlApi::commit(ConfigDocument document)
+{
+    co_await m_writer.commit(std::move(document), ConfigWriter::IfChanged::refuse);
 }
 
 asio::awaitable<ControlAnswer> ControlApi::carryOut(ControlRequest request)

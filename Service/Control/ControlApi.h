@@ -5,7 +5,10 @@
 #include "Service/Control/ControlRequest.h"
 #include "Service/Control/FeedbackBox.h"
 #include "Service/Control/RequestGuard.h"
+#include "Service/Control/SaveTurns.h"
 #include "Service/Files/UserFolders.h"
+#include "Service/Files/Worker.h"
+#include "Service/Log/Log.h"
 #include "Service/Nodes/NodeEngine.h"
 #include "Service/Time/TimeSource.h"
 #include "Service/Traffic/Traffic.h"
@@ -26,6 +29,9 @@ struct ControlParts {
     Environment environment;
     std::uint16_t port; // of the control API itself
     std::filesystem::path folder; // for what the service keeps besides the configuration
+    Worker &saves; // for what is written to the disk
+    Worker &lookUps; // for what is only looked up there, which must not wait for the former
+    Log &log;
 };
 
 /// The control API without its transport: one request in, one answer out. What it is given must outlive it, and it must
@@ -34,7 +40,8 @@ class ControlApi {
 public:
     ControlApi(ControlParts parts, RequestGuard guard);
 
-    /// What can be said before the body has come: the refusal of the sender, or nothing.
+    /// What can be said before the body has come: the refusal of sender, path, method or token, or nothing. A body that
+    /// nobody may send is not waited for.
     std::optional<ControlAnswer> refuseEarly(const ControlRequest &request) const;
 
     /// Never fails: whatever goes wrong is an answer. A refused write has changed nothing.
@@ -66,36 +73,38 @@ private:
     ControlAnswer statusStyleSheet(const Call &call) const;
     ControlAnswer profiles(const Call &call) const;
     ControlAnswer config(const Call &call) const;
-    ControlAnswer environment(const Call &call) const;
     ControlAnswer tunnels(const Call &call) const;
     ControlAnswer publications(const Call &call) const;
     ControlAnswer health(const Call &call) const;
 
+    boost::asio::awaitable<ControlAnswer> environment(Call call);
     boost::asio::awaitable<ControlAnswer> pathReport(Call call);
 
-    ControlAnswer saveConfig(const Call &call);
+    boost::asio::awaitable<ControlAnswer> saveConfig(Call call);
     ControlAnswer login(const Call &call);
     ControlAnswer logout(const Call &call);
-    ControlAnswer feedback(const Call &call);
+    boost::asio::awaitable<ControlAnswer> feedback(Call call);
     ControlAnswer shutdown(const Call &call);
 
-    ControlAnswer saveTunnel(const Call &call);
-    ControlAnswer deleteTunnel(const Call &call);
-    ControlAnswer startTunnel(const Call &call);
-    ControlAnswer stopTunnel(const Call &call);
-    ControlAnswer switchTunnel(const Call &call, bool isDisabled);
+    boost::asio::awaitable<ControlAnswer> saveTunnel(Call call);
+    boost::asio::awaitable<ControlAnswer> deleteTunnel(Call call);
+    boost::asio::awaitable<ControlAnswer> startTunnel(Call call);
+    boost::asio::awaitable<ControlAnswer> stopTunnel(Call call);
+    boost::asio::awaitable<ControlAnswer> switchTunnel(Call call, bool isDisabled);
     ControlAnswer restartTunnel(const Call &call);
     ControlAnswer setTunnelSecret(const Call &call);
 
-    ControlAnswer savePublication(const Call &call);
-    ControlAnswer deletePublication(const Call &call);
-    ControlAnswer startPublication(const Call &call);
-    ControlAnswer stopPublication(const Call &call);
+    boost::asio::awaitable<ControlAnswer> savePublication(Call call);
+    boost::asio::awaitable<ControlAnswer> deletePublication(Call call);
+    boost::asio::awaitable<ControlAnswer> startPublication(Call call);
+    boost::asio::awaitable<ControlAnswer> stopPublication(Call call);
     ControlAnswer restartPublication(const Call &call);
 
-    void commit(ConfigDocument document);
+    boost::asio::awaitable<void> commit(ConfigDocument document);
+    static void requireRoom(const Worker &worker);
 
     ControlParts m_parts;
+    SaveTurns m_turns;
     ConfigWriter m_writer;
     FeedbackBox m_feedback;
     unsigned m_reports = 0; // under way

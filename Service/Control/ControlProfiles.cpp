@@ -8,6 +8,7 @@
 
 namespace veranox {
 
+namespace asio = boost::asio;
 namespace json = boost::json;
 
 namespace {
@@ -38,8 +39,9 @@ void refuseOrphans(
 
 } // namespace
 
-ControlAnswer ControlApi::saveConfig(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::saveConfig(Call call)
 {
+    const SaveTurns::Turn turn = co_await m_turns.take();
     const bool isForced = QueryFields(call.target.query).flag("force", false);
     const ConfigDocument &current = m_parts.config.document();
     ConfigDocument next = readConfigBody(call.request.body, current);
@@ -49,8 +51,8 @@ ControlAnswer ControlApi::saveConfig(const Call &call)
         refuseOrphans("publication", next.publications, current, next);
     }
     using IfChanged = ConfigWriter::IfChanged;
-    m_writer.commit(std::move(next), isForced ? IfChanged::keepCopy : IfChanged::refuse);
-    return success(json::object{{"status", "saved"}, {"path", shownPath(m_parts.config.file())}});
+    co_await m_writer.commit(std::move(next), isForced ? IfChanged::keepCopy : IfChanged::refuse);
+    co_return success(json::object{{"status", "saved"}, {"path", shownPath(m_parts.config.file())}});
 }
 
 ControlAnswer ControlApi::login(const Call &call)

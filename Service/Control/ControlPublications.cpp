@@ -5,55 +5,62 @@
 
 namespace veranox {
 
+namespace asio = boost::asio;
+
 namespace {
 
 constexpr std::string_view kind = "publication";
 
 } // namespace
 
-ControlAnswer ControlApi::savePublication(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::savePublication(Call call)
 {
-    commit(withPublication(m_parts.config.document(), readPublicationSave(call.request.body), m_parts.port));
-    return publications(call);
+    SaveRequest<PublicationSettings> save = readPublicationSave(call.request.body);
+    const SaveTurns::Turn turn = co_await m_turns.take();
+    co_await commit(withPublication(m_parts.config.document(), std::move(save), m_parts.port));
+    co_return publications(call);
 }
 
-ControlAnswer ControlApi::deletePublication(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::deletePublication(Call call)
 {
+    const SaveTurns::Turn turn = co_await m_turns.take();
     ConfigDocument next = m_parts.config.document();
     requireNamed(kind, next.publications, call.name);
     std::erase_if(next.publications, [&](const auto &publication) { return publication.first == call.name; });
-    commit(std::move(next));
-    return publications(call);
+    co_await commit(std::move(next));
+    co_return publications(call);
 }
 
-ControlAnswer ControlApi::startPublication(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::startPublication(Call call)
 {
+    const SaveTurns::Turn turn = co_await m_turns.take();
     constexpr unsigned unavailable = 503;
     ConfigDocument next = m_parts.config.document();
     PublicationSettings &publication = requireNamed(kind, next.publications, call.name);
     if (publication.disabled) {
         publication.disabled = false;
-        commit(std::move(next));
+        co_await commit(std::move(next));
     } else if (m_parts.traffic.publicationStatus(call.name).state == "error") {
         m_parts.traffic.restartPublication(call.name);
     }
     const PublicationSettings &saved = *findNamed(m_parts.config.document().publications, call.name);
     if (const PublicationStatus status = publicationStatus(call.name, saved); status.state == "error")
-        return refusal(unavailable,
+        co_return refusal(unavailable,
             "The publication " + shownName(call.name)
                 + " was switched on and saved, but it could not be started: " + status.lastError);
-    return publications(call);
+    co_return publications(call);
 }
 
-ControlAnswer ControlApi::stopPublication(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::stopPublication(Call call)
 {
+    const SaveTurns::Turn turn = co_await m_turns.take();
     ConfigDocument next = m_parts.config.document();
     PublicationSettings &publication = requireNamed(kind, next.publications, call.name);
     if (!publication.disabled) {
         publication.disabled = true;
-        commit(std::move(next));
+        co_await commit(std::move(next));
     }
-    return publications(call);
+    co_return publications(call);
 }
 
 ControlAnswer ControlApi::restartPublication(const Call &call)

@@ -1,3 +1,4 @@
+#include "Service/Config/ProfileDefaults.h"
 #include "Service/Control/ControlApi.h"
 #include "Service/Files/Programs.h"
 #include "Service/Profiles/ProfileRecord.h"
@@ -6,6 +7,7 @@
 
 namespace veranox {
 
+namespace asio = boost::asio;
 namespace json = boost::json;
 
 ControlAnswer ControlApi::profiles(const Call &) const
@@ -22,28 +24,21 @@ ControlAnswer ControlApi::config(const Call &) const
     return success(configRecord(m_parts.config.document()));
 }
 
-ControlAnswer ControlApi::environment(const Call &) const
+asio::awaitable<ControlAnswer> ControlApi::environment(Call)
 {
-    const std::string &command = m_parts.config.document().tailscale.tailscaledBin;
-    const std::optional<std::filesystem::path> program = findProgram(command, m_parts.environment);
-    return success(json::object{
+    requireRoom(m_parts.lookUps);
+    const std::string command = m_parts.config.document().tailscale.tailscaledBin;
+    const std::optional<std::filesystem::path> program = co_await m_parts.lookUps.run(
+        [command, environment = m_parts.environment] { return findProgram(command, environment); });
+    co_return success(json::object{
         {"TailscaledAvailable", program.has_value()}, {"TailscaledBin", program ? shownPath(*program) : command}});
 }
-
-namespace {
-
-std::string withoutProfile(const std::string &profile)
-{
-    return "The profile \"" + profile + "\" is not configured.";
-}
-
-} // namespace
 
 // Whatever carries the traffic need not know which profiles are configured: here they are known.
 TunnelStatus ControlApi::tunnelStatus(const std::string &name, const TunnelSettings &settings) const
 {
     if (!settings.disabled && !findNamed(m_parts.config.document().profiles, settings.profile))
-        return {.state = "error", .activeConns = 0, .lastError = withoutProfile(settings.profile)};
+        return {.state = "error", .activeConns = 0, .lastError = unconfiguredProfile(settings.profile)};
     return m_parts.traffic.tunnelStatus(name);
 }
 
@@ -55,7 +50,7 @@ PublicationStatus ControlApi::publicationStatus(const std::string &name, const P
         return m_parts.traffic.publicationStatus(name);
     PublicationStatus status;
     status.state = "error";
-    status.lastError = withoutProfile(settings.profile);
+    status.lastError = unconfiguredProfile(settings.profile);
     return status;
 }
 

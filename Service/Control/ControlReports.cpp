@@ -35,10 +35,12 @@ asio::awaitable<ControlAnswer> ControlApi::pathReport(Call call)
     co_return success(std::move(report));
 }
 
-ControlAnswer ControlApi::feedback(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::feedback(Call call)
 {
-    m_feedback.add(call.request.body);
-    return success(json::object{{"status", "saved"}});
+    std::string line = m_feedback.line(call.request.body);
+    requireRoom(m_parts.saves);
+    co_await m_parts.saves.run([box = m_feedback, line = std::move(line)] { box.keep(line); });
+    co_return success(json::object{{"status", "saved"}});
 }
 
 } // namespace veranox

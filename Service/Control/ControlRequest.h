@@ -12,6 +12,7 @@ struct ControlRequest {
     std::string target; // path and query as sent
     std::vector<std::string> hosts; // every Host header
     std::vector<std::string> origins; // every Origin header
+    std::vector<std::string> sites; // every Sec-Fetch-Site header
     std::vector<std::string> tokens; // every X-Veranox-Token header
     std::string correlationID; // X-Correlation-ID, empty when absent
     std::string attempt; // X-Veranox-Attempt, empty when absent

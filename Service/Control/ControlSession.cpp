@@ -10,6 +10,7 @@
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/error.hpp>
 #include <boost/beast/http/read.hpp>
+#include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
 
 namespace veranox {
@@ -22,15 +23,6 @@ namespace {
 
 constexpr auto asTuple = asio::as_tuple(asio::use_awaitable);
 
-std::vector<std::string> allFields(const http::fields &fields, beast::string_view name)
-{
-    std::vector<std::string> values;
-    const auto [begin, end] = fields.equal_range(name);
-    for (auto field = begin; field != end; ++field)
-        values.emplace_back(field->value());
-    return values;
-}
-
 /// What a request that cannot be read is told, or nothing when nobody is there to be told.
 std::optional<ControlAnswer> answerTo(beast::error_code failure)
 {
@@ -38,6 +30,8 @@ std::optional<ControlAnswer> answerTo(beast::error_code failure)
         return refusal(431, "The header of the request is too large.");
     if (failure == http::error::body_limit)
         return refusal(413, "The body of the request is too large.");
+    if (failure == http::error::buffer_overflow)
+        return refusal(413, "The body of the request comes with too much around it.");
     const bool isSyntax = failure.category() == http::make_error_code(http::error::bad_target).category();
     if (isSyntax && failure != http::error::end_of_stream && failure != http::error::partial_message)
         return refusal(400, "The request is not well-formed HTTP.");
@@ -74,6 +68,7 @@ void fill(http::response<http::string_body> &response, const ControlAnswer &answ
 ControlSession::ControlSession(asio::ip::tcp::socket socket, ControlServer &server)
     : m_stream(std::move(socket)),
       m_server(server),
+      m_buffer(server.limits().headerBytes + server.limits().pieceBytes),
       m_waitingSince(std::chrono::steady_clock::now())
 {
 }
@@ -113,15 +108,14 @@ asio::awaitable<bool> ControlSession::serveOne()
     const bool hasHeader = co_await readHeader();
     if (!hasHeader)
         co_return false;
-    m_request = currentRequest();
     if (std::optional<ControlAnswer> refused = m_server.api().refuseEarly(m_request))
-        co_return co_await send(std::move(*refused));
+        co_return co_await refuseBeforeBody(std::move(*refused));
     const bool hasBody = co_await readBody();
     if (!hasBody)
         co_return false;
     enter(Stage::working);
     ControlRequest request = m_request;
-    request.body = std::move(m_parser->get().body());
+    request.body = std::move(m_parser->get().body().text);
     ControlAnswer answer = co_await m_server.api().answer(std::move(request));
     co_return co_await send(std::move(answer));
 }
@@ -140,27 +134,76 @@ asio::awaitable<bool> ControlSession::awaitFirstByte()
 asio::awaitable<bool> ControlSession::readHeader()
 {
     m_request = {};
+    m_wantsMore = false;
     m_parser.emplace();
     m_parser->header_limit(m_server.limits().headerBytes);
     m_parser->body_limit(m_server.limits().bodyBytes);
     const auto [failure, count] = co_await http::async_read_header(m_stream, m_buffer, *m_parser, asTuple);
     if (failure)
         co_return co_await refuseUnreadable(failure);
+    m_request = currentRequest();
+    if (hasUnknownCoding(m_parser->get())) {
+        ControlAnswer answer = refusal(501, "The only transfer coding that this service knows is chunked.");
+        answer.then = ControlAnswer::Then::closeConnection;
+        co_return co_await send(std::move(answer));
+    }
+    m_wantsMore = m_parser->keep_alive() && !asksToClose(m_parser->get());
     co_return true;
+}
+
+bool ControlSession::asksToGoOn() const
+{
+    return beast::iequals(m_parser->get()[http::field::expect], "100-continue");
 }
 
 asio::awaitable<bool> ControlSession::readBody()
 {
     constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
-    if (beast::iequals(m_parser->get()[http::field::expect], "100-continue")) {
+    if (asksToGoOn()) {
         const auto [failure, count] = co_await asio::async_write(m_stream, asio::buffer(goOn), asTuple);
         if (failure)
             co_return false;
     }
-    const auto [failure, count] = co_await http::async_read(m_stream, m_buffer, *m_parser, asTuple);
+    const bool isKept = !m_request.isRead();
+    const ErrorCode failure = co_await takeBody(isKept);
     if (failure)
         co_return co_await refuseUnreadable(failure);
     co_return true;
+}
+
+/// Piece by piece, as the parser counts the bytes of a body and none of those that frame it. An eager one would not
+/// come back between the chunks.
+asio::awaitable<ControlSession::ErrorCode> ControlSession::takeBody(bool isKept)
+{
+    m_parser->get().body().isKept = isKept;
+    m_parser->eager(false);
+    std::uint64_t taken = 0;
+    while (!m_parser->is_done()) {
+        const auto [failure, count] = co_await http::async_read_some(m_stream, m_buffer, *m_parser, asTuple);
+        taken += count;
+        if (failure)
+            co_return failure;
+        if (taken > m_server.limits().framedBytes)
+            co_return http::make_error_code(http::error::buffer_overflow);
+    }
+    co_return ErrorCode{};
+}
+
+/// The answer goes out before a byte of the body is looked at; then the body is let pass, so that the connection can go
+/// on. Whoever waits to be told to send it may do so or not, which leaves open where the next request begins.
+asio::awaitable<bool> ControlSession::refuseBeforeBody(ControlAnswer refused)
+{
+    if (asksToGoOn())
+        refused.then = ControlAnswer::Then::closeConnection;
+    const bool goesOn = co_await send(std::move(refused));
+    if (!goesOn)
+        co_return false;
+    enter(Stage::request);
+    m_stream.expires_after(m_server.limits().request);
+    const ErrorCode failure = co_await takeBody(false);
+    if (failure)
+        co_await letClientRead();
+    co_return !failure;
 }
 
 asio::awaitable<bool> ControlSession::refuseUnreadable(ErrorCode failure)
@@ -174,11 +217,12 @@ asio::awaitable<bool> ControlSession::refuseUnreadable(ErrorCode failure)
 
 ControlRequest ControlSession::currentRequest() const
 {
-    const http::request<http::string_body> &request = m_parser->get();
+    const http::request<RequestBody> &request = m_parser->get();
     return {.method = std::string(request.method_string()),
         .target = std::string(request.target()),
         .hosts = allFields(request, "Host"),
         .origins = allFields(request, "Origin"),
+        .sites = allFields(request, "Sec-Fetch-Site"),
         .tokens = allFields(request, "X-Veranox-Token"),
         .correlationID = std::string(request["X-Correlation-ID"]),
         .attempt = std::string(request["X-Veranox-Attempt"]),
@@ -188,8 +232,7 @@ ControlRequest ControlSession::currentRequest() const
 asio::awaitable<bool> ControlSession::send(ControlAnswer answer)
 {
     enter(Stage::answer);
-    const bool wantsMore = m_parser->is_header_done() && m_parser->get().keep_alive();
-    const bool goesOn = wantsMore && answer.then == ControlAnswer::Then::goOn && !m_server.isStopping();
+    const bool goesOn = m_wantsMore && answer.then == ControlAnswer::Then::goOn && !m_server.isStopping();
     http::response<http::string_body> response(static_cast<http::status>(answer.status), 11);
     if (!answer.allow.empty())
         response.set(http::field::allow, answer.allow);

@@ -1,12 +1,12 @@
 #pragma once
 #include "Service/Control/ControlAnswer.h"
 #include "Service/Control/ControlRequest.h"
+#include "Service/Control/RequestFraming.h"
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/parser.hpp>
-#include <boost/beast/http/string_body.hpp>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -35,7 +35,7 @@ public:
 
 private:
     enum class Stage { request, working, answer };
-    using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
+    using Parser = boost::beast::http::request_parser<RequestBody>;
     using ErrorCode = boost::beast::error_code;
 
     boost::asio::awaitable<void> run(std::shared_ptr<ControlSession> self);
@@ -44,10 +44,14 @@ private:
     boost::asio::awaitable<bool> awaitFirstByte();
     boost::asio::awaitable<bool> readHeader();
     boost::asio::awaitable<bool> readBody();
+    /// What stands in the way of having read the body to its end, if anything does.
+    boost::asio::awaitable<ErrorCode> takeBody(bool isKept);
+    boost::asio::awaitable<bool> refuseBeforeBody(ControlAnswer refused);
     boost::asio::awaitable<bool> refuseUnreadable(ErrorCode failure);
     boost::asio::awaitable<bool> send(ControlAnswer answer);
     boost::asio::awaitable<void> letClientRead();
     ControlRequest currentRequest() const;
+    bool asksToGoOn() const;
     void enter(Stage stage);
 
     boost::beast::tcp_stream m_stream;
@@ -59,6 +63,7 @@ private:
     std::chrono::steady_clock::time_point m_requestBegan;
     Stage m_stage = Stage::request;
     bool m_isFirstRequest = true;
+    bool m_wantsMore = false; // whether the client means to ask again on this connection
 };
 
 } // namespace veranox

@@ -29,7 +29,9 @@ void ControlToken::writeTo(const std::filesystem::path &folder) const
     const std::string name = "control.token";
     constexpr unsigned ownerReadsAndWrites = 0600;
     try {
-        Folder::openOrMake(folder, true).replace(name, m_text + "\n", ownerReadsAndWrites);
+        const Folder opened = Folder::openOrMake(folder, true);
+        opened.removeAbandoned(name);
+        opened.replace(name, m_text + "\n", ownerReadsAndWrites);
     } catch (const std::exception &failure) {
         throw ServiceProblem("The control token " + shownPath(folder / name) + " could not be written ("
             + failure.what()

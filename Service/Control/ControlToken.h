@@ -11,7 +11,8 @@ public:
     /// 256 random bits from the system.
     static ControlToken random();
 
-    /// Writes it, readable by this user alone, as `control.token` into the folder. Throws ServiceProblem.
+    /// Writes it, readable by this user alone, as `control.token` into the folder, which the caller has for itself.
+    /// Throws ServiceProblem.
     void writeTo(const std::filesystem::path &folder) const;
 
     /// Compares in a time that tells nothing about the token.

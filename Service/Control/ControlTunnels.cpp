@@ -6,49 +6,55 @@
 
 namespace veranox {
 
+namespace asio = boost::asio;
+
 namespace {
 
 constexpr std::string_view kind = "tunnel";
 
 } // namespace
 
-ControlAnswer ControlApi::saveTunnel(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::saveTunnel(Call call)
 {
-    commit(withTunnel(m_parts.config.document(), readTunnelSave(call.request.body), m_parts.port));
-    return tunnels(call);
+    SaveRequest<TunnelSettings> save = readTunnelSave(call.request.body);
+    const SaveTurns::Turn turn = co_await m_turns.take();
+    co_await commit(withTunnel(m_parts.config.document(), std::move(save), m_parts.port));
+    co_return tunnels(call);
 }
 
-ControlAnswer ControlApi::deleteTunnel(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::deleteTunnel(Call call)
 {
+    const SaveTurns::Turn turn = co_await m_turns.take();
     ConfigDocument next = m_parts.config.document();
     requireNamed(kind, next.tunnels, call.name);
     std::erase_if(next.tunnels, [&](const auto &tunnel) { return tunnel.first == call.name; });
-    commit(std::move(next));
-    return tunnels(call);
+    co_await commit(std::move(next));
+    co_return tunnels(call);
 }
 
-ControlAnswer ControlApi::startTunnel(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::startTunnel(Call call)
 {
-    return switchTunnel(call, false);
+    return switchTunnel(std::move(call), false);
 }
 
-ControlAnswer ControlApi::stopTunnel(const Call &call)
+asio::awaitable<ControlAnswer> ControlApi::stopTunnel(Call call)
 {
-    return switchTunnel(call, true);
+    return switchTunnel(std::move(call), true);
 }
 
 /// One that is switched on already and broke is tried again; one that fares well keeps its connections.
-ControlAnswer ControlApi::switchTunnel(const Call &call, bool isDisabled)
+asio::awaitable<ControlAnswer> ControlApi::switchTunnel(Call call, bool isDisabled)
 {
+    const SaveTurns::Turn turn = co_await m_turns.take();
     ConfigDocument next = m_parts.config.document();
     TunnelSettings &tunnel = requireNamed(kind, next.tunnels, call.name);
     if (tunnel.disabled != isDisabled) {
         tunnel.disabled = isDisabled;
-        commit(std::move(next));
+        co_await commit(std::move(next));
     } else if (m_parts.traffic.tunnelStatus(call.name).state == "error") {
         m_parts.traffic.restartTunnel(call.name);
     }
-    return tunnels(call);
+    co_return tunnels(call);
 }
 
 ControlAnswer ControlApi::restartTunnel(const Call &call)

@@ -49,18 +49,30 @@ FeedbackBox::FeedbackBox(std::filesystem::path folder, const TimeSource &time)
 {
 }
 
-void FeedbackBox::add(std::string_view body) const
+std::string FeedbackBox::line(std::string_view body) const
 {
-    constexpr unsigned ownerReadsAndWrites = 0600;
     json::object line = readFeedback(body);
     line.emplace("receivedAt", timestamp(m_time.wallNow()));
+    return compactJson(line);
+}
+
+void FeedbackBox::keep(const std::string &line) const
+{
+    const std::string name = "feedback.jsonl";
+    const std::string former = name + ".1";
+    constexpr unsigned ownerReadsAndWrites = 0600;
+    constexpr std::size_t lineEnds = 2; // its own, and that of a line before it that has none
     try {
-        Folder::openOrMake(m_folder, true)
-            .append("feedback.jsonl", compactJson(line) + "\n", sizeLimit, ownerReadsAndWrites);
+        const Folder folder = Folder::openOrMake(m_folder, true);
+        if (folder.sizeOf(name) + line.size() + lineEnds > sizeLimit) {
+            if (folder.contains(former))
+                folder.remove(former);
+            folder.rename(name, former);
+        }
+        folder.appendLine(name, line, sizeLimit, ownerReadsAndWrites);
     } catch (const std::system_error &failure) {
         throw Refusal(Refusal::Kind::later,
-            "The feedback could not be kept in " + shownPath(m_folder / "feedback.jsonl") + " (" + failure.what()
-                + ").");
+            "The feedback could not be kept in " + shownPath(m_folder / name) + " (" + failure.what() + ").");
     }
 }
 

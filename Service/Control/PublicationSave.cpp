@@ -1,11 +1,12 @@
 #include "Service/Control/PublicationSave.h"
 
 #include "Service/Config/PortPlan.h"
+#include "Service/Config/PublicationCheck.h"
+#include "Service/Config/TunnelCheck.h"
 #include "Service/Control/NamedChanges.h"
-#include "Service/Net/HostPort.h"
-#include "Service/Text/FieldText.h"
 #include "Service/Text/Refusal.h"
-#include <stdexcept>
+#include <algorithm>
+#include <iterator>
 
 namespace veranox {
 
@@ -26,35 +27,18 @@ void checkProfile(const ConfigDocument &document, const std::string &name)
             + ".");
 }
 
-HostPort parsedTarget(const std::string &target)
+std::vector<PortUse> ownPorts(const ConfigDocument &document, std::uint16_t controlPort)
 {
-    try {
-        return parseHostPort(target);
-    } catch (const std::invalid_argument &problem) {
-        refuse(std::string("The target ") + problem.what() + ".");
-    }
-}
-
-/// A publication of one of our own listeners would let one tailnet into another. The port alone decides, as every name
-/// of this computer leads to the same listeners.
-void checkTarget(const ConfigDocument &document, const std::string &text, std::uint16_t controlPort)
-{
-    const HostPort target = parsedTarget(text);
-    if (!isLoopbackHost(target.host))
-        refuse("The target must be a loopback address such as 127.0.0.1:8080.");
-    for (const std::vector<PortUse> &own : {routerPorts(document, controlPort), tunnelPorts(document)})
-        if (const PortUse *use = findUse(own, target.port))
-            refuse("The target is one of Veranox's own listeners: port " + std::to_string(target.port) + " belongs to "
-                + use->by + ".");
+    std::vector<PortUse> own = routerPorts(document, controlPort);
+    std::ranges::move(tunnelPorts(document), std::back_inserter(own));
+    return own;
 }
 
 void checkEndpoint(const ConfigDocument &document, const SaveRequest<PublicationSettings> &save)
 {
     for (const auto &[name, other] : document.publications)
         if (name != save.originalName && other.profile == save.settings.profile && other.port == save.settings.port)
-            throw Refusal(Refusal::Kind::conflict,
-                "The publication endpoint " + other.profile + ":" + std::to_string(other.port)
-                    + " is taken by publication " + shownName(name) + ".");
+            throw takenEndpoint(other, name);
 }
 
 } // namespace
@@ -62,18 +46,14 @@ void checkEndpoint(const ConfigDocument &document, const SaveRequest<Publication
 ConfigDocument withPublication(
     const ConfigDocument &current, SaveRequest<PublicationSettings> save, std::uint16_t controlPort)
 {
-    constexpr std::size_t longestText = 1024;
     checkNames("publication", current.publications, save);
     const PublicationSettings &publication = save.settings;
-    if (const std::optional<std::string> problem = lineProblem(publication.displayName, longestText))
-        refuse("The display name " + *problem + ".");
+    checkDisplayName(publication.displayName);
     checkProfile(current, publication.profile);
-    checkTarget(current, publication.target, controlPort);
-    if (publication.port < portRange.least || publication.port > portRange.most)
-        refuse("The port must be in 1-65535.");
+    checkPublishedTarget(publication.target, ownPorts(current, controlPort));
+    checkPublishedPort(publication.port);
     checkEndpoint(current, save);
-    if (publication.reach != "tailnet" && publication.reach != "funnel")
-        refuse("The reach " + shownName(publication.reach) + R"( is not known; it must be "tailnet" or "funnel".)");
+    checkReach(publication.reach);
     ConfigDocument next = current;
     putPublication(next, std::move(save));
     return next;

@@ -11,6 +11,13 @@ namespace {
 constexpr std::array<std::string_view, 3> loopbackNames{"127.0.0.1", "localhost", "[::1]"};
 constexpr std::uint16_t httpPort = 80;
 
+/// What a browser says when its user typed the address, or when the page is our own; programs say nothing. A page from
+/// another port of this computer, as it comes through a tunnel, is "same-site" and none of ours.
+bool isOurSite(const std::string &site)
+{
+    return site == "none" || site == "same-origin";
+}
+
 ControlAnswer closing(ControlAnswer answer)
 {
     answer.then = ControlAnswer::Then::closeConnection;
@@ -48,6 +55,9 @@ std::optional<ControlAnswer> RequestGuard::checkSender(const ControlRequest &req
             refusal(badRequest, "A request with an Origin header, as web pages send it, may change nothing."));
     if (!std::ranges::all_of(request.origins, [this](const std::string &origin) { return isOurOrigin(origin); }))
         return closing(refusal(badRequest, "The Origin header names a web page that is not of this service."));
+    if (!std::ranges::all_of(request.sites, isOurSite))
+        return closing(
+            refusal(badRequest, "The Sec-Fetch-Site header tells of a web page that is not of this service."));
     return std::nullopt;
 }
 

@@ -8,7 +8,8 @@
 namespace veranox {
 
 /// Keeps web pages and strangers away from the control API. A page that a browser shows reaches loopback too, under a
-/// name of its own (its DNS made to point here) or across origins; its requests carry a Host or an Origin that tell.
+/// name of its own (its DNS made to point here) or across origins; its requests carry a Host, an Origin or, where they
+/// only fetch an image, a script or a frame, a Sec-Fetch-Site that tell.
 class RequestGuard {
 public:
     RequestGuard(ControlToken token, std::uint16_t port);

@@ -2,8 +2,8 @@
 
 #include "Service/Files/Descriptor.h"
 #include "Service/Text/ShownPath.h"
+#include <algorithm>
 #include <array>
-#include <chrono>
 #include <fcntl.h>
 #include <random>
 #include <sys/stat.h>
@@ -74,12 +74,31 @@ void writeAll(int file, std::string_view content)
     }
 }
 
+bool endsInLine(int file, off_t size)
+{
+    char last = '\n';
+    if (size > 0 && ::pread(file, &last, 1, size - 1) != 1)
+        throwSystemError("reading its last line");
+    return last == '\n';
+}
+
 constexpr std::string_view unfinishedEnding = ".new";
 
 std::string temporaryName(const std::string &name)
 {
     std::random_device random;
     return "." + name + "." + std::to_string(random()) + std::string(unfinishedEnding);
+}
+
+bool isUnfinished(std::string_view candidate, const std::string &name)
+{
+    const std::string begin = "." + name + ".";
+    if (!candidate.starts_with(begin) || !candidate.ends_with(unfinishedEnding)
+        || candidate.size() <= begin.size() + unfinishedEnding.size())
+        return false;
+    candidate.remove_prefix(begin.size());
+    candidate.remove_suffix(unfinishedEnding.size());
+    return std::ranges::all_of(candidate, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 /// An entry that is taken away again unless the work on it came to its end.
@@ -124,12 +143,27 @@ Folder Folder::openOrMake(const std::filesystem::path &path, bool isPrivate)
     const struct stat info = statOf(folder.get(), "the folder");
     if (info.st_uid != ::geteuid())
         throw std::system_error(EPERM, std::generic_category(), "using the folder, which belongs to another user");
+    if ((info.st_mode & S_IWOTH) != 0)
+        throw std::system_error(EPERM, std::generic_category(), "using the folder, in which everybody may write");
     if (isPrivate && (info.st_mode & othersBits) != 0 && ::fchmod(folder.get(), ownerOnly) != 0)
         throwSystemError("making the folder private");
     const int descriptor = ::fcntl(folder.get(), F_DUPFD_CLOEXEC, 0);
     if (descriptor < 0)
         throwSystemError("opening the folder");
     return {path, descriptor};
+}
+
+std::size_t Folder::sizeOf(const std::string &name) const
+{
+    struct stat info{};
+    const bool isThere = ::fstatat(m_descriptor, name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
+    return isThere ? static_cast<std::size_t>(info.st_size) : 0;
+}
+
+void Folder::remove(const std::string &name) const
+{
+    if (::unlinkat(m_descriptor, name.c_str(), 0) != 0)
+        throwSystemError("removing " + name);
 }
 
 bool Folder::contains(const std::string &name) const
@@ -148,7 +182,7 @@ std::optional<std::string> Folder::read(const std::string &name, std::size_t lim
     return readBounded(std::move(file), limit);
 }
 
-void Folder::replace(const std::string &name, std::string_view content, unsigned mode) const
+Durability Folder::replace(const std::string &name, std::string_view content, unsigned mode) const
 {
     const std::string unfinishedName = temporaryName(name);
     Descriptor file(::openat(m_descriptor, unfinishedName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
@@ -166,31 +200,26 @@ void Folder::replace(const std::string &name, std::string_view content, unsigned
     if (::renameat(m_descriptor, unfinishedName.c_str(), m_descriptor, name.c_str()) != 0)
         throwSystemError("putting the new file in its place");
     unfinished.finish();
-    if (::fsync(m_descriptor) != 0)
-        throwSystemError("bringing the folder to the disk");
+    return ::fsync(m_descriptor) == 0 ? Durability::confirmed : Durability::unconfirmed;
 }
 
 void Folder::removeAbandoned(const std::string &name) const
 {
-    constexpr std::chrono::seconds surelyAbandoned{60};
     std::error_code failure;
     for (std::filesystem::directory_iterator entry(m_path, failure), end; !failure && entry != end;
         entry.increment(failure)) {
         const std::string candidate = entry->path().filename();
         struct stat info{};
-        if (!candidate.starts_with("." + name + ".") || !candidate.ends_with(unfinishedEnding)
-            || ::fstatat(m_descriptor, candidate.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
-            continue;
-        const auto written = std::chrono::system_clock::from_time_t(info.st_mtime);
-        if (S_ISREG(info.st_mode) && written + surelyAbandoned < std::chrono::system_clock::now())
+        if (isUnfinished(candidate, name) && ::fstatat(m_descriptor, candidate.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0
+            && S_ISREG(info.st_mode))
             ::unlinkat(m_descriptor, candidate.c_str(), 0);
     }
 }
 
-void Folder::append(const std::string &name, std::string_view content, std::size_t limit, unsigned mode) const
+void Folder::appendLine(const std::string &name, std::string_view line, std::size_t limit, unsigned mode) const
 {
     const Descriptor file(::openat(m_descriptor, name.c_str(),
-        O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, static_cast<mode_t>(mode)));
+        O_RDWR | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, static_cast<mode_t>(mode)));
     if (file.get() < 0)
         throwSystemError("opening it");
     const struct stat info = statOf(file.get(), "the file");
@@ -198,6 +227,7 @@ void Folder::append(const std::string &name, std::string_view content, std::size
         throw std::system_error(EINVAL, std::generic_category(), "adding to it, as it is no regular file");
     if (::fchmod(file.get(), static_cast<mode_t>(mode)) != 0)
         throwSystemError("setting who may read it");
+    const std::string content = (endsInLine(file.get(), info.st_size) ? "" : "\n") + std::string(line) + "\n";
     if (content.size() > limit || static_cast<std::size_t>(info.st_size) > limit - content.size())
         throw std::system_error(EFBIG, std::generic_category(),
             "adding to it, as it would have more than " + std::to_string(limit) + " bytes");
@@ -212,14 +242,13 @@ void Folder::append(const std::string &name, std::string_view content, std::size
     }
 }
 
-void Folder::rename(const std::string &from, const std::string &to) const
+Durability Folder::rename(const std::string &from, const std::string &to) const
 {
     if (contains(to))
         throw std::system_error(EEXIST, std::generic_category(), "renaming it to " + to);
     if (::renameat(m_descriptor, from.c_str(), m_descriptor, to.c_str()) != 0)
         throwSystemError("renaming it to " + to);
-    if (::fsync(m_descriptor) != 0)
-        throwSystemError("bringing the folder to the disk");
+    return ::fsync(m_descriptor) == 0 ? Durability::confirmed : Durability::unconfirmed;
 }
 
 std::string readWholeFile(const std::filesystem::path &path, std::size_t limit)

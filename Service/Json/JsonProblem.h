@@ -19,6 +19,12 @@ public:
     const std::string text;
 };
 
+/// The text is no JSON at all.
+class JsonSyntaxProblem : public JsonProblem {
+public:
+    using JsonProblem::JsonProblem;
+};
+
 /// The member has the right type, but a value that is not allowed.
 class JsonValueProblem : public JsonProblem {
 public:

@@ -4,6 +4,7 @@
 #include "Service/Json/JsonProblem.h"
 #include "Service/Text/Words.h"
 #include <algorithm>
+#include <boost/json/error.hpp>
 #include <boost/json/parse_options.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/stream_parser.hpp>
@@ -77,13 +78,15 @@ json::value parseJson(std::string_view text)
     json::stream_parser parser;
     json::error_code failure;
     const std::size_t consumed = parser.write_some(text, failure);
-    if (failure)
+    if (failure == json::error::too_deep)
         throw JsonProblem(lineAndColumn(text, consumed), failure.message());
+    if (failure)
+        throw JsonSyntaxProblem(lineAndColumn(text, consumed), failure.message());
     if (const std::size_t rest = text.find_first_not_of(" \t\r\n", consumed); rest != std::string_view::npos)
-        throw JsonProblem(lineAndColumn(text, rest), "there is more text after the end of the JSON value");
+        throw JsonSyntaxProblem(lineAndColumn(text, rest), "there is more text after the end of the JSON value");
     parser.finish(failure);
     if (failure)
-        throw JsonProblem(lineAndColumn(text, text.size()), "the text ends before the JSON value does");
+        throw JsonSyntaxProblem(lineAndColumn(text, text.size()), "the text ends before the JSON value does");
     if (const std::optional<std::string> key = findDuplicateKey(text))
         throw JsonProblem("the key \"" + shortened(printable(*key), longestKeyShown) + "\"",
             "stands twice in one object, so one of the two would be lost");

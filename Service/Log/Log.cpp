@@ -69,6 +69,7 @@ bool DescriptorLogSink::write(std::string_view text) const
 
 void DescriptorLogSink::line(std::string_view line)
 {
+    const std::scoped_lock lock(m_mutex);
     if (m_dropped > 0
         && write(logLine("lines of the log were lost, as nobody read them",
                      {{"level", "warn"}, {"event_code", "log_lines_lost"}, {"component", "local_service"},

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,7 +52,7 @@ std::string logLine(LogMessage message, const LogFields &fields);
 /// What a pipe takes in one piece or not at all.
 inline constexpr std::size_t logLineLimit = 4095;
 
-/// Where lines go.
+/// Where lines go, from whatever thread.
 class LogSink {
 public:
     virtual ~LogSink() = default;
@@ -59,7 +60,7 @@ public:
 };
 
 /// Writes lines to an open file without ever waiting for its reader: a line that a full pipe does not take is counted,
-/// and the count stands on the next line that it takes.
+/// and the count stands on the next line that it takes. For several threads.
 class DescriptorLogSink final : public LogSink {
 public:
     explicit DescriptorLogSink(int descriptor);
@@ -69,10 +70,12 @@ private:
     bool write(std::string_view text) const;
 
     int m_descriptor;
+    std::mutex m_mutex; // of a line and of what was dropped before it
     std::uint64_t m_dropped = 0;
 };
 
-/// Writes the service's log. Its lines carry level, event code and component, and the session where one is known.
+/// Writes the service's log, from whatever thread. Its lines carry level, event code and component, and the session
+/// where one is known.
 class Log {
 public:
     /// The sink must outlive the log. `sessionID` may be empty.

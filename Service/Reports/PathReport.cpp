@@ -3,7 +3,6 @@
 #include "Service/Config/ProfileDefaults.h"
 #include "Service/Profiles/ProfileRecord.h"
 #include "Service/Reports/PathProbes.h"
-#include "Service/Routing/PathRoute.h"
 #include <boost/json/array.hpp>
 #include <cstdio>
 
@@ -140,8 +139,10 @@ Verdict verdictOnTarget(const Findings &found, const PathTarget &target)
 
 } // namespace
 
-asio::awaitable<json::object> makePathReport(NodeEngine *nodes, ConfigDocument document, PathQuestion question)
+asio::awaitable<json::object> makePathReport(
+    NodeEngine *nodes, std::shared_ptr<const RouteTable> routes, PathQuestion question)
 {
+    const ConfigDocument &document = routes->document();
     const std::optional<PathTarget> target = parsePathTarget(question.target);
     json::object report = emptyReport(question, target ? target->host : "", document);
     if (!target) {
@@ -150,7 +151,7 @@ asio::awaitable<json::object> makePathReport(NodeEngine *nodes, ConfigDocument d
                 {"Give a URL, host:port, a host name or an address, for example wiki.example.ts.net."}});
         co_return report;
     }
-    const std::optional<PathRoute> route = findRoute(document, target->host);
+    const std::optional<PathRoute> route = routes->find(target->host);
     if (!route) {
         conclude(report,
             {"No profile owns " + target->host + ", so it is not reached through a tailnet.",

@@ -20,17 +20,26 @@ template <class Settings> Settings withoutLabel(Settings settings)
     return settings;
 }
 
-template <class Settings>
-bool isUnchanged(const NamedList<Settings> &before, const NamedList<Settings> &after, const std::string &name)
+template <class Settings> bool isUnchanged(const Settings *before, const Settings *now)
 {
-    const Settings *old = findNamed(before, name);
-    const Settings *now = findNamed(after, name);
-    return old && now && withoutLabel(*old) == withoutLabel(*now);
+    return before && now && withoutLabel(*before) == withoutLabel(*now);
 }
 
-bool isServed(const PublicationSettings &publication)
+/// What is to run, as far as the document goes.
+bool isWanted(const TunnelSettings &tunnel)
+{
+    return !tunnel.disabled;
+}
+
+bool isWanted(const PublicationSettings &publication)
 {
     return !publication.disabled && publication.reach != "funnel";
+}
+
+/// A profile that goes takes along what stands on it.
+template <class Settings> bool isCarried(const IndexedConfig &config, const Settings &settings)
+{
+    return isWanted(settings) && config.profile(settings.profile);
 }
 
 } // namespace
@@ -45,6 +54,8 @@ NodeTraffic::NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &node
       m_budget(Budget::ofThisProcess(), [this] { noteStrain(); }),
       m_pool(TrafficPool::usualSize(), m_budget),
       m_ports(m_executor),
+      m_config(std::make_shared<const IndexedConfig>(std::make_shared<const ConfigDocument>())),
+      m_routes(std::make_shared<const RouteTable>(std::make_shared<const ConfigDocument>())),
       m_timer(m_executor)
 {
 }
@@ -54,41 +65,44 @@ NodeTraffic::~NodeTraffic()
     stop();
 }
 
-void NodeTraffic::apply(const ConfigDocument &document)
+void NodeTraffic::apply(std::shared_ptr<const ConfigDocument> document)
 {
     if (m_isStopped)
         return;
-    dropWhatChanged(document);
-    std::erase_if(m_secrets, [&](const auto &secret) {
-        return findNamed(m_document.tunnels, secret.first) && !findNamed(document.tunnels, secret.first);
-    });
-    m_document = document;
+    auto next = std::make_shared<const IndexedConfig>(document);
+    dropWhatChanged(*next);
+    std::erase_if(
+        m_secrets, [&](const auto &secret) { return m_config->tunnel(secret.first) && !next->tunnel(secret.first); });
+    m_config = std::move(next);
+    m_routes = std::make_shared<const RouteTable>(std::move(document));
     addWhatIsNew();
     look();
 }
 
 /// All that goes away does so before anything new begins, as an address may change hands.
-void NodeTraffic::dropWhatChanged(const ConfigDocument &document)
+void NodeTraffic::dropWhatChanged(const IndexedConfig &next)
 {
-    std::erase_if(
-        m_tunnels, [&](const auto &entry) { return !isUnchanged(m_document.tunnels, document.tunnels, entry.first); });
+    std::erase_if(m_tunnels, [&](const auto &entry) {
+        const TunnelSettings *now = next.tunnel(entry.first);
+        return !isUnchanged(m_config->tunnel(entry.first), now) || !isCarried(next, *now);
+    });
     std::erase_if(m_publications, [&](const auto &entry) {
-        const PublicationSettings *old = findNamed(m_document.publications, entry.first);
-        return !isUnchanged(m_document.publications, document.publications, entry.first)
-            || nodeHostname(m_document, old->profile) != nodeHostname(document, old->profile);
+        const PublicationSettings *now = next.publication(entry.first);
+        return !isUnchanged(m_config->publication(entry.first), now) || !isCarried(next, *now)
+            || nodeHostname(*m_config, now->profile) != nodeHostname(next, now->profile);
     });
 }
 
 void NodeTraffic::addWhatIsNew()
 {
-    for (const auto &[name, settings] : m_document.tunnels)
-        if (!settings.disabled && !m_gate.isActedTunnel(name) && !m_tunnels.contains(name))
+    for (const auto &[name, settings] : m_config->document().tunnels)
+        if (isCarried(*m_config, settings) && !m_gate.isActedTunnel(name) && !m_tunnels.contains(name))
             m_tunnels.emplace(name, makeTunnel(name, settings));
-    for (const auto &[name, settings] : m_document.publications)
-        if (isServed(settings) && !m_gate.isActedPublication(name) && !m_publications.contains(name))
+    for (const auto &[name, settings] : m_config->document().publications)
+        if (isCarried(*m_config, settings) && !m_gate.isActedPublication(name) && !m_publications.contains(name))
             m_publications.emplace(name,
                 std::make_unique<PublicationRunner>(Listener::Surroundings{m_pool, m_budget, m_executor}, m_nodes,
-                    m_time, settings, nodeHostname(m_document, settings.profile)));
+                    m_time, settings, nodeHostname(*m_config, settings.profile)));
 }
 
 TunnelSurroundings NodeTraffic::tunnelSurroundings()
@@ -137,7 +151,7 @@ void NodeTraffic::look()
 void NodeTraffic::lookAtPublications(SteadyTime now)
 {
     for (const auto &[name, runner] : m_publications) {
-        const PublicationStatus node = nodePublicationStatus(name, *findNamed(m_document.publications, name));
+        const PublicationStatus node = nodePublicationStatus(name, *m_config->publication(name));
         if (node.state == readyState)
             runner->open(now, node.reachability.state == "unreachable");
         else
@@ -148,7 +162,7 @@ void NodeTraffic::lookAtPublications(SteadyTime now)
 void NodeTraffic::lookAtTunnels(SteadyTime now)
 {
     for (const auto &[name, runner] : m_tunnels) {
-        const TunnelStatus node = m_gate.tunnelStatus(name, *findNamed(m_document.tunnels, name));
+        const TunnelStatus node = nodeTunnelStatus(name, *m_config->tunnel(name));
         if (node.state == readyState)
             runner->open(now);
         else
@@ -178,12 +192,19 @@ void NodeTraffic::awaitNextMoment()
     });
 }
 
+TunnelStatus NodeTraffic::nodeTunnelStatus(const std::string &name, const TunnelSettings &settings) const
+{
+    if (isWanted(settings) && !isCarried(*m_config, settings))
+        return {.state = "error", .activeConns = 0, .lastError = unconfiguredProfile(settings.profile)};
+    return m_gate.tunnelStatus(name, settings);
+}
+
 TunnelStatus NodeTraffic::tunnelStatus(const std::string &name) const
 {
-    const TunnelSettings *settings = findNamed(m_document.tunnels, name);
+    const TunnelSettings *settings = m_config->tunnel(name);
     if (!settings)
         return {};
-    TunnelStatus node = m_gate.tunnelStatus(name, *settings);
+    TunnelStatus node = nodeTunnelStatus(name, *settings);
     const auto runner = m_tunnels.find(name);
     if (node.state != readyState || runner == m_tunnels.end())
         return node;
@@ -195,12 +216,18 @@ TunnelStatus NodeTraffic::tunnelStatus(const std::string &name) const
 
 PublicationStatus NodeTraffic::nodePublicationStatus(const std::string &name, const PublicationSettings &settings) const
 {
-    return m_gate.publicationStatus(name, settings, nodeHostname(m_document, settings.profile));
+    if (isWanted(settings) && !isCarried(*m_config, settings)) {
+        PublicationStatus status;
+        status.state = "error";
+        status.lastError = unconfiguredProfile(settings.profile);
+        return status;
+    }
+    return m_gate.publicationStatus(name, settings, nodeHostname(*m_config, settings.profile));
 }
 
 PublicationStatus NodeTraffic::publicationStatus(const std::string &name) const
 {
-    const PublicationSettings *settings = findNamed(m_document.publications, name);
+    const PublicationSettings *settings = m_config->publication(name);
     if (!settings)
         return {};
     PublicationStatus status = nodePublicationStatus(name, *settings);
@@ -240,7 +267,7 @@ void NodeTraffic::setTunnelSecret(const std::string &name, std::string password)
 
 boost::asio::awaitable<boost::json::object> NodeTraffic::pathReport(PathQuestion question)
 {
-    co_return co_await makePathReport(&m_nodes, m_document, std::move(question));
+    co_return co_await makePathReport(&m_nodes, m_routes, std::move(question));
 }
 
 void NodeTraffic::stop()

@@ -1,6 +1,8 @@
 #pragma once
+#include "Service/Config/IndexedConfig.h"
 #include "Service/Nodes/NodeEngine.h"
 #include "Service/Publications/PublicationRunner.h"
+#include "Service/Routing/RouteTable.h"
 #include "Service/Time/TimeSource.h"
 #include "Service/Traffic/ForwardingGate.h"
 #include "Service/Traffic/Traffic.h"
@@ -23,7 +25,7 @@ public:
     NodeTraffic &operator=(const NodeTraffic &) = delete;
     ~NodeTraffic() override;
 
-    void apply(const ConfigDocument &document) override;
+    void apply(std::shared_ptr<const ConfigDocument> document) override;
     void nodesChanged() override;
     TunnelStatus tunnelStatus(const std::string &name) const override;
     PublicationStatus publicationStatus(const std::string &name) const override;
@@ -40,9 +42,10 @@ public:
     void setStrained(std::function<void()> strained) { m_strained = std::move(strained); }
 
 private:
-    void dropWhatChanged(const ConfigDocument &document);
+    void dropWhatChanged(const IndexedConfig &next);
     void addWhatIsNew();
     std::unique_ptr<TunnelRunner> makeTunnel(const std::string &name, const TunnelSettings &settings);
+    TunnelStatus nodeTunnelStatus(const std::string &name, const TunnelSettings &settings) const;
     PublicationStatus nodePublicationStatus(const std::string &name, const PublicationSettings &settings) const;
     /// Opens what the nodes let be and closes the rest, then waits for the next moment that matters.
     void look();
@@ -62,7 +65,8 @@ private:
     Budget m_budget;
     TrafficPool m_pool;
     PortInquiry m_ports;
-    ConfigDocument m_document;
+    std::shared_ptr<const IndexedConfig> m_config;
+    std::shared_ptr<const RouteTable> m_routes;
     std::map<std::string, std::string> m_secrets; // passwords by the names of tunnels
     std::map<std::string, std::unique_ptr<TunnelRunner>> m_tunnels;
     std::map<std::string, std::unique_ptr<PublicationRunner>> m_publications;

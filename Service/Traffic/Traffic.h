@@ -5,6 +5,7 @@
 #include "Service/Tunnels/TunnelRecord.h"
 #include <boost/asio/awaitable.hpp>
 #include <boost/json/object.hpp>
+#include <memory>
 #include <string>
 
 namespace veranox {
@@ -17,8 +18,9 @@ public:
 
     /// Opens, closes and moves listeners so that they are as the document says. To be called after the document was
     /// loaded and after every save that succeeded. What did not change keeps its connections; a tunnel or publication
-    /// that is renamed, changed, disabled or gone loses them. Never fails: what cannot be opened says so in its status.
-    virtual void apply(const ConfigDocument &document) = 0;
+    /// that is renamed, changed, disabled or gone loses them, and one whose profile is gone does, too. Never fails:
+    /// what cannot be opened says so in its status.
+    virtual void apply(std::shared_ptr<const ConfigDocument> document) = 0;
 
     /// To be called when a node may have changed for a reason other than time: after a login or a logout.
     virtual void nodesChanged() = 0;

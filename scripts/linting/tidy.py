@@ -60,26 +60,29 @@ def _database(build, root, tracked):
     return entries
 
 
-def _with_own_precompiled(entries, stale, root, work):
-    """The entries, with headers that are made here for the files in `stale`: one a kind, as all sources of a kind have
-    the flags that matter. Where one cannot be made, the files read the headers themselves."""
-    made = {}
-    for path in stale:
-        kind = _PRECOMPILED.search(entries[path]["command"])
-        if kind and kind.group(2) not in made:
-            made[kind.group(2)] = _precompiled(entries[path], kind.group(2), root, work)
+def _with_own_precompiled(build, entries, stale, work):
+    """The entries, with headers that are made here for the files in `stale`. Where one cannot be made, the files read the
+    headers themselves."""
+    kinds = {kind.group(2) for kind in (_PRECOMPILED.search(entries[path]["command"]) for path in stale) if kind}
+    made = dict(_precompile(build, kinds, work))
     for entry in entries.values():
         entry["command"] = _PRECOMPILED.sub(lambda kind: made.get(kind.group(2), ""), entry["command"])
     return list(entries.values())
 
 
-def _precompiled(entry, name, root, work):
-    header = os.path.join(work, f"{name}.pch")
-    words = shlex.split(_PRECOMPILED.sub("", entry["command"]))
-    flags = [word for word in words[1:words.index("-o")] if word != "-Werror"]
-    command = [COMPILER, *flags, "-w", "-x", "c++-header", f"{root}/cmake/Precompiled/{name}.h", "-o", header]
-    made = subprocess.run(command, capture_output=True, cwd=entry["directory"]).returncode == 0
-    return f"-include-pch {header} " if made else ""
+def _precompile(build, kinds, work):
+    """Those kinds of precompiled header, each with the option that reads the one made as the build makes it."""
+    with open(os.path.join(build, "compile_commands.json"), encoding="utf-8") as file:
+        database = json.load(file)
+    for entry in database:
+        header = re.search(r"/precompiled_(\w+)\.dir/cmake_pch\.hxx\.cxx$", entry["file"])
+        if not header or header.group(1) not in kinds:
+            continue
+        output = os.path.join(work, f"{header.group(1)}.pch")
+        words = shlex.split(_BUILD_TYPE.sub("", entry["command"]))
+        words[0], words[words.index("-o") + 1] = COMPILER, output
+        if subprocess.run(words, capture_output=True, cwd=entry["directory"]).returncode == 0:
+            yield header.group(1), f"-include-pch {output} "
 
 
 def _what_every_result_depends_on(root, tracked):
@@ -112,7 +115,7 @@ def check(root, tracked, jobs, report):
 
     began = time.monotonic()
     with open(os.path.join(work, "compile_commands.json"), "w", encoding="utf-8") as file:
-        json.dump(_with_own_precompiled(entries, stale, root, work), file)
+        json.dump(_with_own_precompiled(build, entries, stale, work), file)
 
     def run(path):
         command = [CLANG_TIDY, "-p", work, "--quiet", os.path.join(root, path)]

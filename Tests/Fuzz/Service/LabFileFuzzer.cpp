@@ -2,6 +2,7 @@
 #include "Service/Nodes/Lab/LabConfig.h"
 #include "Service/Nodes/Lab/LabEngine.h"
 #include "Service/Nodes/Lab/LabFile.h"
+#include "Service/Nodes/Lab/LabGate.h"
 #include "Tests/Service/Support/FakeTime.h"
 #include <cstdlib>
 
@@ -15,11 +16,12 @@ void useEverything(const LabNetwork &lab, const ConfigDocument &document, const 
     for (const auto &[name, profile] : lab.profiles)
         if (const NodeStatus status = engine.profileStatus(name); status.ok != (status.backendState == "Running"))
             std::abort();
+    const LabGate gate(engine);
     for (const auto &[name, tunnel] : document.tunnels)
-        if (engine.tunnelStatus(name, tunnel).state.empty())
+        if (gate.tunnelStatus(name, tunnel).state.empty())
             std::abort();
     for (const auto &[name, publication] : document.publications)
-        if (engine.publicationStatus(name, publication, "node").state.empty())
+        if (gate.publicationStatus(name, publication, "node").state.empty())
             std::abort();
 }
 

@@ -32,6 +32,7 @@ ConfigDocument fullDocument()
         .disabled = true};
     document.tunnels.emplace_back("db", ssh);
     ssh.mode = "native";
+    ssh.listen = "127.0.0.1:6";
     ssh.ssh.reset();
     document.tunnels.emplace_back("web", ssh);
     document.publications.emplace_back("docs",
@@ -168,8 +169,8 @@ TEST_F(ConfigStoreTest, EarlierCopiesAreNeverOverwritten)
 TEST_F(ConfigStoreTest, SentencesNameFilePlaceAndRemedy)
 {
     const std::string file = "The configuration file " + (folder / "config.json").string();
-    const std::string remedy = "; it was set aside as " + (folder / kept).string()
-        + ": start again to begin with an empty configuration, or mend that copy and give it back its name.";
+    const std::string leftAlone =
+        "; it was left as it is: mend it, or move it away to begin with an empty configuration.";
     const std::string whole = configFileText(fullDocument());
     const auto with = [&](std::string_view from, std::string_view to) {
         std::string text = whole;
@@ -177,7 +178,6 @@ TEST_F(ConfigStoreTest, SentencesNameFilePlaceAndRemedy)
         return text;
     };
     const std::pair<std::string, std::string> table[] = {
-        {"{\n  oops", "line 2, column 3: syntax error"},
         {"[]", "the top level: must be an object in braces"},
         {"{}", "the top level: the key \"Version\" is missing"},
         {with(R"("Version": 1)", R"("Version": "1")"), "Version: must be a whole number from 1 to 2147483647"},
@@ -195,26 +195,67 @@ TEST_F(ConfigStoreTest, SentencesNameFilePlaceAndRemedy)
     };
     for (const auto &[text, complaint] : table) {
         folder.write("config.json", text);
-        EXPECT_EQ(loadFailure(), file + " is not valid: at " + complaint + remedy);
-        fs::remove(folder / kept);
+        for (int start = 0; start < 2; ++start)
+            EXPECT_EQ(loadFailure(), file + " is not valid: at " + complaint + leftAlone);
+        EXPECT_EQ(folder.read("config.json"), text);
+        EXPECT_THAT(folder.names(), ElementsAre("config.json"));
     }
+    folder.write("config.json", "{\n  oops");
+    EXPECT_EQ(loadFailure(),
+        file + " is not valid: at line 2, column 3: syntax error; it was set aside as " + (folder / kept).string()
+            + ": start again to begin with an empty configuration, or mend that copy and give it back its name.");
 }
 
-TEST_F(ConfigStoreTest, AFolderInThePlaceOfTheFileIsSetAside)
+TEST_F(ConfigStoreTest, WhatCannotBeReadIsLeftAsItIs)
 {
     fs::create_directory(folder / "config.json");
-    EXPECT_THAT(loadFailure(), HasSubstr("cannot be read"));
-    EXPECT_TRUE(fs::is_directory(folder / kept));
-}
-
-TEST_F(ConfigStoreTest, AHugeFileIsSetAsideUnread)
-{
+    EXPECT_THAT(loadFailure(), HasSubstr("cannot be read: reading it, as it is no regular file"));
+    EXPECT_TRUE(fs::is_directory(folder / "config.json"));
+    fs::remove(folder / "config.json");
     folder.write("config.json", std::string(ConfigStore::sizeLimit + 1, ' '));
-    EXPECT_THAT(loadFailure(), HasSubstr("more than 4194304 bytes"));
-    EXPECT_EQ(fs::file_size(folder / kept), ConfigStore::sizeLimit + 1);
+    EXPECT_THAT(loadFailure(), HasSubstr("more than 4194304 bytes: File too large; it was left as it is: "));
+    EXPECT_EQ(fs::file_size(folder / "config.json"), ConfigStore::sizeLimit + 1);
+    fs::remove(folder / "config.json");
+    fs::create_symlink("nowhere/config.json", folder / "config.json");
+    EXPECT_THAT(loadFailure(), HasSubstr("cannot be read: following it to nowhere/config.json: No such file"));
+    EXPECT_TRUE(fs::is_symlink(folder / "config.json"));
+    EXPECT_FALSE(fs::exists(folder / "nowhere"));
+    fs::remove(folder / "config.json");
+    fs::create_symlink("config.json", folder / "config.json");
+    EXPECT_THAT(loadFailure(), HasSubstr("it was left as it is: "));
+    EXPECT_THAT(folder.names(), ElementsAre("config.json"));
 }
 
-TEST_F(ConfigStoreTest, AFileThatIsHugeOnceItIsWrittenInFullIsSetAside)
+TEST_F(ConfigStoreTest, WhatIsDeepButJsonIsLeftAsItIs)
+{
+    const std::string deep = R"({"a": )" + std::string(40, '[') + std::string(40, ']') + "}";
+    folder.write("config.json", deep);
+    EXPECT_THAT(loadFailure(), HasSubstr("it was left as it is: "));
+    EXPECT_EQ(folder.read("config.json"), deep);
+}
+
+TEST_F(ConfigStoreTest, ALinkStaysAndItsTargetIsWritten)
+{
+    fs::create_directory(folder / "dotfiles");
+    folder.write("dotfiles/veranox.json", configFileText(fullDocument()));
+    folder.write("dotfiles/.veranox.json.17.new", "left behind by a killed process");
+    fs::create_symlink("dotfiles/veranox.json", folder / "link");
+    fs::create_symlink("link", folder / "config.json");
+    ConfigStore store(folder.path());
+    store.load(time.wallNow());
+    ConfigDocument document = store.document();
+    EXPECT_EQ(document.profiles.size(), 2U);
+    document.profiles[0].second.displayName = "Renamed";
+    store.save(document);
+    EXPECT_EQ(fs::read_symlink(folder / "config.json"), "link");
+    EXPECT_EQ(fs::read_symlink(folder / "link"), "dotfiles/veranox.json");
+    EXPECT_THAT(folder.read("dotfiles/veranox.json"), HasSubstr("Renamed"));
+    EXPECT_FALSE(store.disk().holdsOtherThan(*store.knownText()));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder / "dotfiles"), {}), 1);
+    EXPECT_EQ(loaded().profiles[0].second.displayName, "Renamed");
+}
+
+TEST_F(ConfigStoreTest, AFileThatIsHugeOnceItIsWrittenInFullIsLeftAsItIs)
 {
     std::string profiles;
     for (int i = 0; i < 20000; ++i)
@@ -225,8 +266,8 @@ TEST_F(ConfigStoreTest, AFileThatIsHugeOnceItIsWrittenInFullIsSetAside)
     folder.write("config.json", text);
     EXPECT_THAT(loadFailure(),
         HasSubstr("is too large: with everything that it leaves out it has more than 4194304 bytes; it "
-                  "was set aside as "));
-    EXPECT_EQ(folder.read(kept), text);
+                  "was left as it is: "));
+    EXPECT_EQ(folder.read("config.json"), text);
 }
 
 TEST_F(ConfigStoreTest, TheLargestFileIsLoadedAndSaved)

@@ -126,9 +126,7 @@ TEST_F(ControlApiTest, HostsThatAreNot)
 
 TEST_F(ControlApiTest, OnTheHttpPortTheHostNeedsNone)
 {
-    ControlApi onPort80({bed.store(), bed.nodes(), bed.traffic(), bed.time(),
-                            [](const std::string &) { return std::nullopt; }, 80, bed.folder().path()},
-        RequestGuard(ControlToken::random(), 80));
+    ControlApi onPort80(bed.parts(80, bed.traffic()), RequestGuard(ControlToken::random(), 80));
     ControlRequest made = request("GET", "/api/health");
     made.hosts = {"localhost"};
     EXPECT_EQ(test::awaitAnswer(onPort80, made).status, 200U);
@@ -151,6 +149,36 @@ TEST_F(ControlApiTest, OtherOriginsMayNot)
     EXPECT_EQ(statusForOrigins("GET", {"http://127.0.0.1:43200", "http://evil.example"}), 400U);
 }
 
+TEST_F(ControlApiTest, OnlyWhatItsUserTypedOrOurOwnPageMayAskThroughABrowser)
+{
+    const std::pair<std::vector<std::string>, unsigned> table[] = {
+        {{}, 200},
+        {{"none"}, 200},
+        {{"same-origin"}, 200},
+        {{"none", "same-origin"}, 200},
+        {{"cross-site"}, 400},
+        {{"same-site"}, 400}, // another port of this computer, as of a page that comes through a tunnel
+        {{""}, 400},
+        {{"None"}, 400},
+        {{"none, cross-site"}, 400},
+        {{"none", "cross-site"}, 400},
+        {{"cross-site", "none"}, 400},
+    };
+    for (const std::string target : {"/", "/status.css", "/api/health", "/api/config", "/api/reports/path?target=a"})
+        for (const auto &[sites, status] : table) {
+            ControlRequest made = request("GET", target);
+            made.sites = sites;
+            const ControlAnswer given = answer(made);
+            EXPECT_EQ(given.status, status) << target << " " << testing::PrintToString(sites);
+            if (status == 400U) {
+                EXPECT_EQ(
+                    test::errorOf(given), "The Sec-Fetch-Site header tells of a web page that is not of this service.");
+                EXPECT_EQ(given.then, Then::closeConnection);
+            }
+        }
+    EXPECT_EQ(bed.traffic().questions.size(), 4U) << "what is refused asks nobody";
+}
+
 TEST_F(ControlApiTest, NoOriginMayWriteEvenWithTheToken)
 {
     EXPECT_EQ(statusForOrigins("POST", {}), 200U);
@@ -164,8 +192,13 @@ TEST_F(ControlApiTest, StrangersAreCutOffAndTokenRefusalsAreNot)
     stranger.hosts = {"evil.example"};
     ASSERT_TRUE(bed.api().refuseEarly(stranger));
     EXPECT_EQ(bed.api().refuseEarly(stranger)->then, Then::closeConnection);
-    EXPECT_FALSE(bed.api().refuseEarly(request("POST", "/api/shutdown")))
-        << "the token is looked at once the body is there";
+    ControlRequest guess = request("POST", "/api/shutdown");
+    guess.tokens = {bed.token()};
+    EXPECT_FALSE(bed.api().refuseEarly(guess));
+    guess.tokens = {"guess"};
+    ASSERT_TRUE(bed.api().refuseEarly(guess)) << "before its body is there";
+    EXPECT_EQ(bed.api().refuseEarly(guess)->status, 403U);
+    EXPECT_EQ(bed.api().refuseEarly(guess)->then, Then::goOn);
 }
 
 TEST(RequestTarget, IsTakenApart)

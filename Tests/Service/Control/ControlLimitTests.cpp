@@ -41,11 +41,51 @@ TEST(ControlServer, BodyThatIsTooLarge)
     EXPECT_EQ(announced.receive().result_int(), 413U) << "before a byte of it came";
     EXPECT_TRUE(announced.isClosedByServer());
     RawClient chunked(server.port());
-    chunked.send(chunked.request("POST", "/api/shutdown", "Transfer-Encoding: chunked\r\n") + "7d0\r\n"
-        + std::string(2000, 'x') + "\r\n0\r\n\r\n");
+    chunked.send(chunked.request("POST", "/api/shutdown", server.tokenLine() + "Transfer-Encoding: chunked\r\n")
+        + "7d0\r\n" + std::string(2000, 'x') + "\r\n0\r\n\r\n");
     EXPECT_EQ(chunked.receive().result_int(), 413U);
     EXPECT_TRUE(chunked.isClosedByServer());
 }
+
+/// What frames a body, without end, and what comes of it.
+class FramingWithoutEnd : public ::testing::TestWithParam<std::pair<std::string, std::string>> { };
+
+TEST_P(FramingWithoutEnd, IsRefusedOnceItIsMoreThanAnyoneNeeds)
+{
+    ControlLimits limits;
+    limits.framedBytes = 1000000;
+    limits.drainBytes = 1000000;
+    limits.linger = 60s; // so that the bytes alone cut it off
+    RunningServer server(limits);
+    for (const std::string &token : {server.tokenLine(), std::string()}) {
+        RawClient client(server.port());
+        client.send(client.request("POST", "/api/config", token + "Transfer-Encoding: chunked\r\n") + GetParam().first);
+        int pieces = 0;
+        while (pieces < 10000 && client.send(GetParam().second))
+            ++pieces;
+        EXPECT_LT(pieces, 1000) << "it does not take all that comes";
+    }
+}
+
+TEST_P(FramingWithoutEnd, IsToldSo)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    std::string request =
+        client.request("POST", "/api/config", server.tokenLine() + "Transfer-Encoding: chunked\r\n") + GetParam().first;
+    while (request.size() < 12000000)
+        request += GetParam().second;
+    EXPECT_TRUE(client.send(request)) << "what it writes before it reads is taken";
+    const RawClient::Answer answer = client.receive();
+    EXPECT_EQ(answer.result_int(), 413U);
+    EXPECT_EQ(errorOf(answer), "The body of the request comes with too much around it.");
+}
+
+INSTANTIATE_TEST_SUITE_P(ControlServer, FramingWithoutEnd,
+    ::testing::Values(std::pair{std::string("5;a="), std::string(100000, 'x')},
+        std::pair{std::string("0"), std::string(100000, '0')},
+        std::pair{std::string("0\r\n"), "X-Trailer: " + std::string(99980, 'x') + "\r\n"},
+        std::pair{std::string(), "1;a=" + std::string(10000, 'x') + "\r\ny\r\n"}));
 
 TEST(ControlServer, ClientThatWritesAllBeforeItReadsLearnsWhyItIsRefused)
 {
@@ -60,9 +100,14 @@ TEST(ControlServer, ClientThatWritesAllBeforeItReadsLearnsWhyItIsRefused)
         + much.substr(0, 4000000)));
     EXPECT_EQ(stranger.receive().result_int(), 421U);
     RawClient chunked(server.port());
-    EXPECT_TRUE(chunked.send(chunked.request("POST", "/api/config", "Transfer-Encoding: chunked\r\n") + "c00000\r\n"
-        + much + "\r\n0\r\n\r\n"));
+    const std::string inChunks = "c00000\r\n" + much + "\r\n0\r\n\r\n";
+    const std::string coding = "Transfer-Encoding: chunked\r\n";
+    EXPECT_TRUE(chunked.send(chunked.request("POST", "/api/config", server.tokenLine() + coding) + inChunks));
     EXPECT_EQ(chunked.receive().result_int(), 413U);
+    RawClient guess(server.port());
+    EXPECT_TRUE(guess.send(guess.request("POST", "/api/config", coding) + inChunks));
+    EXPECT_EQ(guess.receive().result_int(), 403U);
+    EXPECT_TRUE(guess.isClosedByServer()) << "as the body is too large to be let pass";
 }
 
 TEST(ControlServer, ClientThatWritesOnWithoutEndIsCutOff)
@@ -132,7 +177,7 @@ TEST(ControlServer, BodyThatNeverComesIsCutOff)
     limits.request = 100ms;
     RunningServer server(limits);
     RawClient client(server.port());
-    client.send(client.request("POST", "/api/shutdown", "Content-Length: 10\r\n") + "12345");
+    client.send(client.request("POST", "/api/shutdown", server.tokenLine() + "Content-Length: 10\r\n") + "12345");
     EXPECT_TRUE(client.isClosedByServer());
 }
 

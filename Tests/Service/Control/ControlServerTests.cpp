@@ -77,10 +77,86 @@ TEST(ControlServer, TellsAClientThatAsksToGoOn)
 {
     RunningServer server({});
     RawClient client(server.port());
-    client.send(client.request("POST", "/api/environment", "Expect: 100-continue\r\nContent-Length: 2\r\n"));
+    const std::string headers = "Expect: 100-continue\r\nContent-Length: 2\r\n";
+    client.send(client.request("POST", "/api/feedback", server.tokenLine() + headers));
     EXPECT_EQ(client.receiveHeader().result_int(), 100U);
     client.send("{}");
-    EXPECT_EQ(client.receive().result_int(), 405U);
+    EXPECT_EQ(client.receive().result_int(), 400U);
+    RawClient stranger(server.port());
+    stranger.send(stranger.request("POST", "/api/feedback", headers));
+    EXPECT_EQ(stranger.receive().result_int(), 403U) << "without being told to go on";
+    EXPECT_TRUE(stranger.isClosedByServer()) << "as it may send the body or not";
+}
+
+TEST(ControlServer, LooksAtTheTokenBeforeTheBody)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    for (const std::string body : {"Content-Length: 4000000\r\n", "Transfer-Encoding: chunked\r\n"}) {
+        client.send(client.request("POST", "/api/shutdown", body));
+        EXPECT_EQ(client.receive().result_int(), 403U) << "and no byte of the body has come";
+        client.send(body.starts_with("Content") ? std::string(4000000, 'x') : "3\r\nabc\r\n0\r\n\r\n");
+    }
+    EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U) << "the bodies are let pass";
+}
+
+TEST(ControlServer, BodyOfAReadIsLetPass)
+{
+    RunningServer server({});
+    RawClient client(server.port());
+    client.send(client.request("GET", "/api/health", "Content-Length: 5\r\n") + "hello");
+    EXPECT_EQ(client.receive().body(), R"({"status":"ok"})");
+    EXPECT_EQ(client.exchange(client.request("GET", "/api/health")).result_int(), 200U);
+}
+
+TEST(ControlServer, BodiesWrappedInWhatItDoesNotKnowAreRefusedAndCutOff)
+{
+    RunningServer server({});
+    for (const std::string coding : {"gzip", "identity", "gzip, chunked", "chunked, chunked", "chunked, gzip",
+             "xchunked", "chunked;q=1", "", "chunked\r\nTransfer-Encoding: gzip"}) {
+        RawClient client(server.port());
+        client.send(client.request("GET", "/api/health", "Transfer-Encoding: " + coding + "\r\n")
+            + client.request("GET", "/api/tunnels"));
+        const unsigned status = client.receive().result_int();
+        EXPECT_EQ(status, coding.contains("\r") ? 400U : 501U) << coding;
+        EXPECT_TRUE(client.isClosedByServer()) << coding << ": what follows is no request for all that it knows";
+    }
+    RawClient known(server.port());
+    known.send(known.request("GET", "/api/health", "Transfer-Encoding: Chunked\r\n") + "0\r\n\r\n");
+    EXPECT_EQ(known.receive().result_int(), 200U);
+}
+
+TEST(ControlServer, BodiesWhoseLengthIsToldTwiceAreRefused)
+{
+    RunningServer server({});
+    for (const std::string framing : {"Content-Length: 5\r\nContent-Length: 6\r\n", "Content-Length: 5, 6\r\n",
+             "Content-Length: 5\r\nTransfer-Encoding: chunked\r\n",
+             "Transfer-Encoding: chunked\r\nContent-Length: 5\r\n", "Content-Length: +5\r\n", "Content-Length: -1\r\n",
+             "Content-Length: 0x5\r\n"}) {
+        RawClient client(server.port());
+        client.send(client.request("POST", "/api/shutdown", server.tokenLine() + framing) + "hello");
+        EXPECT_EQ(client.receive().result_int(), 400U) << framing;
+        EXPECT_TRUE(client.isClosedByServer()) << framing;
+    }
+}
+
+TEST(ControlServer, EveryWishToEndTheConnectionCounts)
+{
+    RunningServer server({});
+    for (const std::string wish : {"close", "Close", "keep-alive\r\nConnection: close",
+             "close\r\nConnection: keep-alive", "keep-alive, close", "x\r\nConnection: y, close"}) {
+        RawClient client(server.port());
+        const RawClient::Answer answer =
+            client.exchange(client.request("GET", "/api/health", "Connection: " + wish + "\r\n"));
+        EXPECT_EQ(answer.result_int(), 200U) << wish;
+        EXPECT_FALSE(answer.keep_alive()) << wish;
+        EXPECT_TRUE(client.isClosedByServer()) << wish;
+    }
+    RawClient old(server.port());
+    const std::string host = "Host: 127.0.0.1:" + std::to_string(server.port()) + "\r\n";
+    old.send("GET /api/health HTTP/1.0\r\n" + host + "Connection: keep-alive\r\nConnection: close\r\n\r\n");
+    EXPECT_EQ(old.receive().result_int(), 200U);
+    EXPECT_TRUE(old.isClosedByServer());
 }
 
 TEST(ControlServer, StrangersAreToldAndCutOffBeforeTheirBody)

@@ -95,7 +95,7 @@ public:
     {
         m_gate.expires_at(boost::asio::steady_timer::time_point::max());
     }
-    void apply(const ConfigDocument &) override { }
+    void apply(std::shared_ptr<const ConfigDocument>) override { }
     void nodesChanged() override { }
     TunnelStatus tunnelStatus(const std::string &) const override { return {}; }
     PublicationStatus publicationStatus(const std::string &) const override { return {}; }
@@ -119,9 +119,7 @@ TEST_F(PathReport, OnlyAFewRunAtATime)
 {
     boost::asio::io_context context(1);
     HeldTraffic traffic(context);
-    ControlApi api({bed.store(), bed.nodes(), traffic, bed.time(), [](const std::string &) { return std::nullopt; },
-                       test::ApiBed::port, bed.folder().path()},
-        RequestGuard(ControlToken::random(), test::ApiBed::port));
+    ControlApi api(bed.parts(test::ApiBed::port, traffic), RequestGuard(ControlToken::random(), test::ApiBed::port));
     std::vector<unsigned> statuses;
     const auto ask = [&] {
         boost::asio::co_spawn(context, api.answer(bed.request("GET", "/api/reports/path?target=a")),

@@ -46,8 +46,10 @@ struct Defect {
 const Defect defects[] = {
     {"431", [](Request &request) { request.headers += "X-Padding: " + std::string(20000, 'x') + "\r\n"; }},
     {"413", [](Request &request) { request.length = 5 * mebibyte; }},
+    {"501", [](Request &request) { request.headers += "Transfer-Encoding: gzip\r\n"; }},
     {"421", [](Request &request) { request.host = "evil.example"; }},
     {"400 (`Origin`)", [](Request &request) { request.headers += "Origin: http://evil.example\r\n"; }},
+    {"400 (`Sec-Fetch-Site`)", [](Request &request) { request.headers += "Sec-Fetch-Site: cross-site\r\n"; }},
     {"400 (the path)", [](Request &request) { request.target = "/api/%zz"; }},
     {"404", [](Request &request) { request.target = "/api/none"; }},
     {"405", [](Request &request) { request.method = "PUT"; }},
@@ -93,6 +95,8 @@ TEST(ControlApiDocument, TellsTheLimits)
     const ControlLimits limits;
     EXPECT_EQ(page.number("body or header too large (", " MiB") * mebibyte, limits.bodyBytes);
     EXPECT_EQ(page.number(" MiB, ", " KiB)") * 1024, limits.headerBytes);
+    EXPECT_EQ(page.number("when it takes more than\n", " MiB with the chunk headers") * mebibyte, limits.framedBytes);
+    EXPECT_EQ(page.number("or one of these more than ", " KiB.)") * 1024, limits.pieceBytes);
     EXPECT_EQ(page.number("takes the rest for a while, up to ", " MiB") * mebibyte, limits.drainBytes);
 }
 

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <map>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace veranox {
 
@@ -171,33 +172,71 @@ TEST(UserFolders, RelativePlacesAreIgnored)
     EXPECT_THROW(userFolders(environmentOf({})), ServiceProblem);
 }
 
-TEST(Folder, TakesAwayOnlyWhatAKilledReplaceLeftBehindLongAgo)
+TEST(Folder, TakesAwayOnlyWhatAKilledReplaceLeftBehind)
 {
     const TemporaryFolder base;
-    const std::vector<std::string> old{".a.1.new", ".a.x.new", ".b.1.new", "a", ".a", ".a.1", "a.1.new"};
-    for (const std::string &name : old) {
+    for (const std::string name : {".a.1.new", ".a.23.new", ".a..new", ".a.x.new", ".a.1x.new", ".b.1.new", "a", ".a",
+             ".a.1", "a.1.new", ".a.new"})
         base.write(name, "text");
-        fs::last_write_time(base / name, fs::file_time_type::clock::now() - std::chrono::minutes(2));
-    }
-    base.write(".a.2.new", "of a process that still works on it");
-    fs::create_directory(base / ".a.folder.new");
-    fs::last_write_time(base / ".a.folder.new", fs::file_time_type::clock::now() - std::chrono::minutes(2));
+    fs::create_directory(base / ".a.4.new");
     Folder::openOrMake(base.path(), false).removeAbandoned("a");
-    EXPECT_THAT(base.names(), ElementsAre(".a", ".a.1", ".a.2.new", ".a.folder.new", ".b.1.new", "a", "a.1.new"));
+    EXPECT_THAT(base.names(),
+        ElementsAre(
+            ".a", ".a..new", ".a.1", ".a.1x.new", ".a.4.new", ".a.new", ".a.x.new", ".b.1.new", "a", "a.1.new"));
 }
 
-TEST(Folder, AppendsUpToTheLimit)
+TEST(Folder, InWhichEverybodyMayWriteIsRefused)
+{
+    const TemporaryFolder base;
+    fs::create_directory(base / "open");
+    for (const unsigned mode : {0702U, 0777U, 01777U})
+        for (const bool isPrivate : {false, true}) {
+            fs::permissions(base / "open", fs::perms(mode));
+            EXPECT_THAT(failureOf([&] { Folder::openOrMake(base / "open", isPrivate); }),
+                HasSubstr("using the folder, in which everybody may write"));
+            EXPECT_EQ(modeOf(base / "open"), mode);
+        }
+    fs::permissions(base / "open", fs::perms(0775));
+    EXPECT_EQ(failureOf([&] { Folder::openOrMake(base / "open", false); }), "");
+}
+
+TEST(Folder, OfAnotherUserIsRefused)
+{
+    const TemporaryFolder base;
+    if (::geteuid() == 0) {
+        constexpr uid_t nobody = 65534;
+        fs::create_directory(base / "foreign");
+        ASSERT_EQ(::chown((base / "foreign").c_str(), nobody, nobody), 0);
+    }
+    EXPECT_THAT(failureOf([&] { Folder::openOrMake(::geteuid() == 0 ? base / "foreign" : "/", false); }),
+        HasSubstr("using the folder, which belongs to another user"));
+}
+
+TEST(Folder, AppendsLinesUpToTheLimit)
 {
     const TemporaryFolder base;
     const Folder folder = Folder::openOrMake(base.path(), false);
-    folder.append("a", "one", 6, 0600);
-    folder.append("a", "two", 6, 0600);
-    EXPECT_EQ(base.read("a"), "onetwo");
-    EXPECT_THROW(folder.append("a", "3", 6, 0600), std::system_error);
-    EXPECT_THROW(folder.append("b", "1234567", 6, 0600), std::system_error);
-    EXPECT_EQ(base.read("a"), "onetwo");
+    folder.appendLine("a", "one", 8, 0600);
+    folder.appendLine("a", "two", 8, 0600);
+    EXPECT_EQ(base.read("a"), "one\ntwo\n");
+    EXPECT_THROW(folder.appendLine("a", "", 8, 0600), std::system_error);
+    EXPECT_THROW(folder.appendLine("b", "12345678", 8, 0600), std::system_error);
+    EXPECT_EQ(base.read("a"), "one\ntwo\n");
     fs::create_directory(base / "folder");
-    EXPECT_THROW(folder.append("folder", "x", 6, 0600), std::system_error);
+    EXPECT_THROW(folder.appendLine("folder", "x", 8, 0600), std::system_error);
+}
+
+TEST(Folder, ALineBehindATornOneBeginsAnew)
+{
+    const TemporaryFolder base;
+    base.write("a", "one\nto");
+    const Folder folder = Folder::openOrMake(base.path(), false);
+    EXPECT_THROW(folder.appendLine("a", "three", 12, 0600), std::system_error) << "the line end counts";
+    folder.appendLine("a", "three", 13, 0600);
+    EXPECT_EQ(base.read("a"), "one\nto\nthree\n");
+    base.write("a", std::string("one\0", 4));
+    folder.appendLine("a", "two", 100, 0600);
+    EXPECT_EQ(base.read("a"), std::string("one\0\ntwo\n", 9));
 }
 
 TEST(Programs, AreFoundOnThePath)

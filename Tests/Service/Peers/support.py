@@ -51,17 +51,17 @@ def lab(tunnels=None, publications=None, hosts=None):
 
 
 class Service:
-    """`veranox gui serve`, listening."""
+    """`veranox gui serve`, listening. `options` are those of subprocess.Popen."""
 
-    def __init__(self, folder, network, variables=None):
+    def __init__(self, folder, network, variables=None, **options):
         self.home = Path(folder) / "home"
-        self.home.mkdir()
+        self.home.mkdir(exist_ok=True)
         file = Path(folder) / "lab.json"
         file.write_text(json.dumps(network))
         keep = {name: os.environ[name] for name in ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS") if name in os.environ}
         self.process = subprocess.Popen(
             [PROGRAM, "gui", "serve", "--listen", "127.0.0.1:0", "--lab", str(file)],
-            env={"HOME": str(self.home), **keep, **(variables or {})}, stdout=subprocess.PIPE, text=True)
+            env={"HOME": str(self.home), **keep, **(variables or {})}, stdout=subprocess.PIPE, text=True, **options)
         self.port = self._read_port()
         threading.Thread(target=self.process.stdout.read, daemon=True).start()
 
@@ -71,11 +71,14 @@ class Service:
                 return int(line.split(" address=")[1].split()[0].rsplit(":", 1)[1])
         raise RuntimeError("the service ended without listening")
 
+    @property
+    def token(self):
+        return (self.home / ".local/share/Veranox/control.token").read_text().strip()
+
     def ask(self, method, path, body=None):
-        token = (self.home / ".local/share/Veranox/control.token").read_text().strip()
         request = urllib.request.Request(
             f"http://127.0.0.1:{self.port}{path}", method=method, data=json.dumps(body).encode() if body else None,
-            headers={"X-Veranox-Token": token, "Content-Type": "application/json"})
+            headers={"X-Veranox-Token": self.token, "Content-Type": "application/json"})
         with urllib.request.urlopen(request, timeout=PATIENCE) as answer:
             return json.load(answer)
 
@@ -96,8 +99,8 @@ class PeerTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
 
-    def start_service(self, network, variables=None):
-        service = Service(self.folder, network, variables)
+    def start_service(self, network, variables=None, **options):
+        service = Service(self.folder, network, variables, **options)
         self.addCleanup(service.process.stdout.close)
         self.addCleanup(lambda: service.process.poll() is None and service.end())
         return service

@@ -102,6 +102,26 @@ TEST(PublicationRunner, FunnelIsBlockedAndADisabledOneIsClosed)
     EXPECT_NO_THROW(Peer::connectTo(8080, "127.80.0.11"));
 }
 
+TEST(PublicationRunner, GoesWithItsProfileAndTakesItsConnectionsAlong)
+{
+    const Peer service = Peer::listening();
+    LabBench bench(labWith(test::freePort(), service.port(), R"(, "node_address": "127.80.0.13")"));
+    const Peer visitor = Peer::connectTo(8080, "127.80.0.13");
+    const Peer far = service.accept();
+    ASSERT_TRUE(far.send("x"));
+    ASSERT_EQ(visitor.receive(1), "x");
+    bench.document().profiles.clear();
+    bench.apply();
+    EXPECT_TRUE(visitor.endsInReset());
+    EXPECT_ANY_THROW(Peer::connectTo(8080, "127.80.0.13"));
+    EXPECT_EQ(bench.publication("web").state, "error");
+    EXPECT_EQ(bench.publication("web").lastError, "The profile \"p\" is not configured.");
+    bench.document().publications.front().second.reach = "funnel";
+    bench.apply();
+    EXPECT_EQ(bench.publication("web").state, "blocked");
+    EXPECT_EQ(bench.publication("web").lastError, "");
+}
+
 TEST(PublicationRunner, MovesWithTheNameOfItsNode)
 {
     const Peer service = Peer::listening();

@@ -33,7 +33,7 @@ ApiBed::ApiBed(std::string_view config, std::string_view lab)
     if (!config.empty())
         m_folder.write("config.json", config);
     m_store.load(m_time.wallNow());
-    m_traffic.apply(m_store.document());
+    m_traffic.apply(m_store.snapshot());
     if (lab.empty())
         m_nodes = std::make_unique<NoNodeEngine>(m_time.wallNow());
     else
@@ -41,10 +41,21 @@ ApiBed::ApiBed(std::string_view config, std::string_view lab)
     ControlToken token = ControlToken::random();
     token.writeTo(m_folder.path());
     m_token = m_folder.read("control.token").substr(0, 64);
-    m_api =
-        std::make_unique<ControlApi>(ControlParts{m_store, *m_nodes, m_traffic, m_time,
-                                         [](const std::string &) { return std::nullopt; }, port, m_folder / "support"},
-            RequestGuard(std::move(token), port));
+    m_api = std::make_unique<ControlApi>(parts(port, m_traffic), RequestGuard(std::move(token), port));
+}
+
+ControlParts ApiBed::parts(std::uint16_t controlPort, Traffic &traffic)
+{
+    return {.config = m_store,
+        .nodes = *m_nodes,
+        .traffic = traffic,
+        .time = m_time,
+        .environment = [](const std::string &) { return std::nullopt; },
+        .port = controlPort,
+        .folder = m_folder / "support",
+        .saves = m_saves,
+        .lookUps = m_lookUps,
+        .log = m_log};
 }
 
 ControlRequest ApiBed::request(const std::string &method, const std::string &target, std::string body) const

@@ -3,6 +3,7 @@
 #include "Service/Nodes/NodeEngine.h"
 #include "Tests/Service/Support/FakeTime.h"
 #include "Tests/Service/Support/FakeTraffic.h"
+#include "Tests/Service/Support/Lines.h"
 #include "Tests/Service/Support/TemporaryFolder.h"
 #include <memory>
 #include <string>
@@ -35,6 +36,9 @@ public:
     NodeEngine &nodes() { return *m_nodes; }
     FakeTraffic &traffic() { return m_traffic; }
     ControlApi &api() { return *m_api; }
+    /// What another API over the same things would be made of.
+    ControlParts parts(std::uint16_t controlPort, Traffic &traffic);
+    const std::vector<std::string> &lines() const { return m_lines.lines; }
 
 private:
     TemporaryFolder m_folder;
@@ -42,6 +46,10 @@ private:
     ConfigStore m_store{m_folder.path()};
     std::unique_ptr<NodeEngine> m_nodes;
     FakeTraffic m_traffic;
+    Lines m_lines;
+    Log m_log{m_lines, LogLevel::debug, ""};
+    Worker m_saves{8};
+    Worker m_lookUps{8};
     std::string m_token;
     std::unique_ptr<ControlApi> m_api;
 };

@@ -10,7 +10,7 @@ namespace veranox::test {
 /// Carries nothing: answers what a test gives it and remembers what it was told.
 class FakeTraffic final : public Traffic {
 public:
-    void apply(const ConfigDocument &document) override { applied.push_back(document); }
+    void apply(std::shared_ptr<const ConfigDocument> document) override { applied.push_back(*document); }
     void nodesChanged() override { ++changes; }
     TunnelStatus tunnelStatus(const std::string &name) const override { return valueOr(tunnels, name); }
     PublicationStatus publicationStatus(const std::string &name) const override { return valueOr(publications, name); }

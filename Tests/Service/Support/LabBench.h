@@ -46,7 +46,7 @@ public:
     ConfigDocument &document() { return m_document; }
     void apply()
     {
-        call([this] { m_traffic.apply(m_document); });
+        call([this] { m_traffic.apply(std::make_shared<const ConfigDocument>(m_document)); });
     }
     void pass(std::chrono::milliseconds time)
     {

@@ -3,6 +3,7 @@
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Nodes/NoNodeEngine.h"
 #include "Tests/Service/Support/FakeTraffic.h"
+#include "Tests/Service/Support/Lines.h"
 #include "Tests/Service/Support/TemporaryFolder.h"
 #include <boost/asio/post.hpp>
 #include <string>
@@ -10,12 +11,6 @@
 #include <vector>
 
 namespace veranox::test {
-
-class Lines final : public LogSink {
-public:
-    void line(std::string_view line) override { lines.emplace_back(line); }
-    std::vector<std::string> lines; // to be read once the server has ended
-};
 
 /// A server on a thread of its own, with whatever limits a test needs.
 class RunningServer {
@@ -25,7 +20,7 @@ public:
           m_acceptor(listenOnLoopback(m_context, {"127.0.0.1", 0})),
           m_port(m_acceptor.local_endpoint().port()),
           m_api({m_store, m_engine, m_traffic, m_time, [](const std::string &) { return std::nullopt; }, m_port,
-                    m_folder.path()},
+                    m_folder.path(), m_saves, m_lookUps, m_log},
               RequestGuard(token(), m_port)),
           m_server(m_context, std::move(m_acceptor), m_api, m_store, m_log, limits, [this] { m_server.stop(); }),
           m_thread([this] {
@@ -81,6 +76,8 @@ private:
     boost::asio::io_context m_context{1};
     boost::asio::ip::tcp::acceptor m_acceptor;
     std::uint16_t m_port;
+    Worker m_saves{8};
+    Worker m_lookUps{8};
     ControlApi m_api;
     ControlServer m_server;
     std::thread m_thread;

@@ -153,6 +153,28 @@ TEST(NativeTunnel, WaitsForItsNodeAndFallsWithIt)
     EXPECT_ANY_THROW(Peer::connectTo(port));
 }
 
+TEST(NativeTunnel, GoesWithItsProfileAndTakesItsConnectionsAlong)
+{
+    const std::uint16_t port = test::freePort();
+    LabBench bench(labWith(port, "echo"));
+    const Peer client = Peer::connectTo(port);
+    ASSERT_TRUE(client.send("x"));
+    ASSERT_EQ(client.receive(1), "x");
+    const NamedList<ProfileSettings> profiles = std::exchange(bench.document().profiles, {});
+    bench.apply();
+    EXPECT_TRUE(client.endsInReset());
+    EXPECT_ANY_THROW(Peer::connectTo(port));
+    EXPECT_EQ(bench.tunnel("t"), (TunnelStatus{"error", 0, "The profile \"p\" is not configured."}));
+    bench.document().tunnels.front().second.disabled = true;
+    bench.apply();
+    EXPECT_EQ(bench.tunnel("t"), TunnelStatus{}) << "one that is switched off has nothing to complain about";
+    bench.document().tunnels.front().second.disabled = false;
+    bench.document().profiles = profiles;
+    bench.apply();
+    EXPECT_EQ(bench.tunnel("t"), (TunnelStatus{"listening", 0, ""}));
+    EXPECT_NO_THROW(Peer::connectTo(port));
+}
+
 TEST(NativeTunnel, ConnectionsOutliveASaveThatDoesNotConcernThem)
 {
     const std::uint16_t port = test::freePort();

@@ -7,6 +7,7 @@
 #include "Service/Files/FolderLock.h"
 #include "Service/Files/OwnExecutable.h"
 #include "Service/Files/Worker.h"
+#include "Service/Log/LogBrake.h"
 #include "Service/Net/LoopbackListener.h"
 #include "Service/Nodes/Lab/LabConfig.h"
 #include "Service/Nodes/Lab/LabFile.h"
@@ -152,6 +153,14 @@ void runGuiServe(const GuiServeCommand &command, const Environment &environment)
     const Nodes nodes = makeNodes(std::move(lab), time);
     NodeTraffic traffic(context.get_executor(), *nodes.engine, *nodes.gate, time,
         {ownExecutable(), folders.applicationSupport / "known_hosts", environment});
+    LogBrake strainBrake(1, std::chrono::minutes(1));
+    traffic.setStrained([&] {
+        if (!strainBrake.admits(time.steadyNow()))
+            return;
+        const Budget::Strain strain = traffic.strain();
+        log.write(LogLevel::warn, "connections_refused", "there is no room for more connections",
+            {{"refused", strain.refused}, {"shed", strain.shed}});
+    });
     traffic.apply(config.snapshot());
     Worker saves(mostWaitingWork);
     Worker lookUps(mostWaitingWork);

@@ -9,6 +9,7 @@
 #include <set>
 #include <span>
 #include <sstream>
+#include <vector>
 
 namespace veranox {
 
@@ -53,17 +54,27 @@ bool isInTheWay(const std::string &local, const LoopbackEndpoint &endpoint)
     return port == endpoint.port && std::ranges::find(addresses, address) != addresses.end();
 }
 
-std::set<std::string> listenersAt(const LoopbackEndpoint &endpoint)
+constexpr std::string_view listenState = "0A";
+
+/// The sockets that stand in the way of that endpoint.
+std::vector<SocketLine> socketsAt(const LoopbackEndpoint &endpoint)
 {
-    constexpr std::string_view listenState = "0A";
-    std::set<std::string> links;
+    std::vector<SocketLine> found;
     for (const char *table : {"/proc/net/tcp", "/proc/net/tcp6"}) {
         std::ifstream file(table);
         for (std::string line; std::getline(file, line);)
-            if (const auto socket = parseLine(line);
-                socket && socket->state == listenState && isInTheWay(socket->local, endpoint))
-                links.insert("socket:[" + socket->inode + "]");
+            if (auto socket = parseLine(line); socket && isInTheWay(socket->local, endpoint))
+                found.push_back(std::move(*socket));
     }
+    return found;
+}
+
+std::set<std::string> listenersAt(const LoopbackEndpoint &endpoint)
+{
+    std::set<std::string> links;
+    for (const SocketLine &socket : socketsAt(endpoint))
+        if (socket.state == listenState)
+            links.insert("socket:[" + socket.inode + "]");
     return links;
 }
 
@@ -96,6 +107,16 @@ std::string programOf(const fs::path &process)
 }
 
 } // namespace
+
+PortUse portUse(const LoopbackEndpoint &endpoint)
+{
+    const std::vector<SocketLine> sockets = socketsAt(endpoint);
+    if (sockets.empty())
+        return PortUse::none;
+    const bool anyListens =
+        std::ranges::any_of(sockets, [](const SocketLine &socket) { return socket.state == listenState; });
+    return anyListens ? PortUse::listening : PortUse::passing;
+}
 
 std::optional<PortHolder> findPortHolder(const LoopbackEndpoint &endpoint)
 {

@@ -2,7 +2,13 @@
 
 namespace veranox {
 
-/// This system offers no plain file that tells.
+// This system offers no plain file that tells.
+
+PortUse portUse(const LoopbackEndpoint &)
+{
+    return PortUse::none;
+}
+
 std::optional<PortHolder> findPortHolder(const LoopbackEndpoint &)
 {
     return std::nullopt;

@@ -1,7 +1,6 @@
 #include "Service/Net/PortListener.h"
 
-#include "Service/Net/PortForwarder.h"
-#include "Service/Net/PortHolder.h"
+#include "Service/Net/LoopbackEndpoint.h"
 
 namespace veranox {
 
@@ -10,14 +9,11 @@ using asio::ip::tcp;
 
 namespace {
 
-std::string sentence(const LoopbackEndpoint &endpoint, const boost::system::error_code &failure)
+[[noreturn]] void throwProblem(const LoopbackEndpoint &endpoint, const boost::system::error_code &failure)
 {
-    if (failure != asio::error::address_in_use)
-        return "The address " + toText(endpoint) + " cannot be used: " + failure.message() + ".";
-    const std::optional<PortHolder> holder = findPortHolder(endpoint);
-    const std::string by = holder ? holder->program + " (process " + std::to_string(holder->process) + ")"
-                                  : "another program, which the system does not tell";
-    return "The address " + toText(endpoint) + " is taken by " + by + ".";
+    if (failure == asio::error::address_in_use)
+        throw AddressInUse("The address " + toText(endpoint) + " is taken.");
+    throw NetworkProblem("The address " + toText(endpoint) + " cannot be used: " + failure.message() + ".");
 }
 
 } // namespace
@@ -34,7 +30,7 @@ tcp::acceptor openListener(const asio::any_io_executor &executor, const tcp::end
     if (!failure)
         acceptor.listen(asio::socket_base::max_listen_connections, failure);
     if (failure)
-        throw NetworkProblem(sentence({endpoint.address().to_string(), endpoint.port()}, failure));
+        throwProblem({endpoint.address().to_string(), endpoint.port()}, failure);
     return acceptor;
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Service/Net/PortForwarder.h"
+#include "Service/Net/NetworkProblem.h"
 #include "Service/Nodes/NodeStatus.h"
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/awaitable.hpp>

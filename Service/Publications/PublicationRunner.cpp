@@ -1,7 +1,7 @@
 #include "Service/Publications/PublicationRunner.h"
 
 #include "Service/Net/LoopbackEndpoint.h"
-#include "Service/Net/TlsEnd.h"
+#include "Service/Net/NetworkProblem.h"
 #include "Service/Text/Timestamps.h"
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/use_awaitable.hpp>
@@ -29,24 +29,12 @@ asio::awaitable<StreamSocket> dialLocal(LoopbackEndpoint target)
     co_return StreamSocket(std::move(socket));
 }
 
-/// A connection that the policy of the tailnet does not allow ends before anything is said.
-asio::awaitable<StreamSocket> admit(
-    std::shared_ptr<bool> admitsNobody, std::shared_ptr<asio::ssl::context> tls, StreamSocket socket)
-{
-    if (*admitsNobody)
-        closeWithReset(socket);
-    else if (tls)
-        co_return co_await endTls(std::move(socket), std::move(tls));
-    co_return socket;
-}
-
 } // namespace
 
-PublicationRunner::PublicationRunner(asio::any_io_executor executor, NodeEngine &nodes, Conduits &conduits,
-    const TimeSource &time, PublicationSettings settings, std::string hostname)
-    : m_executor(std::move(executor)),
+PublicationRunner::PublicationRunner(Listener::Surroundings forwarding, NodeEngine &nodes, const TimeSource &time,
+    PublicationSettings settings, std::string hostname)
+    : m_forwarding(std::move(forwarding)),
       m_nodes(nodes),
-      m_conduits(conduits),
       m_time(time),
       m_settings(std::move(settings)),
       m_hostname(std::move(hostname))
@@ -61,7 +49,7 @@ PublicationRunner::~PublicationRunner()
 void PublicationRunner::open(SteadyTime now, bool admitsNobody)
 {
     *m_admitsNobody = admitsNobody;
-    if (m_forwarder || (m_retryAt && now < *m_retryAt))
+    if (m_listener || (m_retryAt && now < *m_retryAt))
         return;
     m_retryAt.reset();
     try {
@@ -80,29 +68,28 @@ void PublicationRunner::listen()
     const LoopbackEndpoint target = parseLoopbackEndpoint(m_settings.target, 1);
     if (m_settings.tls && !m_tls)
         m_tls = m_nodes.certificate(m_nodes.nodeNames(m_settings.profile, m_hostname).dnsName);
-    NodePort port =
-        m_nodes.openPort(m_executor, m_settings.profile, m_hostname, static_cast<std::uint16_t>(m_settings.port));
+    NodePort port = m_nodes.openPort(m_forwarding.pool.leastLoaded().executor(), m_settings.profile, m_hostname,
+        static_cast<std::uint16_t>(m_settings.port));
     m_lease = std::move(port.lease);
-    m_forwarder = std::make_shared<PortForwarder>(
-        std::move(port.acceptor), m_conduits, [target] { return dialLocal(target); },
-        [this](const std::string &problem) { report(problem); });
-    m_forwarder->setAdmit([admitsNobody = m_admitsNobody, tls = m_tls](
-                              StreamSocket socket) { return admit(admitsNobody, tls, std::move(socket)); });
-    m_forwarder->start();
+    // Whom the policy of the tailnet does not allow in is turned away before anything is said.
+    Route route{.dial = [target] { return dialLocal(target); }, .tls = m_tls, .turnsAway = m_admitsNobody};
+    m_listener = std::make_shared<Listener>(m_forwarding, StreamAcceptor(std::move(port.acceptor)), std::move(route),
+        [this](const Attempts &attempts) { report(attempts); });
+    m_listener->start();
 }
 
-void PublicationRunner::report(const std::string &problem)
+void PublicationRunner::report(const Attempts &attempts)
 {
-    m_error = problem;
-    if (problem.empty())
+    m_error = attempts.problem;
+    if (attempts.anySucceeded)
         m_lastActive = m_time.wallNow();
 }
 
 void PublicationRunner::close()
 {
-    if (m_forwarder)
-        m_forwarder->stop();
-    m_forwarder.reset();
+    if (m_listener)
+        m_listener->stop();
+    m_listener.reset();
     m_lease.reset();
     m_error.clear();
     m_retryAt.reset();
@@ -111,12 +98,12 @@ void PublicationRunner::close()
 
 void PublicationRunner::describe(PublicationStatus &status) const
 {
-    status.state = m_forwarder ? "listening" : m_error.empty() ? "starting" : "error";
+    status.state = m_listener ? "listening" : m_error.empty() ? "starting" : "error";
     status.lastError = m_error;
     if (m_lastActive)
         status.lastActive = timestamp(*m_lastActive);
-    if (m_forwarder) {
-        status.activeConns += m_forwarder->activeConns();
+    if (m_listener) {
+        status.activeConns += m_listener->activeConns();
     } else {
         status.activeConns = 0;
         status.reachability = {};

@@ -1,5 +1,6 @@
 #pragma once
 #include "Service/Net/Backoff.h"
+#include "Service/Net/Listener.h"
 #include "Service/Nodes/NodeEngine.h"
 #include "Service/Publications/PublicationRecord.h"
 #include "Service/Time/TimeSource.h"
@@ -12,9 +13,9 @@ class PublicationRunner {
 public:
     using SteadyTime = std::chrono::steady_clock::time_point;
 
-    /// `hostname` is that of the node. Engine, conduits and time must outlive it.
-    PublicationRunner(boost::asio::any_io_executor executor, NodeEngine &nodes, Conduits &conduits,
-        const TimeSource &time, PublicationSettings settings, std::string hostname);
+    /// `hostname` is that of the node. Surroundings, engine and time must outlive it.
+    PublicationRunner(Listener::Surroundings forwarding, NodeEngine &nodes, const TimeSource &time,
+        PublicationSettings settings, std::string hostname);
     PublicationRunner(const PublicationRunner &) = delete;
     PublicationRunner &operator=(const PublicationRunner &) = delete;
     ~PublicationRunner();
@@ -30,17 +31,16 @@ public:
 
 private:
     void listen();
-    void report(const std::string &problem);
+    void report(const Attempts &attempts);
 
-    boost::asio::any_io_executor m_executor;
+    Listener::Surroundings m_forwarding;
     NodeEngine &m_nodes;
-    Conduits &m_conduits;
     const TimeSource &m_time;
     PublicationSettings m_settings;
     std::string m_hostname;
     std::shared_ptr<boost::asio::ssl::context> m_tls; // made with the first use
-    std::shared_ptr<bool> m_admitsNobody = std::make_shared<bool>(false);
-    std::shared_ptr<PortForwarder> m_forwarder; // while it listens
+    std::shared_ptr<std::atomic<bool>> m_admitsNobody = std::make_shared<std::atomic<bool>>(false);
+    std::shared_ptr<Listener> m_listener; // while it listens
     std::shared_ptr<void> m_lease; // of the node's port
     std::string m_error;
     std::optional<WallTime> m_lastActive;

@@ -51,6 +51,9 @@ NodeTraffic::NodeTraffic(boost::asio::any_io_executor executor, NodeEngine &node
       m_gate(gate),
       m_time(time),
       m_sshPlaces(std::move(sshPlaces)),
+      m_budget(Budget::ofThisProcess(), [this] { noteStrain(); }),
+      m_pool(TrafficPool::usualSize(), m_budget),
+      m_ports(m_executor),
       m_config(std::make_shared<const IndexedConfig>(std::make_shared<const ConfigDocument>())),
       m_routes(std::make_shared<const RouteTable>(std::make_shared<const ConfigDocument>())),
       m_timer(m_executor)
@@ -104,17 +107,36 @@ void NodeTraffic::addWhatIsNew()
     for (const auto &[name, settings] : m_config->document().publications)
         if (isCarried(*m_config, settings) && !m_gate.isActedPublication(name) && !m_publications.contains(name))
             m_publications.emplace(name,
-                std::make_unique<PublicationRunner>(
-                    m_executor, m_nodes, *m_conduits, m_time, settings, nodeHostname(*m_config, settings.profile)));
+                std::make_unique<PublicationRunner>(Listener::Surroundings{m_pool, m_budget, m_executor}, m_nodes,
+                    m_time, settings, nodeHostname(*m_config, settings.profile)));
+}
+
+TunnelSurroundings NodeTraffic::tunnelSurroundings()
+{
+    return {.forwarding = {m_pool, m_budget, m_executor},
+        .nodes = m_nodes,
+        .time = m_time,
+        .ports = m_ports,
+        .changed = [this] { awaitNextMoment(); }};
 }
 
 std::unique_ptr<TunnelRunner> NodeTraffic::makeTunnel(const std::string &name, const TunnelSettings &settings)
 {
     if (settings.mode == "ssh")
-        return std::make_unique<SshTunnel>(SshTunnel::Surroundings{m_executor, m_nodes, *m_conduits, m_time,
-                                               m_sshPlaces, [this] { awaitNextMoment(); }},
-            settings, m_secrets[name]);
-    return std::make_unique<NativeTunnel>(m_executor, m_nodes, *m_conduits, settings);
+        return std::make_unique<SshTunnel>(tunnelSurroundings(), m_sshPlaces, settings, m_secrets[name]);
+    return std::make_unique<NativeTunnel>(tunnelSurroundings(), settings);
+}
+
+/// From any thread. However often there is no room, one call is on its way.
+void NodeTraffic::noteStrain()
+{
+    if (!m_isStrainTold.exchange(false))
+        return;
+    boost::asio::post(m_executor, [this] {
+        m_isStrainTold = true;
+        if (m_strained && !m_isStopped)
+            m_strained();
+    });
 }
 
 void NodeTraffic::nodesChanged()
@@ -264,6 +286,7 @@ void NodeTraffic::stop()
     for (const auto &[name, runner] : m_publications)
         runner->close();
     m_nodes.stop();
+    m_pool.stop();
 }
 
 } // namespace veranox

@@ -8,6 +8,7 @@
 #include "Service/Traffic/Traffic.h"
 #include "Service/Tunnels/SshCommand.h"
 #include "Service/Tunnels/TunnelRunner.h"
+#include "Service/Tunnels/TunnelSurroundings.h"
 #include <boost/asio/steady_timer.hpp>
 #include <map>
 #include <memory>
@@ -32,7 +33,13 @@ public:
     void restartPublication(const std::string &name) override;
     void setTunnelSecret(const std::string &name, std::string password) override;
     boost::asio::awaitable<boost::json::object> pathReport(PathQuestion question) override;
+    /// Ends within half a second, whatever its connections wait for.
     void stop() override;
+
+    /// How often there was no room for a connection since the service began.
+    Budget::Strain strain() const { return m_budget.strain(); }
+    /// Called, on the executor, some time after there was no room for a connection.
+    void setStrained(std::function<void()> strained) { m_strained = std::move(strained); }
 
 private:
     void dropWhatChanged(const IndexedConfig &next);
@@ -45,13 +52,19 @@ private:
     void lookAtPublications(SteadyTime now);
     void lookAtTunnels(SteadyTime now);
     void awaitNextMoment();
+    void noteStrain();
+    TunnelSurroundings tunnelSurroundings();
 
     boost::asio::any_io_executor m_executor;
     NodeEngine &m_nodes;
     const ForwardingGate &m_gate;
     const TimeSource &m_time;
     SshPlaces m_sshPlaces;
-    std::unique_ptr<Conduits> m_conduits = bestConduits();
+    std::function<void()> m_strained;
+    std::atomic<bool> m_isStrainTold = true; // all that there is to tell has been told, or will be
+    Budget m_budget;
+    TrafficPool m_pool;
+    PortInquiry m_ports;
     std::shared_ptr<const IndexedConfig> m_config;
     std::shared_ptr<const RouteTable> m_routes;
     std::map<std::string, std::string> m_secrets; // passwords by the names of tunnels

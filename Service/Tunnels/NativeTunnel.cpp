@@ -1,81 +1,88 @@
 #include "Service/Tunnels/NativeTunnel.h"
 
 #include "Service/Net/HostPort.h"
-#include "Service/Net/LoopbackEndpoint.h"
 #include "Service/Net/PortListener.h"
+#include "Service/Nodes/NodeDial.h"
 
 namespace veranox {
 
-namespace asio = boost::asio;
-using asio::ip::tcp;
-
 namespace {
 
-asio::awaitable<StreamSocket> dialTarget(NodeEngine *nodes, std::string profile, HostPort target)
-{
-    co_return co_await nodes->dial(std::move(profile), target.host, target.port);
-}
+/// A passing connection is in the way for a short time, as a rule: so long it is waited out, then as any other problem.
+constexpr std::chrono::milliseconds quickPause{250};
+constexpr unsigned mostQuickAttempts = 20;
 
 } // namespace
 
-NativeTunnel::NativeTunnel(
-    asio::any_io_executor executor, NodeEngine &nodes, Conduits &conduits, TunnelSettings settings)
-    : m_executor(std::move(executor)),
-      m_nodes(nodes),
-      m_conduits(conduits),
-      m_settings(std::move(settings))
+NativeTunnel::NativeTunnel(TunnelSurroundings around, TunnelSettings settings)
+    : m_around(std::move(around)),
+      m_settings(std::move(settings)),
+      m_door(m_around, m_settings.listen,
+          {.attempted = [this](const std::string &problem) { m_error = problem; },
+              .obstructed = [this](const PortObstacle &obstacle) { obstructed(obstacle); }})
 {
-}
-
-NativeTunnel::~NativeTunnel()
-{
-    close();
 }
 
 void NativeTunnel::open(SteadyTime now)
 {
-    if (m_forwarder || (m_retryAt && now < *m_retryAt))
+    if (m_door.isOpen() || (m_retryAt && now < *m_retryAt))
         return;
     m_retryAt.reset();
     try {
         listen();
         m_error.clear();
+        m_isObstructed = false;
+    } catch (const AddressInUse &problem) {
+        fail(now, m_isObstructed ? m_error : problem.what());
     } catch (const std::invalid_argument &problem) {
-        m_error = "An address of the tunnel " + std::string(problem.what()) + ".";
-        m_retryAt = now + m_backoff.next();
+        fail(now, "An address of the tunnel " + std::string(problem.what()) + ".");
     } catch (const std::exception &problem) {
-        m_error = problem.what();
-        m_retryAt = now + m_backoff.next();
+        fail(now, problem.what());
     }
+}
+
+void NativeTunnel::fail(SteadyTime now, std::string problem)
+{
+    m_error = std::move(problem);
+    m_retryAt = now + m_backoff.next();
+}
+
+/// Comes after the attempt that failed, whose next one may be brought forward.
+void NativeTunnel::obstructed(const PortObstacle &obstacle)
+{
+    m_error = obstacle.sentence;
+    m_isObstructed = true;
+    if (!obstacle.isPassing || m_quickAttempts >= mostQuickAttempts)
+        return;
+    ++m_quickAttempts;
+    m_backoff.reset();
+    m_retryAt = m_around.time.steadyNow() + quickPause;
+    m_around.changed();
 }
 
 void NativeTunnel::listen()
 {
     const HostPort target = parseHostPort(m_settings.target);
-    if (const std::string problem = m_nodes.hostProblem(m_settings.profile, target.host); !problem.empty())
+    if (const std::string problem = m_around.nodes.hostProblem(m_settings.profile, target.host); !problem.empty())
         throw NetworkProblem(problem);
-    const LoopbackEndpoint local = parseLoopbackEndpoint(m_settings.listen, 1);
-    m_forwarder = std::make_shared<PortForwarder>(
-        openListener(m_executor, {asio::ip::make_address(local.host), local.port}), m_conduits,
-        [nodes = &m_nodes, profile = m_settings.profile, target] { return dialTarget(nodes, profile, target); },
-        [this](const std::string &problem) { m_error = problem; });
-    m_forwarder->start();
+    m_door.open({.dial = dialThroughNode(m_around.nodes, m_around.forwarding, m_settings.profile, target)});
+    m_quickAttempts = 0;
 }
 
 void NativeTunnel::close()
 {
-    if (m_forwarder)
-        m_forwarder->stop();
-    m_forwarder.reset();
+    m_door.close();
     m_error.clear();
+    m_isObstructed = false;
+    m_quickAttempts = 0;
     m_retryAt.reset();
     m_backoff.reset();
 }
 
 TunnelStatus NativeTunnel::status() const
 {
-    if (m_forwarder)
-        return {.state = "listening", .activeConns = m_forwarder->activeConns(), .lastError = m_error};
+    if (m_door.isOpen())
+        return {.state = "listening", .activeConns = m_door.activeConns(), .lastError = m_error};
     return {.state = m_error.empty() ? "starting" : "error", .activeConns = 0, .lastError = m_error};
 }
 

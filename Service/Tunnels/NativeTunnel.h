@@ -1,6 +1,6 @@
 #pragma once
 #include "Service/Net/Backoff.h"
-#include "Service/Nodes/NodeEngine.h"
+#include "Service/Tunnels/TunnelDoor.h"
 #include "Service/Tunnels/TunnelRunner.h"
 
 namespace veranox {
@@ -8,11 +8,10 @@ namespace veranox {
 /// A tunnel whose target the node dials itself.
 class NativeTunnel final : public TunnelRunner {
 public:
-    /// Engine and conduits must outlive it.
-    NativeTunnel(boost::asio::any_io_executor executor, NodeEngine &nodes, Conduits &conduits, TunnelSettings settings);
+    NativeTunnel(TunnelSurroundings around, TunnelSettings settings);
     NativeTunnel(const NativeTunnel &) = delete;
     NativeTunnel &operator=(const NativeTunnel &) = delete;
-    ~NativeTunnel() override;
+    ~NativeTunnel() override = default;
 
     void open(SteadyTime now) override;
     void close() override;
@@ -22,15 +21,17 @@ public:
 
 private:
     void listen();
+    void fail(SteadyTime now, std::string problem);
+    void obstructed(const PortObstacle &obstacle);
 
-    boost::asio::any_io_executor m_executor;
-    NodeEngine &m_nodes;
-    Conduits &m_conduits;
+    TunnelSurroundings m_around;
     TunnelSettings m_settings;
-    std::shared_ptr<PortForwarder> m_forwarder; // while it listens
     std::string m_error;
+    bool m_isObstructed = false; // what is in the way of its address has been told
+    unsigned m_quickAttempts = 0; // at an address that is free soon
     Backoff m_backoff{std::chrono::seconds(15)};
     std::optional<SteadyTime> m_retryAt;
+    TunnelDoor m_door;
 };
 
 } // namespace veranox

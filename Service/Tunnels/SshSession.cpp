@@ -1,6 +1,8 @@
 #include "Service/Tunnels/SshSession.h"
 
 #include "Service/Net/HostPort.h"
+#include "Service/Net/NetworkProblem.h"
+#include "Service/Nodes/NodeDial.h"
 #include <array>
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/co_spawn.hpp>
@@ -35,18 +37,26 @@ HostPort bastionOf(const TunnelSettings &settings)
     return bastion.contains(':') ? parseHostPort(bastion) : HostPort{bastion, sshPort};
 }
 
+asio::awaitable<StreamSocket> connectTo(std::string path)
+{
+    asio::local::stream_protocol::socket socket(co_await asio::this_coro::executor);
+    const auto [failure] = co_await socket.async_connect(LocalEndpoint(path), asTuple);
+    if (failure)
+        throw NetworkProblem("The ssh connection to the bastion takes no connection: " + failure.message() + ".");
+    co_return StreamSocket(std::move(socket));
+}
+
 } // namespace
 
-SshSession::SshSession(asio::any_io_executor executor, NodeEngine &nodes, Conduits &conduits, TunnelSettings settings,
-    std::string password)
-    : m_executor(std::move(executor)),
+SshSession::SshSession(
+    Listener::Surroundings forwarding, NodeEngine &nodes, TunnelSettings settings, std::string password)
+    : m_forwarding(std::move(forwarding)),
+      m_executor(m_forwarding.control),
       m_nodes(nodes),
-      m_conduits(conduits),
       m_settings(std::move(settings)),
       m_password(std::move(password)),
       m_folder(makePrivateFolder()),
       m_sockets{m_folder / "dial", m_folder / "ask", m_folder / "forward"},
-      m_bastionDoor(m_executor),
       m_passwordDoor(m_executor),
       m_output(m_executor),
       m_error(m_executor)
@@ -55,6 +65,8 @@ SshSession::SshSession(asio::any_io_executor executor, NodeEngine &nodes, Condui
 
 SshSession::~SshSession()
 {
+    if (m_bastionDoor)
+        m_bastionDoor->stop();
     removeFolder();
 }
 
@@ -67,13 +79,12 @@ void SshSession::removeFolder() const
 void SshSession::start(const SshPlaces &places, Events events)
 {
     SshCommand command = sshCommand(m_settings, places, m_sockets);
-    m_bastionDoor = LocalAcceptor(m_executor, LocalEndpoint(m_sockets.dial.string()));
+    openBastionDoor();
     m_passwordDoor = LocalAcceptor(m_executor, LocalEndpoint(m_sockets.askpass.string()));
     m_child = std::make_unique<ChildProcess>(std::move(command.arguments), std::move(command.environment));
     m_output.assign(m_child->takeOutput().release());
     m_error.assign(m_child->takeError().release());
     m_events = std::move(events);
-    asio::co_spawn(m_executor, serveBastion(shared_from_this()), asio::detached);
     asio::co_spawn(m_executor, servePassword(shared_from_this()), asio::detached);
     asio::co_spawn(m_executor, readOutput(shared_from_this()), asio::detached);
     asio::co_spawn(m_executor, readError(shared_from_this()), asio::detached);
@@ -84,39 +95,23 @@ void SshSession::stop()
     m_isStopped = true;
     m_events = {};
     boost::system::error_code ignored;
-    m_bastionDoor.close(ignored);
+    if (m_bastionDoor)
+        m_bastionDoor->stop();
     m_passwordDoor.close(ignored);
     m_output.close(ignored);
     m_error.close(ignored);
     m_child.reset();
-    if (m_relay)
-        m_relay->cut();
     removeFolder();
 }
 
-/// ssh comes here once, for its way to the bastion.
-asio::awaitable<void> SshSession::serveBastion(std::shared_ptr<SshSession> self)
+/// ssh comes here once, for its way to the bastion. The folder keeps everybody else out.
+void SshSession::openBastionDoor()
 {
-    auto [failure, door] = co_await self->m_bastionDoor.async_accept(asTuple);
-    boost::system::error_code ignored;
-    self->m_bastionDoor.close(ignored);
-    if (failure)
-        co_return;
-    std::string problem;
-    StreamSocket bastion(self->m_executor);
-    try {
-        const HostPort address = bastionOf(self->m_settings);
-        bastion = co_await self->m_nodes.dial(self->m_settings.profile, address.host, address.port);
-    } catch (const std::exception &dialProblem) {
-        problem = dialProblem.what();
-    }
-    if (!problem.empty() || self->m_isStopped) {
-        self->m_dialProblem = problem;
-        door.close(ignored);
-        co_return;
-    }
-    self->m_relay = std::make_shared<Relay>(StreamSocket(std::move(door)), std::move(bastion), self->m_conduits);
-    co_await Relay::run(self->m_relay);
+    LocalAcceptor door(m_forwarding.pool.leastLoaded().executor(), LocalEndpoint(m_sockets.dial.string()));
+    Route route{.dial = dialThroughNode(m_nodes, m_forwarding, m_settings.profile, bastionOf(m_settings))};
+    m_bastionDoor = std::make_shared<Listener>(m_forwarding, StreamAcceptor(std::move(door)), std::move(route),
+        [this](const Attempts &attempts) { m_dialProblem = attempts.problem; });
+    m_bastionDoor->start();
 }
 
 /// A server may ask once by each of its two ways of asking; more would only be guessing.
@@ -169,13 +164,9 @@ asio::awaitable<void> SshSession::readError(std::shared_ptr<SshSession> self)
     ended(complaint.empty() ? "The ssh connection to the bastion ended." : std::move(complaint));
 }
 
-asio::awaitable<StreamSocket> SshSession::connect(std::shared_ptr<SshSession> self)
+decltype(Route::dial) SshSession::dialTarget() const
 {
-    asio::local::stream_protocol::socket socket(self->m_executor);
-    const auto [failure] = co_await socket.async_connect(LocalEndpoint(self->m_sockets.forward.string()), asTuple);
-    if (failure)
-        throw NetworkProblem("The ssh connection to the bastion takes no connection: " + failure.message() + ".");
-    co_return StreamSocket(std::move(socket));
+    return [path = m_sockets.forward.string()] { return connectTo(path); };
 }
 
 } // namespace veranox

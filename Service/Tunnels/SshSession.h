@@ -1,5 +1,6 @@
 #pragma once
 #include "Service/Files/ChildProcess.h"
+#include "Service/Net/Listener.h"
 #include "Service/Nodes/NodeEngine.h"
 #include "Service/Tunnels/SshCommand.h"
 #include <boost/asio/local/stream_protocol.hpp>
@@ -16,9 +17,8 @@ public:
         std::function<void(std::string complaint)> ended;
     };
 
-    /// Makes the folder of its sockets. `password` may be empty. Engine, conduits and places must outlive it.
-    SshSession(boost::asio::any_io_executor executor, NodeEngine &nodes, Conduits &conduits, TunnelSettings settings,
-        std::string password);
+    /// Makes the folder of its sockets. `password` may be empty. Surroundings, engine and places must outlive it.
+    SshSession(Listener::Surroundings forwarding, NodeEngine &nodes, TunnelSettings settings, std::string password);
     SshSession(const SshSession &) = delete;
     SshSession &operator=(const SshSession &) = delete;
     ~SshSession();
@@ -28,8 +28,8 @@ public:
     /// Ends ssh at once; no event comes any more. Harmless when repeated.
     void stop();
 
-    /// Connects to the target behind the bastion.
-    static boost::asio::awaitable<StreamSocket> connect(std::shared_ptr<SshSession> self);
+    /// How to connect to the target behind the bastion.
+    decltype(Route::dial) dialTarget() const;
 
     /// The last thing that ssh complained about.
     std::string complaint() const { return m_dialProblem.empty() ? sshComplaint(m_errorOutput) : m_dialProblem; }
@@ -37,25 +37,24 @@ public:
 private:
     using LocalAcceptor = boost::asio::local::stream_protocol::acceptor;
 
-    static boost::asio::awaitable<void> serveBastion(std::shared_ptr<SshSession> self);
+    void openBastionDoor();
     static boost::asio::awaitable<void> servePassword(std::shared_ptr<SshSession> self);
     static boost::asio::awaitable<void> readOutput(std::shared_ptr<SshSession> self);
     static boost::asio::awaitable<void> readError(std::shared_ptr<SshSession> self);
     void removeFolder() const;
 
-    boost::asio::any_io_executor m_executor;
+    Listener::Surroundings m_forwarding;
+    boost::asio::any_io_executor m_executor; // of control
     NodeEngine &m_nodes;
-    Conduits &m_conduits;
     TunnelSettings m_settings;
     std::string m_password;
     std::filesystem::path m_folder;
     SshSockets m_sockets;
-    LocalAcceptor m_bastionDoor;
     LocalAcceptor m_passwordDoor;
     boost::asio::posix::stream_descriptor m_output;
     boost::asio::posix::stream_descriptor m_error;
     std::unique_ptr<ChildProcess> m_child;
-    std::shared_ptr<Relay> m_relay; // to the bastion
+    std::shared_ptr<Listener> m_bastionDoor; // through which ssh reaches the bastion
     std::string m_dialProblem; // why the bastion was not reached
     std::string m_errorOutput;
     Events m_events;

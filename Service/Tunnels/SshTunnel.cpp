@@ -1,11 +1,6 @@
 #include "Service/Tunnels/SshTunnel.h"
 
-#include "Service/Net/LoopbackEndpoint.h"
-#include "Service/Net/PortListener.h"
-
 namespace veranox {
-
-namespace asio = boost::asio;
 
 namespace {
 
@@ -16,10 +11,14 @@ const std::string passwordMissing = "The SSH password of this tunnel is not know
 
 } // namespace
 
-SshTunnel::SshTunnel(Surroundings surroundings, TunnelSettings settings, std::string password)
-    : m_around(std::move(surroundings)),
+SshTunnel::SshTunnel(TunnelSurroundings around, const SshPlaces &places, TunnelSettings settings, std::string password)
+    : m_around(std::move(around)),
+      m_places(places),
       m_settings(std::move(settings)),
-      m_password(std::move(password))
+      m_password(std::move(password)),
+      m_door(m_around, m_settings.listen,
+          {.attempted = [this](const std::string &problem) { m_error = problem; },
+              .obstructed = [this](const PortObstacle &obstacle) { m_error = obstacle.sentence; }})
 {
 }
 
@@ -47,22 +46,16 @@ void SshTunnel::open(SteadyTime now)
 
 void SshTunnel::begin()
 {
-    m_session =
-        std::make_shared<SshSession>(m_around.executor, m_around.nodes, m_around.conduits, m_settings, m_password);
-    m_session->start(m_around.places,
-        {.up = [this] { listen(); }, .ended = [this](const std::string &complaint) { ended(complaint); }});
+    m_session = std::make_shared<SshSession>(m_around.forwarding, m_around.nodes, m_settings, m_password);
+    m_session->start(
+        m_places, {.up = [this] { listen(); }, .ended = [this](const std::string &complaint) { ended(complaint); }});
 }
 
 void SshTunnel::listen()
 {
     const SteadyTime now = m_around.time.steadyNow();
     try {
-        const LoopbackEndpoint local = parseLoopbackEndpoint(m_settings.listen, 1);
-        m_forwarder = std::make_shared<PortForwarder>(
-            openListener(m_around.executor, {asio::ip::make_address(local.host), local.port}), m_around.conduits,
-            [session = m_session] { return SshSession::connect(session); },
-            [this](const std::string &problem) { m_error = problem; });
-        m_forwarder->start();
+        m_door.open({.dial = m_session->dialTarget()});
         m_upSince = now;
         m_error.clear();
     } catch (const std::exception &problem) {
@@ -76,9 +69,8 @@ void SshTunnel::listen()
 void SshTunnel::ended(const std::string &complaint)
 {
     const SteadyTime now = m_around.time.steadyNow();
-    if (m_forwarder) {
-        m_forwarder->stop();
-        m_forwarder.reset();
+    if (m_door.isOpen()) {
+        m_door.close();
         if (now - m_upSince >= goodConnection)
             m_backoff.reset();
     }
@@ -95,9 +87,7 @@ void SshTunnel::fail(SteadyTime now, std::string problem)
 
 void SshTunnel::close()
 {
-    if (m_forwarder)
-        m_forwarder->stop();
-    m_forwarder.reset();
+    m_door.close();
     if (m_session)
         m_session->stop();
     m_session.reset();
@@ -111,16 +101,16 @@ void SshTunnel::setSecret(std::string password)
     if (password == m_password)
         return;
     m_password = std::move(password);
-    if (m_settings.ssh->auth == "password" && !m_forwarder)
+    if (m_settings.ssh->auth == "password" && !m_door.isOpen())
         close();
 }
 
 TunnelStatus SshTunnel::status() const
 {
-    if (!m_forwarder)
+    if (!m_door.isOpen())
         return {.state = m_error.empty() ? "starting" : "error", .activeConns = 0, .lastError = m_error};
     const std::string complaint = m_error.empty() ? m_session->complaint() : m_error;
-    return {.state = "listening", .activeConns = m_forwarder->activeConns(), .lastError = complaint};
+    return {.state = "listening", .activeConns = m_door.activeConns(), .lastError = complaint};
 }
 
 } // namespace veranox

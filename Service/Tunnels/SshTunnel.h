@@ -1,7 +1,7 @@
 #pragma once
 #include "Service/Net/Backoff.h"
-#include "Service/Time/TimeSource.h"
 #include "Service/Tunnels/SshSession.h"
+#include "Service/Tunnels/TunnelDoor.h"
 #include "Service/Tunnels/TunnelRunner.h"
 
 namespace veranox {
@@ -10,16 +10,8 @@ namespace veranox {
 /// ends: after a second, then twice as long each time, at most a minute.
 class SshTunnel final : public TunnelRunner {
 public:
-    struct Surroundings {
-        boost::asio::any_io_executor executor;
-        NodeEngine &nodes;
-        Conduits &conduits;
-        const TimeSource &time;
-        const SshPlaces &places;
-        std::function<void()> changed; // called when the next attempt has been set
-    };
-
-    SshTunnel(Surroundings surroundings, TunnelSettings settings, std::string password);
+    /// The places must outlive it.
+    SshTunnel(TunnelSurroundings around, const SshPlaces &places, TunnelSettings settings, std::string password);
     SshTunnel(const SshTunnel &) = delete;
     SshTunnel &operator=(const SshTunnel &) = delete;
     ~SshTunnel() override;
@@ -36,15 +28,16 @@ private:
     void listen();
     void fail(SteadyTime now, std::string problem);
 
-    Surroundings m_around;
+    TunnelSurroundings m_around;
+    const SshPlaces &m_places;
     TunnelSettings m_settings;
     std::string m_password;
     std::shared_ptr<SshSession> m_session; // while ssh runs
-    std::shared_ptr<PortForwarder> m_forwarder; // while ssh is connected
     SteadyTime m_upSince;
     std::string m_error;
     Backoff m_backoff{std::chrono::seconds(60)};
     std::optional<SteadyTime> m_retryAt;
+    TunnelDoor m_door; // open while ssh is connected
 };
 
 } // namespace veranox

@@ -35,8 +35,8 @@ std::vector<char *> pointers(std::vector<std::string> &texts)
 
 } // namespace
 
-ServiceProcess::ServiceProcess(
-    const std::filesystem::path &home, std::vector<std::string> arguments, std::map<std::string, std::string> variables)
+ServiceProcess::ServiceProcess(const std::filesystem::path &home, std::vector<std::string> arguments,
+    std::map<std::string, std::string> variables, unsigned descriptors)
 {
     variables.emplace("HOME", home.string());
     // A sanitizer's options, where the tests run under one.
@@ -48,14 +48,17 @@ ServiceProcess::ServiceProcess(
     for (const auto &[name, value] : variables)
         environment.push_back(name + "=" + value);
     arguments.insert(arguments.begin(), VERANOX_EXECUTABLE);
+    if (descriptors > 0)
+        arguments.insert(
+            arguments.begin(), {"/bin/sh", "-c", "ulimit -n " + std::to_string(descriptors) + R"(; exec "$0" "$@")"});
     const Pipe output;
     const Pipe error;
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, output.ends[1], STDOUT_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, error.ends[1], STDERR_FILENO);
-    const int failure = ::posix_spawn(
-        &m_process, VERANOX_EXECUTABLE, &actions, nullptr, pointers(arguments).data(), pointers(environment).data());
+    const int failure = ::posix_spawn(&m_process, arguments.front().c_str(), &actions, nullptr,
+        pointers(arguments).data(), pointers(environment).data());
     ::posix_spawn_file_actions_destroy(&actions);
     ::close(output.ends[1]);
     ::close(error.ends[1]);

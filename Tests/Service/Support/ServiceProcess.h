@@ -12,9 +12,10 @@ namespace veranox::test {
 /// The real executable as a child process, in a home folder of its own. Whatever still runs at the end is killed.
 class ServiceProcess {
 public:
-    /// `home` becomes HOME; nothing else of the test's environment is passed on but `variables`.
+    /// `home` becomes HOME; nothing else of the test's environment is passed on but `variables`. With `descriptors` it
+    /// may have no more open files than that.
     ServiceProcess(const std::filesystem::path &home, std::vector<std::string> arguments,
-        std::map<std::string, std::string> variables = {});
+        std::map<std::string, std::string> variables = {}, unsigned descriptors = 0);
     ServiceProcess(const ServiceProcess &) = delete;
     ServiceProcess &operator=(const ServiceProcess &) = delete;
     ~ServiceProcess();

@@ -35,13 +35,23 @@ if(EXISTS /var/lib/dpkg/status)
 endif()
 string(SHA256 VERANOX_PACKAGES_SUM "${text}")
 
+# Qt compiles the target's resources, in targets of their own, with the options of the target.
+function(veranox_wait_for_precompiled target ready)
+  add_dependencies(${target} ${ready})
+  set(number 1)
+  while(TARGET ${target}_resources_${number})
+    add_dependencies(${target}_resources_${number} ${ready})
+    math(EXPR number "${number} + 1")
+  endwhile()
+endfunction()
+
 # With clang the header is named in a way that the compiler cache understands in every checkout: by a path that it makes
 # relative, and a sum that stands for the header's content.
 function(veranox_use_precompiled name)
   foreach(target IN LISTS ARGN)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
       set(folder ${CMAKE_BINARY_DIR}/CMakeFiles/precompiled_${name}.dir)
-      add_dependencies(${target} precompiled_${name}_ready)
+      veranox_wait_for_precompiled(${target} precompiled_${name}_ready)
       target_compile_options(${target} PRIVATE
         -fPIC # as the header: CMake builds programs with -fPIE
         "SHELL:-Winvalid-pch -include-pch ${folder}/cmake_pch.hxx.pch")

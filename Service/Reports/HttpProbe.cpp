@@ -76,6 +76,11 @@ std::string told(std::string_view text)
 
 using PageParser = http::response_parser<http::buffer_body>;
 
+struct ProbeTimes {
+    Clock::time_point begin; // from which the times in the result are counted
+    Clock::time_point deadline;
+};
+
 /// The header of the answer itself: what a host says on the way to it (100 Continue and its like) is passed over.
 template <class Stream>
 asio::awaitable<beast::error_code> readHeader(
@@ -95,7 +100,7 @@ asio::awaitable<beast::error_code> readHeader(
 /// without a farewell, so that counts as the end of an answer that goes on until the end.
 template <class Stream>
 asio::awaitable<beast::error_code> readBody(
-    Stream *stream, beast::flat_buffer *buffer, PageParser *parser, HttpResult *result, Clock::time_point begin)
+    Stream *stream, beast::flat_buffer *buffer, PageParser *parser, HttpResult *result, ProbeTimes times)
 {
     const auto piece = std::make_unique<std::array<char, pieceSize>>();
     beast::error_code failure;
@@ -107,8 +112,11 @@ asio::awaitable<beast::error_code> readBody(
             parser->put_eof(failure);
         if (failure == http::error::need_buffer)
             failure = {};
+        if (!failure
+            && Clock::now() >= times.deadline) // which the stream misses while there is always something to read
+            failure = beast::error::timeout;
         if (result->bytesRead == 0)
-            result->toFirstByte = since(begin);
+            result->toFirstByte = since(times.begin);
         result->bytesRead += piece->size() - parser->get().body().size;
     }
     co_return failure;
@@ -125,7 +133,8 @@ void noteHeader(const PageParser::value_type &answer, HttpResult &result)
 template <class Stream>
 asio::awaitable<void> exchange(Stream *stream, PathTarget target, HttpResult *result, Clock::time_point begin)
 {
-    beast::get_lowest_layer(*stream).expires_after(httpTime);
+    const ProbeTimes times{.begin = begin, .deadline = Clock::now() + httpTime};
+    beast::get_lowest_layer(*stream).expires_at(times.deadline);
     const http::request<http::empty_body> request = pageRequest(target);
     const auto [unsent, sent] = co_await http::async_write(*stream, request, asTuple);
     beast::flat_buffer buffer(pieceSize);
@@ -136,7 +145,7 @@ asio::awaitable<void> exchange(Stream *stream, PathTarget target, HttpResult *re
     if (!failure) {
         result->toHeaders = result->toFirstByte = since(begin);
         noteHeader(parser->get(), *result);
-        failure = co_await readBody(stream, &buffer, &*parser, result, begin);
+        failure = co_await readBody(stream, &buffer, &*parser, result, times);
     }
     result->ok = !failure;
     result->error = result->ok ? "" : sentence(failure);

@@ -285,8 +285,8 @@ void NodeTraffic::stop()
         runner->close();
     for (const auto &[name, runner] : m_publications)
         runner->close();
+    m_pool.stop(); // before the engine, which its streams may be asking
     m_nodes.stop();
-    m_pool.stop();
 }
 
 } // namespace veranox

@@ -65,7 +65,7 @@ void NativeTunnel::listen()
     const HostPort target = parseHostPort(m_settings.target);
     if (const std::string problem = m_around.nodes.hostProblem(m_settings.profile, target.host); !problem.empty())
         throw NetworkProblem(problem);
-    m_door.open({.dial = dialThroughNode(m_around.nodes, m_around.forwarding, m_settings.profile, target)});
+    m_door.open({.dial = dialThroughNode(m_around.nodes, m_around.forwarding.pool, m_settings.profile, target)});
     m_quickAttempts = 0;
 }
 

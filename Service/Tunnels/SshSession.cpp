@@ -108,7 +108,7 @@ void SshSession::stop()
 void SshSession::openBastionDoor()
 {
     LocalAcceptor door(m_forwarding.pool.leastLoaded().executor(), LocalEndpoint(m_sockets.dial.string()));
-    Route route{.dial = dialThroughNode(m_nodes, m_forwarding, m_settings.profile, bastionOf(m_settings))};
+    Route route{.dial = dialThroughNode(m_nodes, m_forwarding.pool, m_settings.profile, bastionOf(m_settings))};
     m_bastionDoor = std::make_shared<Listener>(m_forwarding, StreamAcceptor(std::move(door)), std::move(route),
         [this](const Attempts &attempts) { m_dialProblem = attempts.problem; });
     m_bastionDoor->start();

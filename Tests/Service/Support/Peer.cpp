@@ -48,6 +48,17 @@ Peer Peer::connectTo(std::uint16_t port, const std::string &address)
     return peer;
 }
 
+Peer Peer::connectFrom(std::uint16_t own, std::uint16_t port)
+{
+    Peer peer(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const sockaddr_in from = endpoint("127.0.0.1", own);
+    const sockaddr_in to = endpoint("127.0.0.1", port);
+    if (::bind(peer.m_descriptor, reinterpret_cast<const sockaddr *>(&from), sizeof from) != 0
+        || ::connect(peer.m_descriptor, reinterpret_cast<const sockaddr *>(&to), sizeof to) != 0)
+        throw std::runtime_error("no connection from port " + std::to_string(own));
+    return peer;
+}
+
 Peer Peer::listening()
 {
     Peer peer(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));

@@ -12,6 +12,8 @@ class Peer {
 public:
     /// Connects.
     static Peer connectTo(std::uint16_t port, const std::string &address = "127.0.0.1");
+    /// The same from a port of one's own choice, where the system's may be that of another connection, too.
+    static Peer connectFrom(std::uint16_t own, std::uint16_t port);
     /// Listens on a port that the system picks.
     static Peer listening();
     /// The next connection of a listener.

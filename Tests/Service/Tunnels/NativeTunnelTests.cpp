@@ -95,8 +95,8 @@ TEST(NativeTunnel, SaysWhoHoldsItsPortAndTakesItOnceItIsFree)
 TEST(NativeTunnel, WaitsOutAConnectionThatGoesOutFromItsPort)
 {
     const Peer elsewhere = Peer::listening();
-    Peer passing = Peer::connectTo(elsewhere.port());
-    const std::uint16_t port = passing.port();
+    const std::uint16_t port = test::freePort();
+    Peer passing = Peer::connectFrom(port, elsewhere.port());
     LabBench bench(labWith(port, "echo"));
     const auto saysSo = [&] {
         return bench.tunnel("t").lastError
@@ -111,7 +111,7 @@ TEST(NativeTunnel, WaitsOutAConnectionThatGoesOutFromItsPort)
     EXPECT_TRUE(bench.becomes([&] {
         bench.pass(250ms);
         return bench.tunnel("t").state == "listening";
-    }));
+    })) << bench.tunnel("t").lastError;
     EXPECT_TRUE(Peer::connectTo(port).send("x"));
 }
 

@@ -52,14 +52,14 @@ Budget::Budget(Limits limits, std::function<void()> strained)
 std::shared_ptr<Budget::Share> Budget::openShare()
 {
     auto share = std::make_shared<Share>();
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     m_shares.push_back(share);
     return share;
 }
 
 void Budget::closeShare(Share &share)
 {
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     std::erase_if(m_shares, [&](const auto &other) { return other.get() == &share; });
 }
 
@@ -106,7 +106,7 @@ Budget::Seat *Budget::longestWaiting(Share &share, Clock::time_point now)
 bool Budget::admit(const std::shared_ptr<Share> &share, Seat &seat)
 {
     const Clock::time_point now = Clock::now();
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     if (!hasRoom(*share)) {
         m_strained();
         Seat *victim = longestWaiting(*share, now);
@@ -147,7 +147,7 @@ void Budget::Seat::settle()
 {
     if (!m_budget)
         return;
-    const std::lock_guard lock(m_budget->m_mutex);
+    const std::scoped_lock lock(m_budget->m_mutex);
     stopWaiting(*this);
 }
 
@@ -155,7 +155,7 @@ void Budget::Seat::beginToWait()
 {
     if (!m_budget)
         return;
-    const std::lock_guard lock(m_budget->m_mutex);
+    const std::scoped_lock lock(m_budget->m_mutex);
     if (!m_share || m_isWaiting)
         return;
     m_waitsSince = Clock::now();
@@ -167,7 +167,7 @@ void Budget::Seat::leave()
 {
     if (!m_budget)
         return;
-    const std::lock_guard lock(m_budget->m_mutex);
+    const std::scoped_lock lock(m_budget->m_mutex);
     if (m_share)
         m_budget->release(*this);
 }
@@ -188,13 +188,13 @@ void Budget::givePipeBack()
 
 Budget::Strain Budget::strain() const
 {
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     return m_strain;
 }
 
 std::size_t Budget::used() const
 {
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     return m_used;
 }
 

@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    alignas(std::max_align_t) std::array<std::byte, 288> m_room;
+    alignas(std::max_align_t) std::array<std::byte, 288> m_room{};
     bool m_isTaken = false;
 };
 
@@ -42,6 +42,7 @@ public:
     using value_type = T;
 
     explicit HandlerAllocator(HandlerMemory &memory) : m_memory(&memory) { }
+    // NOLINTNEXTLINE(google-explicit-constructor): allocators of other types are made from it unasked
     template <class U> HandlerAllocator(const HandlerAllocator<U> &other) : m_memory(other.memory()) { }
 
     T *allocate(std::size_t count) { return static_cast<T *>(m_memory->take(count * sizeof(T))); }

@@ -29,7 +29,7 @@ Ledger::Ledger(boost::asio::any_io_executor reporting, Report report)
 /// However many there are, one report at a time is on its way.
 void Ledger::attempted(std::string problem)
 {
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     m_attempts.anySucceeded = m_attempts.anySucceeded || problem.empty();
     m_attempts.problem = std::move(problem);
     if (m_isReportDue)
@@ -42,7 +42,7 @@ void Ledger::report()
 {
     Attempts attempts;
     {
-        const std::lock_guard lock(m_mutex);
+        const std::scoped_lock lock(m_mutex);
         attempts = std::exchange(m_attempts, {});
         m_isReportDue = false;
     }

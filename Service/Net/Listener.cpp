@@ -48,7 +48,7 @@ void Listener::stop()
         return;
     m_origin->ledger->silence();
     {
-        const std::lock_guard lock(m_mutex);
+        const std::scoped_lock lock(m_mutex);
         boost::system::error_code ignored;
         m_acceptor.close(ignored);
         m_pause.cancel();
@@ -59,7 +59,7 @@ void Listener::stop()
 
 void Listener::awaitConnections()
 {
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     if (m_origin->isStopped)
         return;
     m_acceptor.async_wait(asio::socket_base::wait_read,
@@ -88,7 +88,7 @@ boost::system::error_code Listener::takeOne()
     StreamSocket client(thread.executor());
     boost::system::error_code failure;
     {
-        const std::lock_guard lock(m_mutex);
+        const std::scoped_lock lock(m_mutex);
         if (m_origin->isStopped)
             return asio::error::operation_aborted;
         m_acceptor.accept(client, failure);
@@ -111,7 +111,7 @@ void Listener::handOver(TrafficThread &thread, StreamSocket client)
 
 void Listener::pause()
 {
-    const std::lock_guard lock(m_mutex);
+    const std::scoped_lock lock(m_mutex);
     if (m_origin->isStopped)
         return;
     m_pause.expires_after(pauseAfterFailedAccept);

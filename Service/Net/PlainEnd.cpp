@@ -24,7 +24,7 @@ bool wouldBlock()
 
 } // namespace
 
-Transfer PlainEnd::read(std::span<char> room)
+Transfer PlainEnd::read(std::span<char> room) const
 {
     const ssize_t count = undisturbed([&] { return ::recv(m_socket, room.data(), room.size(), 0); });
     if (count > 0)
@@ -34,7 +34,7 @@ Transfer PlainEnd::read(std::span<char> room)
     return {wouldBlock() ? Flow::awaitsRead : Flow::failed, 0};
 }
 
-Transfer PlainEnd::write(std::span<const char> bytes)
+Transfer PlainEnd::write(std::span<const char> bytes) const
 {
     const ssize_t count = undisturbed([&] { return ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL); });
     if (count >= 0)
@@ -42,7 +42,7 @@ Transfer PlainEnd::write(std::span<const char> bytes)
     return {wouldBlock() ? Flow::awaitsWrite : Flow::failed, 0};
 }
 
-Flow PlainEnd::finish()
+Flow PlainEnd::finish() const
 {
     ::shutdown(m_socket, SHUT_WR);
     return Flow::ended;

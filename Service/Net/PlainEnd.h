@@ -9,10 +9,10 @@ class PlainEnd {
 public:
     explicit PlainEnd(int socket) : m_socket(socket) { }
 
-    Transfer read(std::span<char> room);
-    Transfer write(std::span<const char> bytes);
+    Transfer read(std::span<char> room) const;
+    Transfer write(std::span<const char> bytes) const;
     /// Half-closes.
-    Flow finish();
+    Flow finish() const;
 
 private:
     int m_socket;

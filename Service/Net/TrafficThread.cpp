@@ -55,7 +55,7 @@ void TrafficThread::stopUnwanted()
 }
 
 /// Looks through what is left of the list; those who stay go back, and others may be added meanwhile.
-void TrafficThread::stopSome(std::shared_ptr<List> rest)
+void TrafficThread::stopSome(const std::shared_ptr<List> &rest)
 {
     constexpr unsigned atOnce = 128;
     for (unsigned stopped = 0; !rest->empty() && stopped < atOnce;) {

@@ -72,7 +72,7 @@ private:
     };
 
     void run();
-    void stopSome(std::shared_ptr<List> rest);
+    void stopSome(const std::shared_ptr<List> &rest);
 
     Context m_context{1};
     boost::asio::executor_work_guard<boost::asio::io_context::executor_type> m_work{m_context.get_executor()};

@@ -25,6 +25,7 @@ const std::string lab = R"({"version": 1,
 void inThreads(int count, const std::function<void(int)> &work)
 {
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         threads.emplace_back(work, i);
     for (std::thread &thread : threads)

@@ -61,8 +61,8 @@ void Connection::start()
 
 void Connection::refuse()
 {
+    m_entry.close(CloseReason::refused, 0, 0); // first: who sees the reset finds it counted
     closeWithReset(m_client);
-    m_entry.close(CloseReason::refused, 0, 0);
 }
 
 void Connection::begin()

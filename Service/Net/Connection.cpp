@@ -230,10 +230,10 @@ void Connection::end(CloseReason reason)
     if (m_relay)
         m_relay->stop();
     // Before the sockets: who sees the end finds it counted.
-    m_entry.close(reason, m_relay ? m_relay->bytesToTarget() : 0, m_relay ? m_relay->bytesToClient() : 0);
-    closeSockets(reason);
     TrafficThread::Hook::unlink();
     leave();
+    m_entry.close(reason, m_relay ? m_relay->bytesToTarget() : 0, m_relay ? m_relay->bytesToClient() : 0);
+    closeSockets(reason);
     m_timer.cancel();
     if (isDialling)
         cancelDial();
